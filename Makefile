@@ -1,0 +1,69 @@
+# make run    install what is missing, build, start the designer window
+# make test   install what is missing, build, run every test
+# make bench  build and run the benchmarks
+
+BUILD      ?= build
+ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 30
+JOBS       ?= $(shell nproc)
+CMAKE_GEN  := -G Ninja
+SHELL      := /bin/bash
+
+.PHONY: all deps build run test unit asan fuzz bench format clean
+
+all: build
+
+deps:
+	@bash scripts/install-deps.sh
+
+build: deps
+	cmake -S . -B $(BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(BUILD) -j $(JOBS)
+
+run: build
+	@if [ -x $(BUILD)/app/DrenikFilterDesign ]; then \
+	  $(BUILD)/app/DrenikFilterDesign; \
+	else \
+	  $(BUILD)/app/drenik design; \
+	fi
+
+# Unit and end-to-end tests, then the same unit tests under the address and
+# undefined-behaviour sanitizers, then each fuzzer for FUZZ_SECONDS.
+test: unit asan fuzz
+
+unit: build
+	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
+asan: deps
+	cmake -S . -B $(ASAN_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
+	  -DDRENIK_SANITIZE=ON -DDRENIK_WITH_QT=OFF -DDRENIK_BENCH=OFF
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	  ctest --output-on-failure -j $(JOBS)
+
+fuzz: deps
+	CXX=clang++ cmake -S . -B $(FUZZ_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
+	  -DDRENIK_FUZZ=ON -DDRENIK_WITH_QT=OFF -DDRENIK_TESTS=OFF -DDRENIK_BENCH=OFF \
+	  -DDRENIK_WERROR=OFF
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@set -e; for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do \
+	  [ -x "$$f" ] || continue; \
+	  name=$$(basename $$f); corpus=$$(mktemp -d); \
+	  if [ -d fuzz/corpus/$$name ]; then cp fuzz/corpus/$$name/* $$corpus/; fi; \
+	  echo "== $$name for $(FUZZ_SECONDS) s"; \
+	  if ! $$f -max_total_time=$(FUZZ_SECONDS) $$corpus > $$corpus.log 2>&1; then \
+	    tail -n 40 $$corpus.log; echo "FAILED: $$name"; exit 1; fi; \
+	  tail -n 2 $$corpus.log; rm -rf $$corpus $$corpus.log; \
+	done
+
+bench: build
+	@if [ -x $(BUILD)/bench/drenik_bench ]; then \
+	  QT_QPA_PLATFORM=offscreen $(BUILD)/bench/drenik_bench; \
+	else echo "no benchmarks built"; fi
+
+format:
+	clang-format -i $$(git ls-files '*.cpp' '*.h')
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

@@ -1,0 +1,126 @@
+#pragma once
+// The one shared state of the designer: the user's choices, the normalized
+// prototype, the real component values, the sweep and its results, and the
+// display state. Every routine reads and writes these fields directly.
+//
+// Real fields are 32-bit floats on purpose: arithmetic is carried in double
+// and stored back, so every stored value carries single-precision rounding
+// exactly where the routines store it. Integers are 16-bit.
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace drenik {
+
+// Ladder positions run 1..20 (index 0 is never used by synthesis).
+inline constexpr int kMaxPositions = 20;
+// G, H and ElementType: indices 0..21.
+inline constexpr int kPrototypeSlots = 22;
+// L, C, Lstd, Cstd: indices 0..20.
+inline constexpr int kComponentSlots = 21;
+// Sweep arrays: points 0..2000.
+inline constexpr int kSweepSlots = 2001;
+// Grid frequency list of the response plot: indices 0..200.
+inline constexpr int kGridSlots = 201;
+
+// Family codes.
+inline constexpr int16_t kButterworth = 1;
+inline constexpr int16_t kChebyshev = 2;
+inline constexpr int16_t kCauer = 3;
+inline constexpr int16_t kZelmar = 4;
+inline constexpr int16_t kBessel = 5;
+
+// Qind of 1e6 stands for an ideal inductor; Qcap of 1e7 for an ideal capacitor.
+inline constexpr float kInfiniteQind = 1e6f;
+inline constexpr float kInfiniteQcap = 1e7f;
+
+using PrototypeArray = std::array<float, kPrototypeSlots>;
+using ComponentArray = std::array<float, kComponentSlots>;
+using SweepArray = std::array<float, kSweepSlots>;
+
+struct DesignRecord {
+  // --- Choices (design page, last-session file) ---
+  int16_t Family = 0;     // 1 Butterworth, 2 Chebyshev, 3 Cauer, 4 Zelmar, 5 Bessel
+  int16_t Order = 0;      // 3..7
+  std::string Topology;   // "Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"
+  std::string CauerType;  // "A", "B" or "C"
+  float Apass = 0;        // passband ripple, dB
+  float Astop = 0;        // stopband depth, dB (Cauer only)
+  float Width = 0;        // cutoff ("bandwidth"), Hz
+  float Rsource = 0;      // ohms
+  float Rload = 0;        // ohms
+  float Qind = 0;         // inductor Q; 1e6 = infinite
+  float Qcap = kInfiniteQcap;  // capacitor Q; 1e7 = infinite
+  float Rstandard = 0;    // reference resistance for reflection and VSWR, ohms
+
+  // --- Normalized prototype (1-ohm source, 1 rad/s cutoff) ---
+  PrototypeArray G{};
+  PrototypeArray H{};  // partner values of resonant positions (Cauer, Zelmar)
+  int16_t CauerFlag = 0;
+  float FstopNormalized = 0;
+  float RloadNormalized = 0;
+
+  // --- Real components ---
+  std::array<int16_t, kPrototypeSlots> ElementType{};  // codes 1..8, 17 = empty
+  ComponentArray L{};     // henries
+  ComponentArray C{};     // farads
+  ComponentArray Lstd{};  // nearest 5% inductances
+  ComponentArray Cstd{};  // nearest 5% capacitances
+  int16_t Stages = 0;
+  float Omega = 0;  // 2 pi Width, rad/s
+
+  // --- Constants and identity, set by the opening page ---
+  float Pi = 0;
+  float TwoPi = 0;
+  std::string ProgramTitle;
+  std::string Version;
+
+  // --- Sweep settings and results ---
+  float Fstart = 0;  // Hz
+  float Fstop = 0;   // Hz
+  int16_t NrIntervals = 0;
+  SweepArray Freq{};          // Hz
+  SweepArray Transmission{};  // dB (0 or negative)
+  SweepArray Reflection{};    // dB (negative: return loss)
+  SweepArray VSWR{};
+  SweepArray Delay{};  // s
+  SweepArray Phase{};  // degrees
+  SweepArray Overlay{};
+  float MaxDelay = 0;  // s
+
+  // --- Response plot scales ---
+  float GraphScale = 0;  // shared scratch value (plots, LTspice Rser)
+  int16_t Divisions = 0;  // number of vertical divisions of the dB scales
+  float TransmissionBottom = 0;  // dB at the bottom edge of the plot
+  float ReflectionBottom = 0;    // dB at the bottom edge of the plot
+  std::array<float, kGridSlots> GridFrequency{};
+  int16_t GridCount = -1;  // index of the last grid frequency, -1 when none
+
+  // --- Files ---
+  std::string FileName;
+
+  // --- Design page ---
+  float StopbandEdge = 0;  // Hz
+
+  // --- Display page ---
+  int16_t ValueMode = 0;      // 1 exact, 2 5% C values, 3 5% L values
+  uint16_t InductorMode = 0;  // 0 exact/5% C curves, 1 5% L curve
+  int16_t ShowVSWR = 0;
+  int16_t ShowDelay = 0;
+
+  // --- Schematic drawing ---
+  float SchematicWidth = 0;  // drawing units
+  float X = 0;               // pen position, drawing units
+  float Y = 0;               // upper rail of the pen
+  float LabelX = 0;          // where the next value text goes
+  float LabelY = 0;
+  float ResonantFrequency = 0;  // Hz, of the last resonant branch drawn
+
+  // --- Shared loop counters (kept for the routines that expose them) ---
+  int16_t I = 0;
+  int16_t J = 0;
+  int16_t K = 0;
+};
+
+}  // namespace drenik

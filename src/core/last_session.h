@@ -1,0 +1,31 @@
+#pragma once
+// The last design, kept between runs in "Drenikfilter.dat" in the working
+// folder: one line of eight comma-separated fields
+//   Order,Width,Family,Apass,Astop,"Topology",Rsource,Qind
+
+#include <string>
+#include <string_view>
+
+#include "core/design_record.h"
+#include "core/platform.h"
+
+namespace drenik {
+
+inline constexpr const char* kLastSessionFile = "Drenikfilter.dat";
+
+// Writes the eight fields. The file is written beside the old one and renamed
+// over it, so a failure never loses the previous session. On failure shows
+// "We did not read the last-session file." (the established wording).
+void WriteLastSession(const DesignRecord& d, Platform& platform,
+                      const std::string& path = kLastSessionFile);
+// Reads the eight fields; on any failure all eight take their defaults
+// (order 5, 4.2 MHz, Chebyshev, 0.044 dB, 40 dB, "Cinlowpass", 50 ohms, 1e6).
+void ReadLastSession(DesignRecord& d, const std::string& path = kLastSessionFile);
+
+// The text of the session line (without the line end) and its parser.
+std::string LastSessionLine(const DesignRecord& d);
+// Returns false, leaving d untouched, when the text is not a valid line.
+bool ParseLastSession(std::string_view text, DesignRecord& d);
+void SetLastSessionDefaults(DesignRecord& d);
+
+}  // namespace drenik

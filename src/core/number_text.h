@@ -1,0 +1,19 @@
+#pragma once
+// Plain number texts for files: the shortest decimal text that reads back to
+// the same 32-bit float, always with "." as the point.
+
+#include <string>
+
+namespace drenik {
+
+// Shortest round-trip text without a leading zero or blanks: ".044", "50",
+// "-.5", "4500000", "1E+10", "1.5E-08". Exponent form below 1e-7 and from
+// 1e7 up when it is shorter to read back exactly.
+std::string ShortestText(float value);
+// The file form of a real value: a leading blank (or "-"), the shortest text
+// and one trailing blank: ' .01 ', ' 50 ', '-.5 '.
+std::string ValueText(float value);
+// The file form of an integer: ' 0 ', ' 11 ', '-3 '.
+std::string IntegerText(long value);
+
+}  // namespace drenik
