@@ -19,9 +19,13 @@ constexpr int32_t kLoadMismatchColor = 0x111199;
 // Value texts: colour and offset from the upper rail by label row 1, 2, 3.
 constexpr int32_t kRowColor[3] = {kBlack, kBlue, kRed};
 
-int LabelRow(const DesignRecord& d) { return std::clamp<int>(d.ValueMode, 1, 3) - 1; }
+int LabelRow(const DesignRecord& d) {
+  return std::clamp<int>(d.ValueMode, 1, 3) - 1;
+}
 
-float Pi(const DesignRecord& d) { return d.Pi > 0 ? d.Pi : 3.14159265f; }
+float Pi(const DesignRecord& d) {
+  return d.Pi > 0 ? d.Pi : 3.14159265f;
+}
 
 void Rails(DesignRecord& d, Canvas& canvas, float x1, float x2) {
   canvas.Line(x1, d.Y, x2, d.Y);
@@ -183,7 +187,7 @@ void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool value
 void SeriesResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
   float x0 = d.X;
   DrawWireStep(d, canvas);
-  float a = d.X;  // left node
+  float a = d.X;      // left node
   float b = a + 640;  // right node
   canvas.Line(a, d.Y, a + 80, d.Y);
   HorizontalCoil(d, canvas, a + 80);

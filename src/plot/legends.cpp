@@ -14,8 +14,7 @@ void PrintAt(Canvas& canvas, float x, float y, int32_t color, const std::string&
 
 // One block of legends: a heading and the three value modes, the last line
 // at `lastY`, lines 200 apart.
-void DrawLegendBlock(Canvas& canvas, const char* heading, const int32_t (&colors)[3],
-                     float lastY) {
+void DrawLegendBlock(Canvas& canvas, const char* heading, const int32_t (&colors)[3], float lastY) {
   static const char* const kModeNames[3] = {"Exact values", "5% C values", "5% L values"};
   canvas.SetFont("Arial", 8, true);
   PrintAt(canvas, 500, lastY - 650, kBlack, heading);
