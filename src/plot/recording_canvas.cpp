@@ -40,9 +40,11 @@ void Mix(uint64_t& h, float v) {
   Mix(h, static_cast<uint64_t>(std::bit_cast<uint32_t>(v)));
 }
 
-// Two operations at the same place: the later one covers the earlier.
+// Two operations at the same place in the same colour: the later one covers
+// the earlier.
 uint64_t SpotKey(const DrawOp& op) {
   uint64_t h = static_cast<uint64_t>(op.kind);
+  Mix(h, static_cast<uint64_t>(static_cast<uint32_t>(op.color)));
   Mix(h, op.x1);
   Mix(h, op.y1);
   if (op.kind == DrawOp::Kind::Text) {
@@ -62,7 +64,7 @@ uint64_t SpotKey(const DrawOp& op) {
 }
 
 bool SameSpot(const DrawOp& a, const DrawOp& b) {
-  if (a.kind != b.kind || a.x1 != b.x1 || a.y1 != b.y1) return false;
+  if (a.kind != b.kind || a.color != b.color || a.x1 != b.x1 || a.y1 != b.y1) return false;
   if (a.kind == DrawOp::Kind::Text)
     return a.text == b.text && a.fontFamily == b.fontFamily && a.fontSize == b.fontSize &&
            a.bold == b.bold;
