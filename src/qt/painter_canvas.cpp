@@ -1,5 +1,6 @@
 #include "qt/painter_canvas.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -75,7 +76,7 @@ void PrepareQtDrawing() {
     static int argc = 1;
     static char name[] = "drenik";
     static char* argv[] = {name, nullptr};
-    new QGuiApplication(argc, argv);  // lives until the process ends
+    new QApplication(argc, argv);  // lives until the process ends
   }
   QFont::insertSubstitution("Arial", "Liberation Sans");
   QFont::insertSubstitution("Times New Roman", "Liberation Serif");

@@ -22,7 +22,7 @@ namespace drenik {
 // 1600-pixel-wide image shows.
 enum class PenMode { Cosmetic, Scaled };
 
-// Makes a QGuiApplication when the process has no application object yet
+// Makes a QApplication when the process has no application object yet
 // (command line, tests; offscreen unless a platform is chosen), maps the font
 // families to their twins and lets the recording canvas measure texts with
 // the real fonts. Call before drawing a page whose texts are aligned by width.
