@@ -160,26 +160,27 @@ void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
 }
 
-// Kind 6: series-resonant branch from the upper rail to ground in the middle
-// of its 960: coil, then plates at 800 and 864 below the rail. The inductance
-// stands right of the coil, capacitance and resonance under the ground rail.
+// Kind 6: series-resonant branch from the upper rail to ground, one wire step
+// in: coil, then plates at 800 and 864 below the rail. The inductance stands
+// right of the coil, within the element (series capacitors beside it print
+// between the rails too); capacitance and resonance under the ground rail.
 void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
   float x0 = d.X;
-  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  DrawWireStep(d, canvas);
   float x = d.X;
   canvas.Line(x, d.Y, x, d.Y + 200);
   VerticalCoil(d, canvas, x, d.Y + 200);
   canvas.Line(x, d.Y + 680, x, d.Y + 800);
   HorizontalPlates(canvas, x, d.Y + 800, 64);
   canvas.Line(x, d.Y + 864, x, d.Y + kRailGap);
-  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  for (int k = 0; k < 5; ++k) DrawWireStep(d, canvas);
   if (!values) return;
   int row = LabelRow(d);
   static constexpr float kLRows[3] = {250, 450, 650};
-  SetLabel(d, x0 + 620, kLRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 1000, kRowColor[row]);
+  SetLabel(d, x0 + 300, kLRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 660, kRowColor[row]);
   static constexpr float kCRows[3] = {1100, 1300, 1500};
-  SetLabel(d, x0 + 170, kCRows[row]);
+  SetLabel(d, x0 + 40, kCRows[row]);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);
 }
