@@ -27,6 +27,9 @@ constexpr double kTinyStep = 1e-27;
 constexpr double kRhoMax = 0.9999999;
 constexpr double kRhoMin = 1e-7;
 constexpr double kDetune = 1.00001;
+// Relative size of the net tank susceptance below which the tank is worked
+// out by parallel reactances (rounding of the admittance sum would show).
+constexpr double kNearResonance = 1e-6;
 
 struct Section {
   bool series;  // true: [1 Z; 0 1], false: [1 0; Y 1]
@@ -45,6 +48,13 @@ void SeriesToParallel(double r, double x, double& rpar, double& xpar) {
   const double q = x / r;
   rpar = (1 + q * q) * r;
   xpar = rpar * r / x;
+}
+
+// The admittance of a series r + jx, which is the parallel equivalent
+// 1/Rpar - j/Xpar, formed with one division instead of four.
+Complex SeriesAdmittance(double r, double x) {
+  const double inv = 1 / (r * r + x * x);
+  return {r * inv, -x * inv};
 }
 
 // A parallel Rp || jX seen as a series Rser + jXser.
@@ -70,7 +80,28 @@ double Angle(double re, double im, double sign, double pi) {
   return a;
 }
 
-Section SectionAt(const DesignRecord& d, int j, double w, Platform& platform) {
+// The parallel tank as parallel resistances and reactances, converted to its
+// series equivalent; an exact resonance is detuned by 1.00001 so that the
+// parallel reactance stays finite.
+Complex TankNearResonance(double w, double l, double c, double qind, double qcap) {
+  const double x_l = w * l;
+  double rpar_l, xpar_l;
+  SeriesToParallel(std::fabs(x_l / qind), x_l, rpar_l, xpar_l);
+  double xc = kShuntOpenReactance, rp_c = kShuntOpenReactance;
+  if (c != 0) {
+    xc = -1 / (w * c);
+    rp_c = std::fabs(qcap / (w * c));
+  }
+  const double rt = 1 / (1 / rpar_l + 1 / rp_c + 1 / kTankShunt);
+  if (xc + xpar_l == 0) xpar_l *= kDetune;
+  const double xt = 1 / (1 / xc + 1 / xpar_l);
+  const double q = rt / xt;
+  const double rser = std::fabs(rt / (q * q + 1));
+  return {rser, rt * rser / xt};
+}
+
+inline __attribute__((always_inline)) Section SectionAt(const DesignRecord& d, int j, double w,
+                                                        Platform& platform) {
   const double l = d.L[j];
   const double c = d.C[j];
   const double qind = d.Qind;
@@ -82,9 +113,7 @@ Section SectionAt(const DesignRecord& d, int j, double w, Platform& platform) {
     }
     case 2: {  // shunt inductor
       const double x = w * l;
-      double rpar, xpar;
-      SeriesToParallel(std::fabs(x / qind), x, rpar, xpar);
-      return {false, Complex(1 / rpar, -1 / xpar)};
+      return {false, SeriesAdmittance(std::fabs(x / qind), x)};
     }
     case 3: {  // series capacitor
       const double xc = (c == 0) ? kSeriesOpenReactance : -1 / (w * c);
@@ -104,28 +133,25 @@ Section SectionAt(const DesignRecord& d, int j, double w, Platform& platform) {
       const double r = rser + x_l / qind;
       double x = xser + x_l;
       if (x == 0) x = kTinyPart;
-      double rpar, xpar;
-      SeriesToParallel(r, x, rpar, xpar);
-      return {false, Complex(1 / rpar, -1 / xpar)};
+      return {false, SeriesAdmittance(r, x)};
     }
     case 7: {  // series arm: L parallel to C
+      // Summed as admittances; within a hair of resonance, where the
+      // susceptances cancel, the tank is taken the long way round with its
+      // detuning guard.
       const double x_l = w * l;
-      double rpar_l, xpar_l;
-      SeriesToParallel(std::fabs(x_l / qind), x_l, rpar_l, xpar_l);
-      double xc, rp_c;
-      if (c == 0) {
-        xc = kShuntOpenReactance;
-        rp_c = kShuntOpenReactance;
-      } else {
-        xc = -1 / (w * c);
-        rp_c = std::fabs(qcap / (w * c));
+      const Complex y_l = SeriesAdmittance(std::fabs(x_l / qind), x_l);
+      double g_c = 1 / kShuntOpenReactance, b_c = -1 / kShuntOpenReactance;
+      if (c != 0) {
+        g_c = std::fabs(w * c / qcap);
+        b_c = w * c;
       }
-      const double rt = 1 / (1 / rpar_l + 1 / rp_c + 1 / kTankShunt);
-      if (xc + xpar_l == 0) xpar_l *= kDetune;  // exact resonance
-      const double xt = 1 / (1 / xc + 1 / xpar_l);
-      const double q = rt / xt;
-      const double rser = std::fabs(rt / (q * q + 1));
-      return {true, Complex(rser, rt * rser / xt)};
+      const double g = y_l.real() + g_c + 1 / kTankShunt;
+      const double b = y_l.imag() + b_c;
+      if (std::fabs(b) <= kNearResonance * std::fabs(b_c))
+        return {true, TankNearResonance(w, l, c, qind, qcap)};
+      const double inv = 1 / (g * g + b * b);
+      return {true, Complex(g * inv, -b * inv)};
     }
     default:  // not modelled: a straight wire (Z = 0 leaves the chain as it is)
       platform.Beep();
@@ -169,25 +195,37 @@ void CheckSweep(const DesignRecord& d) {
   }
 }
 
-}  // namespace
+double Magnitude(Complex z) {
+  return std::sqrt(z.real() * z.real() + z.imag() * z.imag());
+}
 
-PointResult AnalyzePoint(const DesignRecord& d, float F, double PrevFreq, double PrevPhase,
-                         Platform& platform) {
-  CheckStages(d);
+// One point; the sweep does not keep the input impedance's magnitude and
+// angle, so it skips forming them.
+template <bool kWithZin>
+PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPhase,
+                  Platform& platform) {
   const float wf = d.TwoPi * F;  // formed in single precision on purpose
   const double w = wf;
 
-  Complex a(1, 0), b(0, 0), c(0, 0), dd(1, 0);
+  // The chain matrix in plain doubles: the products of finite values are the
+  // textbook complex products, without the library's inf/NaN recovery.
+  double ar = 1, ai = 0, br = 0, bi = 0, cr = 0, ci = 0, dr = 1, di = 0;
   for (int j = 1; j <= d.Stages; ++j) {
     const Section s = SectionAt(d, j, w, platform);
-    if (s.series) {
-      b = a * s.value + b;
-      dd = c * s.value + dd;
-    } else {
-      a = a + b * s.value;
-      c = c + dd * s.value;
+    const double zr = s.value.real(), zi = s.value.imag();
+    if (s.series) {  // B += A Z, D += C Z
+      br = (ar * zr - ai * zi) + br;
+      bi = (ar * zi + ai * zr) + bi;
+      dr = (cr * zr - ci * zi) + dr;
+      di = (cr * zi + ci * zr) + di;
+    } else {  // A += B Y, C += D Y
+      ar = ar + (br * zr - bi * zi);
+      ai = ai + (br * zi + bi * zr);
+      cr = cr + (dr * zr - di * zi);
+      ci = ci + (dr * zi + di * zr);
     }
   }
+  const Complex a(ar, ai), b(br, bi), c(cr, ci), dd(dr, di);
 
   const double rs = d.Rsource;
   const double rl = d.Rload;
@@ -211,16 +249,26 @@ PointResult AnalyzePoint(const DesignRecord& d, float F, double PrevFreq, double
   const Complex zden = c * rl + dd;
   const double zden2 = zden.real() * zden.real() + zden.imag() * zden.imag();
   const Complex zin = num * std::conj(zden) / zden2;
-  out.ZinMagnitude = std::abs(zin);
-  out.ZinAngle = Angle(zin.real(), zin.imag(), 1, d.Pi);
+  if constexpr (kWithZin) {
+    out.ZinMagnitude = Magnitude(zin);
+    out.ZinAngle = Angle(zin.real(), zin.imag(), 1, d.Pi);
+  }
 
   const double r0 = d.Rstandard;
-  double rho = std::abs(zin - r0) / std::abs(zin + r0);
+  double rho = Magnitude(zin - r0) / Magnitude(zin + r0);
   if (rho > kRhoMax) rho = kRhoMax;
   if (rho < kRhoMin) rho = kRhoMin;
   out.ReflectionDb = -20 * std::log10(1 / rho);
   out.Vswr = (1 + rho) / (1 - rho);
   return out;
+}
+
+}  // namespace
+
+PointResult AnalyzePoint(const DesignRecord& d, float F, double PrevFreq, double PrevPhase,
+                         Platform& platform) {
+  CheckStages(d);
+  return Point<true>(d, F, PrevFreq, PrevPhase, platform);
 }
 
 void AnalyzeSweep(DesignRecord& d, Platform& platform) {
@@ -235,7 +283,7 @@ void AnalyzeSweep(DesignRecord& d, Platform& platform) {
   double prevPhase = 0;
   d.MaxDelay = 0;
   for (int i = 0; i <= n; ++i) {
-    const PointResult p = AnalyzePoint(d, d.Freq[i], prevFreq, prevPhase, platform);
+    const PointResult p = Point<false>(d, d.Freq[i], prevFreq, prevPhase, platform);
     d.Transmission[i] = static_cast<float>(p.TransmissionDb);
     d.Phase[i] = p.Phase;
     d.Delay[i] = static_cast<float>(p.Delay);

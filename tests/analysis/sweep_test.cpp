@@ -125,16 +125,29 @@ TEST(AnalyzePoint, EachElementMatchesItsClosedForm) {
   EXPECT_EQ(p.beeps, 0);
 }
 
-TEST(AnalyzePoint, ResonantBranchesStayFiniteAtResonance) {
+TEST(AnalyzePoint, ResonantBranchesAtAndAroundResonance) {
   RecordingPlatform p;
   for (int16_t code : {6, 7}) {
     DesignRecord d = Bench({code});
     d.L[1] = 1e-6f;
     d.C[1] = 1e-9f;
-    const float f0 = static_cast<float>(1 / (2 * kPi * std::sqrt(double{d.L[1]} * double{d.C[1]})));
-    const PointResult r = AnalyzePoint(d, f0, 0, 0, p);
-    EXPECT_TRUE(std::isfinite(r.TransmissionDb) && std::isfinite(r.Phase) && std::isfinite(r.Vswr));
-    EXPECT_LT(r.TransmissionDb, -60) << "code " << code;
+    d.Qind = 200;
+    // Where the lossy tank's susceptances cancel, and a fraction of a part
+    // per million to a few parts per million either side.
+    const double f0 = 1 / (2 * kPi * std::sqrt(double{d.L[1]} * d.C[1] * (1 + 1 / 200.0 / 200)));
+    for (double detune : {0.0, -3e-7, 3e-7, -3e-6, 3e-6, 1e-3}) {
+      const float f = static_cast<float>(f0 * (1 + detune));
+      const double w = static_cast<double>(d.TwoPi * f);
+      const std::complex<double> zl(w * d.L[1] / d.Qind, w * d.L[1]);
+      const std::complex<double> yc(w * d.C[1] / d.Qcap, w * d.C[1]);
+      const PointResult r = AnalyzePoint(d, f, 0, 0, p);
+      const double expected =
+          code == 6 ? ShuntDb(1.0 / (zl + 1.0 / yc)) : SeriesDb(1.0 / (1.0 / zl + yc + 1e-11));
+      EXPECT_NEAR(r.TransmissionDb, expected, 1e-3) << "code " << code << " detune " << detune;
+      if (detune == 0) {
+        EXPECT_LT(r.TransmissionDb, -25) << "code " << code;
+      }
+    }
   }
 }
 
