@@ -128,16 +128,22 @@ bool Extract(Poly num, Poly den, const std::vector<double>& arms, bool seriesInd
   return Usable(out.rload);
 }
 
-// Orders of the finite arm zeros to try: the usual one first (highest zero
-// at the ends of the ladder, lowest in the middle), then every other.
+// Orders of the finite arm zeros to try. First the usual one: from the
+// highest down, the zeros go alternately to the source end and the load end,
+// so the highest sit at the ends of the ladder and the lowest in the middle
+// (a low zero next to an end would take more than the whole end capacitor).
+// Then other permutations, a bounded number of them.
 std::vector<std::vector<double>> ArmOrders(std::vector<double> zeros) {
   std::sort(zeros.begin(), zeros.end());
-  std::vector<std::vector<double>> orders;
-  if (zeros.size() == 2) orders.push_back({zeros[1], zeros[0]});
-  if (zeros.size() == 3) orders.push_back({zeros[2], zeros[0], zeros[1]});
-  do {
+  std::vector<double> usual(zeros.size());
+  size_t left = 0, right = zeros.size();
+  for (size_t i = 0; i < zeros.size(); ++i)
+    usual[i % 2 == 0 ? left++ : --right] = zeros[zeros.size() - 1 - i];
+  std::vector<std::vector<double>> orders{usual};
+  for (int tries = 0; tries < 5040; ++tries) {
     orders.push_back(zeros);
-  } while (std::next_permutation(zeros.begin(), zeros.end()));
+    if (!std::next_permutation(zeros.begin(), zeros.end())) break;
+  }
   return orders;
 }
 
@@ -182,14 +188,15 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
       sinPhi * elliptic::CarlsonRf(cos2, cos2 + std::pow(m1.k * sinPhi, 2), 1.0) / (n * m1.K);
 
   std::vector<double> reflection(half), transmission(half);
-  std::vector<Complex> poles;  // one of each conjugate pair, and the real one
+  std::vector<Complex> poles;  // one of each conjugate pair
   for (int i = 0; i < half; ++i) {
     const double u = double(2 * i + 1) / n;
     reflection[i] = Cd(u, m).real();
     transmission[i] = 1 / (k * reflection[i]);
     poles.push_back(Complex(0, 1) * Cd(Complex(u, -v0), m));
   }
-  if (odd) poles.push_back(Complex(0, 1) * Sn(Complex(0, v0), m));
+  // Odd orders add the real natural frequency j sn(j v0 K, k) = -sc(v0 K, k').
+  const double realPole = odd ? -std::abs((Complex(0, 1) * Sn(Complex(0, v0), m)).real()) : 0.0;
 
   CauerLadder out;
   out.g.assign(n + 1, 0.0);
@@ -222,12 +229,8 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
   for (double t : armZeros) pz = Multiply(pz, ResonancePair(t));
   const Complex j(0, 1);
   const double h = epsilon * std::abs(Evaluate(pz, j)) / std::abs(Evaluate(f, j));
-  Poly e{h};
-  for (Complex s : poles) {
-    const double re = -std::abs(s.real());
-    e = std::abs(s.imag()) > 0 ? Multiply(e, {std::norm(s), -2 * re, 1.0})
-                               : Multiply(e, {-re, 1.0});
-  }
+  Poly e = odd ? Poly{-h * realPole, h} : Poly{h};
+  for (Complex s : poles) e = Multiply(e, {std::norm(s), 2 * std::abs(s.real()), 1.0});
   // Input admittance (E + hF) / (E - hF); the leading terms cancel in the
   // denominator, so the ladder starts with a shunt capacitor.
   const Poly num = AddScaled(e, h, f, 0);
@@ -256,7 +259,8 @@ void Cauer(DesignRecord& d, Platform& platform) {
     d.H[i] = 0;
   }
   const double apass = d.Apass, astop = d.Astop;
-  if (!(apass > 0) || !(astop > apass) || d.Order > kMaxPositions)
+  if (d.Order > kMaxPositions) throw RunTimeError("The Cauer prototype has at most 20 positions");
+  if (!(apass > 0) || !(astop > apass))
     throw RunTimeError("The Cauer prototype needs a ripple above 0 dB and a deeper stopband");
   double k = 0, kc = 0;
   CauerSelectivity(d.Order, apass, astop, k, kc);
