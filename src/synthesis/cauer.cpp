@@ -9,12 +9,14 @@
 // Type letters: the record's CauerType is not read. Odd orders have one
 // design (equal terminations). Even orders always give the design whose
 // highest transmission zero is moved to infinity by a frequency mapping (the
-// literature's type b): the ladder ends in a plain series inductor, the DC
-// loss equals the ripple, and the load is below 1 ohm, as the real-value
-// tables and the record's RloadNormalized expect. The plain even-order
-// response (type a) has finite attenuation at infinity and cannot be built as
-// this ladder; the equal-termination variant (type c) would contradict the
-// load below 1 ohm. So "A", "B" and "C" all give the type b design.
+// literature's type b): the ladder ends in a plain series inductor (G = 0,
+// H = inductor at the last position, which the denormalization turns into a
+// plain element in every topology), the DC loss equals the ripple, and the
+// load is below 1 ohm. The plain even-order response (type a) has finite
+// attenuation at infinity and cannot be built as this ladder; the
+// equal-termination variant (type c) would not give the load below 1 ohm
+// that even-order designs carry. So "A", "B" and "C" all give the type b
+// design.
 
 #include "synthesis/cauer.h"
 
