@@ -1,36 +1,22 @@
 #pragma once
-// A small, independent evaluation of a ladder for the synthesis tests: the
-// ABCD chain of the positions in d (ElementType, L, C, 1..Stages) between
-// Rsource and Rload, with ideal parts. Returns the insertion loss in dB
-// relative to a matched source and load, and the group delay in seconds.
+// Independent check for the synthesis tests: the loss of the ladder in d
+// (ElementType, L, C at 1..Stages, ideal parts, Rsource to Rload) by a plain
+// ABCD chain, in dB relative to a matched source and load.
 
 #include <cmath>
 #include <complex>
-#include <numbers>
 
 #include "core/design_record.h"
 
 namespace drenik::testing {
 
-using Complex = std::complex<double>;
-
-struct Abcd {
-  Complex a{1}, b{0}, c{0}, d{1};
-  Abcd Then(const Abcd& o) const {
-    return {a * o.a + b * o.c, a * o.b + b * o.d, c * o.a + d * o.c, c * o.b + d * o.d};
-  }
-};
-
-// Transfer function V2 / (Vs / 2 * sqrt(RL / Rs)): magnitude 1 when all power
-// reaches the load.
-inline Complex LadderGain(const DesignRecord& d, double w) {
-  const Complex s(0, w);
-  Abcd m;
+inline std::complex<double> LadderGain(const DesignRecord& d, double w) {
+  using Cx = std::complex<double>;
+  const Cx s(0, w);
+  Cx a = 1, b = 0, c = 0, dd = 1;
   for (int k = 1; k <= d.Stages; ++k) {
-    const double l = d.L[k];
-    const double c = d.C[k];
-    Complex z;  // series impedance
-    Complex y;  // shunt admittance
+    const double l = d.L[k], cap = d.C[k];
+    Cx z = 0, y = 0;  // series impedance or shunt admittance of the position
     switch (d.ElementType[k]) {
       case 1:
         z = s * l;
@@ -39,64 +25,44 @@ inline Complex LadderGain(const DesignRecord& d, double w) {
         y = 1.0 / (s * l);
         break;
       case 3:
-        z = 1.0 / (s * c);
+        z = 1.0 / (s * cap);
         break;
       case 4:
-        y = s * c;
+        y = s * cap;
         break;
       case 6:
-        y = 1.0 / (s * l + 1.0 / (s * c));
+        y = 1.0 / (s * l + 1.0 / (s * cap));
         break;
       case 7:
-        z = 1.0 / (1.0 / (s * l) + s * c);
+        z = 1.0 / (1.0 / (s * l) + s * cap);
         break;
       default:
         continue;
     }
-    m = m.Then(y == Complex{} ? Abcd{1, z, 0, 1} : Abcd{1, 0, y, 1});
+    b += a * z, dd += c * z;  // times [1 z; 0 1]
+    a += b * y, c += dd * y;  // times [1 0; y 1]
   }
-  const double rs = d.Rsource;
-  const double rl = d.Rload;
-  return 2.0 * std::sqrt(rs * rl) / (m.a * rl + m.b + m.c * rs * rl + m.d * rs);
+  const double rs = d.Rsource, rl = d.Rload;
+  return 2.0 * std::sqrt(rs * rl) / (a * rl + b + c * rs * rl + dd * rs);
 }
 
 inline double LossDb(const DesignRecord& d, double w) {
   return -20.0 * std::log10(std::abs(LadderGain(d, w)));
 }
 
-inline double GroupDelay(const DesignRecord& d, double w) {
-  const double h = 1e-5 * (w > 0 ? w : 1.0);
-  const double lo = w > h ? w - h : w;
-  const double p0 = std::arg(LadderGain(d, lo));
-  const double p1 = std::arg(LadderGain(d, w + h));
-  double dp = p1 - p0;
-  while (dp > std::numbers::pi) dp -= 2 * std::numbers::pi;
-  while (dp < -std::numbers::pi) dp += 2 * std::numbers::pi;
-  return -dp / (w + h - lo);
-}
-
-// The prototype of d laid out as a C-input lowpass between 1 ohm and its
-// normalized load at 1 rad/s, exactly as the prototype values stand: odd
-// positions shunt C = G, even positions series L (G, or H when CauerFlag is
-// 1) with the partner capacitor across it when there is one.
+// The prototype of p as a C-input lowpass between 1 ohm and its normalized
+// load at 1 rad/s: shunt C = G at odd positions, series L at even ones (H
+// when CauerFlag is 1, else G) with its partner capacitor across it.
 inline DesignRecord PrototypeLadder(const DesignRecord& p) {
   DesignRecord d = p;
   d.Rsource = 1;
   d.Rload = p.RloadNormalized;
   d.Stages = p.Order;
   for (int k = 1; k <= p.Order; ++k) {
-    d.L[k] = 0;
-    d.C[k] = 0;
-    if (k % 2 == 1) {
-      d.ElementType[k] = 4;
-      d.C[k] = p.G[k];
-    } else {
-      const float main = p.CauerFlag == 1 ? p.H[k] : p.G[k];
-      const float partner = p.CauerFlag == 1 ? p.G[k] : p.H[k];
-      d.L[k] = main;
-      d.C[k] = partner;
-      d.ElementType[k] = partner > 0 ? 7 : 1;
-    }
+    const bool swap = k % 2 == 0 && p.CauerFlag == 1;
+    d.L[k] = k % 2 ? 0 : swap ? p.H[k] : p.G[k];
+    d.C[k] = k % 2 ? p.G[k] : swap ? p.G[k] : p.H[k];
+    d.ElementType[k] = k % 2 ? 4 : d.C[k] > 0 ? 7 : 1;
   }
   return d;
 }
