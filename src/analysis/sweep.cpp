@@ -50,9 +50,10 @@ void SeriesToParallel(double r, double x, double& rpar, double& xpar) {
   xpar = rpar * r / x;
 }
 
-// The admittance of a series r + jx, which is the parallel equivalent
-// 1/Rpar - j/Xpar, formed with one division instead of four.
-Complex SeriesAdmittance(double r, double x) {
+// 1 / (r + jx): the admittance of a series r + jx (its parallel equivalent
+// 1/Rpar - j/Xpar), or the impedance of a parallel conductance and
+// susceptance, with one division.
+Complex Reciprocal(double r, double x) {
   const double inv = 1 / (r * r + x * x);
   return {r * inv, -x * inv};
 }
@@ -100,58 +101,75 @@ Complex TankNearResonance(double w, double l, double c, double qind, double qcap
   return {rser, rt * rser / xt};
 }
 
+// Per-point loss factors: the divisions by Q are made once per point.
+struct Losses {
+  double qind, qcap, perQind, perQcap;
+};
+
+// Sections of one position. Parts are summed as admittances or impedances
+// in whichever form needs the fewest divisions; a missing capacitor keeps
+// the fixed stand-in reactances and their parallel resistances.
 inline __attribute__((always_inline)) Section SectionAt(const DesignRecord& d, int j, double w,
-                                                        Platform& platform) {
+                                                        const Losses& q, Platform& platform) {
   const double l = d.L[j];
   const double c = d.C[j];
-  const double qind = d.Qind;
-  const double qcap = d.Qcap;
   switch (d.ElementType[j]) {
     case 1: {  // series inductor
       const double x = w * l;
-      return {true, Complex(std::fabs(x / qind), x)};
+      return {true, Complex(std::fabs(x * q.perQind), x)};
     }
     case 2: {  // shunt inductor
       const double x = w * l;
-      return {false, SeriesAdmittance(std::fabs(x / qind), x)};
+      return {false, Reciprocal(std::fabs(x * q.perQind), x)};
     }
     case 3: {  // series capacitor
-      const double xc = (c == 0) ? kSeriesOpenReactance : -1 / (w * c);
-      double rser, xser;
-      ParallelToSeries(std::fabs(qcap * xc), xc, rser, xser);
-      return {true, Complex(rser, xser)};
+      if (c == 0) {
+        double rser, xser;
+        ParallelToSeries(std::fabs(q.qcap * kSeriesOpenReactance), kSeriesOpenReactance, rser,
+                         xser);
+        return {true, Complex(rser, xser)};
+      }
+      const double wc = w * c;
+      return {true, Reciprocal(std::fabs(wc * q.perQcap), wc)};
     }
     case 4: {  // shunt capacitor
-      const double xc = (c == 0) ? kShuntOpenReactance : -1 / (w * c);
-      return {false, Complex(1 / std::fabs(qcap * xc), -1 / xc)};
+      if (c == 0)
+        return {false,
+                Complex(1 / std::fabs(q.qcap * kShuntOpenReactance), -1 / kShuntOpenReactance)};
+      const double wc = w * c;
+      return {false, Complex(std::fabs(wc * q.perQcap), wc)};
     }
     case 6: {  // shunt L in series with C
-      const double xc = (c == 0) ? kShuntOpenReactance : -1 / (w * c);
-      double rser, xser;
-      ParallelToSeries(std::fabs(qcap * xc), xc, rser, xser);
+      Complex zc;
+      if (c == 0) {
+        double rser, xser;
+        ParallelToSeries(std::fabs(q.qcap * kShuntOpenReactance), kShuntOpenReactance, rser, xser);
+        zc = Complex(rser, xser);
+      } else {
+        const double wc = w * c;
+        zc = Reciprocal(std::fabs(wc * q.perQcap), wc);
+      }
       const double x_l = w * l;
-      const double r = rser + x_l / qind;
-      double x = xser + x_l;
+      const double r = zc.real() + x_l * q.perQind;
+      double x = zc.imag() + x_l;
       if (x == 0) x = kTinyPart;
-      return {false, SeriesAdmittance(r, x)};
+      return {false, Reciprocal(r, x)};
     }
     case 7: {  // series arm: L parallel to C
-      // Summed as admittances; within a hair of resonance, where the
-      // susceptances cancel, the tank is taken the long way round with its
-      // detuning guard.
+      // Within a hair of resonance, where the susceptances cancel, the tank
+      // is taken the long way round with its detuning guard.
       const double x_l = w * l;
-      const Complex y_l = SeriesAdmittance(std::fabs(x_l / qind), x_l);
+      const Complex y_l = Reciprocal(std::fabs(x_l * q.perQind), x_l);
       double g_c = 1 / kShuntOpenReactance, b_c = -1 / kShuntOpenReactance;
       if (c != 0) {
-        g_c = std::fabs(w * c / qcap);
+        g_c = std::fabs(w * c * q.perQcap);
         b_c = w * c;
       }
       const double g = y_l.real() + g_c + 1 / kTankShunt;
       const double b = y_l.imag() + b_c;
       if (std::fabs(b) <= kNearResonance * std::fabs(b_c))
-        return {true, TankNearResonance(w, l, c, qind, qcap)};
-      const double inv = 1 / (g * g + b * b);
-      return {true, Complex(g * inv, -b * inv)};
+        return {true, TankNearResonance(w, l, c, q.qind, q.qcap)};
+      return {true, Reciprocal(g, b)};
     }
     default:  // not modelled: a straight wire (Z = 0 leaves the chain as it is)
       platform.Beep();
@@ -183,20 +201,22 @@ void CheckSweep(const DesignRecord& d) {
     throw RunTimeError("Cannot analyse: the load resistance must be above 0 ohms.");
   if (!(d.Pi > 0) || !(d.TwoPi > 0))
     throw RunTimeError("Cannot analyse: the constants Pi and TwoPi are not set.");
+  auto where = [](int j) { return " at ladder position " + std::to_string(j) + "."; };
   for (int j = 1; j <= d.Stages; ++j) {
     const int16_t code = d.ElementType[j];
-    const std::string where = " at ladder position " + std::to_string(j) + ".";
     if (HasInductor(code) && d.Qind == 0)
-      throw RunTimeError("Cannot analyse: the inductor Q is 0" + where);
+      throw RunTimeError("Cannot analyse: the inductor Q is 0" + where(j));
     if (HasCapacitor(code) && d.Qcap == 0)
-      throw RunTimeError("Cannot analyse: the capacitor Q is 0" + where);
+      throw RunTimeError("Cannot analyse: the capacitor Q is 0" + where(j));
     if ((code == 2 || code == 7) && d.L[j] == 0)
-      throw RunTimeError("Cannot analyse: the inductance is 0" + where);
+      throw RunTimeError("Cannot analyse: the inductance is 0" + where(j));
   }
 }
 
-double Magnitude(Complex z) {
-  return std::sqrt(z.real() * z.real() + z.imag() * z.imag());
+// log10 through the natural logarithm: the library's own log10 costs several
+// times more, and the two differ in the last bit or two of a double.
+double Log10(double x) {
+  return std::log(x) * 0.43429448190325182765;
 }
 
 // One point; the sweep does not keep the input impedance's magnitude and
@@ -206,12 +226,13 @@ PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPh
                   Platform& platform) {
   const float wf = d.TwoPi * F;  // formed in single precision on purpose
   const double w = wf;
+  const Losses losses{d.Qind, d.Qcap, 1 / double{d.Qind}, 1 / double{d.Qcap}};
 
   // The chain matrix in plain doubles: the products of finite values are the
   // textbook complex products, without the library's inf/NaN recovery.
   double ar = 1, ai = 0, br = 0, bi = 0, cr = 0, ci = 0, dr = 1, di = 0;
   for (int j = 1; j <= d.Stages; ++j) {
-    const Section s = SectionAt(d, j, w, platform);
+    const Section s = SectionAt(d, j, w, losses, platform);
     const double zr = s.value.real(), zi = s.value.imag();
     if (s.series) {  // B += A Z, D += C Z
       br = (ar * zr - ai * zi) + br;
@@ -229,13 +250,14 @@ PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPh
 
   const double rs = d.Rsource;
   const double rl = d.Rload;
-  Complex den = a + b / rl + c * rs + dd * rs / rl;
+  const double perRl = 1 / rl;
+  Complex den = a + b * perRl + c * rs + dd * (rs * perRl);
   if (den.real() == 0) den.real(kTinyPart);
   if (den.imag() == 0) den.imag(kTinyPart);
 
   PointResult out;
   const double mag2 = den.real() * den.real() + den.imag() * den.imag();
-  out.TransmissionDb = -10 * std::log10(rl * mag2 / (4 * rs));
+  out.TransmissionDb = -10 * Log10(rl * mag2 * (0.25 / rs));
   out.Phase = static_cast<float>(Angle(den.real(), den.imag(), -1, d.Pi));
 
   double dphi = out.Phase - PrevPhase;
@@ -248,17 +270,17 @@ PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPh
   const Complex num = a * rl + b;
   const Complex zden = c * rl + dd;
   const double zden2 = zden.real() * zden.real() + zden.imag() * zden.imag();
-  const Complex zin = num * std::conj(zden) / zden2;
+  const Complex zin = num * std::conj(zden) * (1 / zden2);
   if constexpr (kWithZin) {
-    out.ZinMagnitude = Magnitude(zin);
+    out.ZinMagnitude = std::sqrt(std::norm(zin));
     out.ZinAngle = Angle(zin.real(), zin.imag(), 1, d.Pi);
   }
 
   const double r0 = d.Rstandard;
-  double rho = Magnitude(zin - r0) / Magnitude(zin + r0);
+  double rho = std::sqrt(std::norm(zin - r0) / std::norm(zin + r0));
   if (rho > kRhoMax) rho = kRhoMax;
   if (rho < kRhoMin) rho = kRhoMin;
-  out.ReflectionDb = -20 * std::log10(1 / rho);
+  out.ReflectionDb = -20 * Log10(1 / rho);
   out.Vswr = (1 + rho) / (1 - rho);
   return out;
 }
