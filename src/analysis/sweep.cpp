@@ -106,6 +106,18 @@ struct Losses {
   double qind, qcap, perQind, perQcap;
 };
 
+// What stays the same over a sweep, worked out once.
+struct SweepConstants {
+  Losses losses;
+  double rs, rl, perRl, quarterPerRs;
+  explicit SweepConstants(const DesignRecord& d)
+      : losses{d.Qind, d.Qcap, 1 / double{d.Qind}, 1 / double{d.Qcap}},
+        rs(d.Rsource),
+        rl(d.Rload),
+        perRl(1 / rl),
+        quarterPerRs(0.25 / rs) {}
+};
+
 // Sections of one position. Parts are summed as admittances or impedances
 // in whichever form needs the fewest divisions; a missing capacitor keeps
 // the fixed stand-in reactances and their parallel resistances.
@@ -222,17 +234,16 @@ double Log10(double x) {
 // One point; the sweep does not keep the input impedance's magnitude and
 // angle, so it skips forming them.
 template <bool kWithZin>
-PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPhase,
-                  Platform& platform) {
+PointResult Point(const DesignRecord& d, const SweepConstants& k, float F, double PrevFreq,
+                  double PrevPhase, Platform& platform) {
   const float wf = d.TwoPi * F;  // formed in single precision on purpose
   const double w = wf;
-  const Losses losses{d.Qind, d.Qcap, 1 / double{d.Qind}, 1 / double{d.Qcap}};
 
   // The chain matrix in plain doubles: the products of finite values are the
   // textbook complex products, without the library's inf/NaN recovery.
   double ar = 1, ai = 0, br = 0, bi = 0, cr = 0, ci = 0, dr = 1, di = 0;
   for (int j = 1; j <= d.Stages; ++j) {
-    const Section s = SectionAt(d, j, w, losses, platform);
+    const Section s = SectionAt(d, j, w, k.losses, platform);
     const double zr = s.value.real(), zi = s.value.imag();
     if (s.series) {  // B += A Z, D += C Z
       br = (ar * zr - ai * zi) + br;
@@ -248,16 +259,14 @@ PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPh
   }
   const Complex a(ar, ai), b(br, bi), c(cr, ci), dd(dr, di);
 
-  const double rs = d.Rsource;
-  const double rl = d.Rload;
-  const double perRl = 1 / rl;
-  Complex den = a + b * perRl + c * rs + dd * (rs * perRl);
+  const double rs = k.rs, rl = k.rl;
+  Complex den = a + b * k.perRl + c * rs + dd * (rs * k.perRl);
   if (den.real() == 0) den.real(kTinyPart);
   if (den.imag() == 0) den.imag(kTinyPart);
 
   PointResult out;
   const double mag2 = den.real() * den.real() + den.imag() * den.imag();
-  out.TransmissionDb = -10 * Log10(rl * mag2 * (0.25 / rs));
+  out.TransmissionDb = -10 * Log10(rl * mag2 * k.quarterPerRs);
   out.Phase = static_cast<float>(Angle(den.real(), den.imag(), -1, d.Pi));
 
   double dphi = out.Phase - PrevPhase;
@@ -290,7 +299,7 @@ PointResult Point(const DesignRecord& d, float F, double PrevFreq, double PrevPh
 PointResult AnalyzePoint(const DesignRecord& d, float F, double PrevFreq, double PrevPhase,
                          Platform& platform) {
   CheckStages(d);
-  return Point<true>(d, F, PrevFreq, PrevPhase, platform);
+  return Point<true>(d, SweepConstants(d), F, PrevFreq, PrevPhase, platform);
 }
 
 void AnalyzeSweep(DesignRecord& d, Platform& platform) {
@@ -304,8 +313,9 @@ void AnalyzeSweep(DesignRecord& d, Platform& platform) {
   double prevFreq = 0;
   double prevPhase = 0;
   d.MaxDelay = 0;
+  const SweepConstants k(d);
   for (int i = 0; i <= n; ++i) {
-    const PointResult p = Point<false>(d, d.Freq[i], prevFreq, prevPhase, platform);
+    const PointResult p = Point<false>(d, k, d.Freq[i], prevFreq, prevPhase, platform);
     d.Transmission[i] = static_cast<float>(p.TransmissionDb);
     d.Phase[i] = p.Phase;
     d.Delay[i] = static_cast<float>(p.Delay);
