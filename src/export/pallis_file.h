@@ -1,0 +1,26 @@
+#pragma once
+// The Pallis filter file (.LCT) and the display page's "Write Pallis file"
+// button. The writer itself is declared with the other writers in
+// export/writers.h.
+
+#include <string>
+
+#include "core/design_record.h"
+#include "core/platform.h"
+
+namespace drenik {
+
+inline constexpr const char* kPallisFailure = "We did not write an Pallis file.";
+
+// Topology letter of the file: A, B, I, J for the four topologies, empty for
+// anything else.
+std::string PallisTopologyLetter(const std::string& topology);
+// 0 without resonant branches; else 1, 2, 3 for Cauer type A, B, C (1 for
+// any other letter).
+int PallisCauerNumber(const DesignRecord& d);
+
+// Asks for the file name ("Save Pallis file"), keeps it in FileName and
+// writes the file there. A cancelled dialog ends in the failure message.
+void SavePallisFromDialog(DesignRecord& d, Platform& platform);
+
+}  // namespace drenik
