@@ -41,18 +41,18 @@ using SweepArray = std::array<float, kSweepSlots>;
 
 struct DesignRecord {
   // --- Choices (design page, last-session file) ---
-  int16_t Family = 0;     // 1 Butterworth, 2 Chebyshev, 3 Cauer, 4 Zelmar, 5 Bessel
-  int16_t Order = 0;      // 3..7
-  std::string Topology;   // "Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"
-  std::string CauerType;  // "A", "B" or "C"
-  float Apass = 0;        // passband ripple, dB
-  float Astop = 0;        // stopband depth, dB (Cauer only)
-  float Width = 0;        // cutoff ("bandwidth"), Hz
-  float Rsource = 0;      // ohms
-  float Rload = 0;        // ohms
-  float Qind = 0;         // inductor Q; 1e6 = infinite
+  int16_t Family = 0;          // 1 Butterworth, 2 Chebyshev, 3 Cauer, 4 Zelmar, 5 Bessel
+  int16_t Order = 0;           // 3..7
+  std::string Topology;        // "Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"
+  std::string CauerType;       // "A", "B" or "C"
+  float Apass = 0;             // passband ripple, dB
+  float Astop = 0;             // stopband depth, dB (Cauer only)
+  float Width = 0;             // cutoff ("bandwidth"), Hz
+  float Rsource = 0;           // ohms
+  float Rload = 0;             // ohms
+  float Qind = 0;              // inductor Q; 1e6 = infinite
   float Qcap = kInfiniteQcap;  // capacitor Q; 1e7 = infinite
-  float Rstandard = 0;    // reference resistance for reflection and VSWR, ohms
+  float Rstandard = 0;         // reference resistance for reflection and VSWR, ohms
 
   // --- Normalized prototype (1-ohm source, 1 rad/s cutoff) ---
   PrototypeArray G{};
@@ -63,10 +63,10 @@ struct DesignRecord {
 
   // --- Real components ---
   std::array<int16_t, kPrototypeSlots> ElementType{};  // codes 1..8, 17 = empty
-  ComponentArray L{};     // henries
-  ComponentArray C{};     // farads
-  ComponentArray Lstd{};  // nearest 5% inductances
-  ComponentArray Cstd{};  // nearest 5% capacitances
+  ComponentArray L{};                                  // henries
+  ComponentArray C{};                                  // farads
+  ComponentArray Lstd{};                               // nearest 5% inductances
+  ComponentArray Cstd{};                               // nearest 5% capacitances
   int16_t Stages = 0;
   float Omega = 0;  // 2 pi Width, rad/s
 
@@ -90,8 +90,8 @@ struct DesignRecord {
   float MaxDelay = 0;  // s
 
   // --- Response plot scales ---
-  float GraphScale = 0;  // shared scratch value (plots, LTspice Rser)
-  int16_t Divisions = 0;  // number of vertical divisions of the dB scales
+  float GraphScale = 0;          // shared scratch value (plots, LTspice Rser)
+  int16_t Divisions = 0;         // number of vertical divisions of the dB scales
   float TransmissionBottom = 0;  // dB at the bottom edge of the plot
   float ReflectionBottom = 0;    // dB at the bottom edge of the plot
   std::array<float, kGridSlots> GridFrequency{};

@@ -16,8 +16,7 @@ class Platform {
 
   // A message box with only an OK button. An empty title means the program's
   // own title.
-  virtual void ShowMessage(const std::string& text, const std::string& title,
-                           MessageIcon icon) = 0;
+  virtual void ShowMessage(const std::string& text, const std::string& title, MessageIcon icon) = 0;
   // File dialogs. The filter is in the "Description (*.EXT)|*.EXT" form.
   // An empty result means the user cancelled.
   virtual std::string SaveFileDialog(const std::string& title, const std::string& filter,
@@ -40,12 +39,10 @@ class NullPlatform : public Platform {
  public:
   using Platform::ShowMessage;
   void ShowMessage(const std::string&, const std::string&, MessageIcon) override {}
-  std::string SaveFileDialog(const std::string&, const std::string&,
-                             const std::string&) override {
+  std::string SaveFileDialog(const std::string&, const std::string&, const std::string&) override {
     return {};
   }
-  std::string OpenFileDialog(const std::string&, const std::string&,
-                             const std::string&) override {
+  std::string OpenFileDialog(const std::string&, const std::string&, const std::string&) override {
     return {};
   }
   void OpenUrl(const std::string&) override {}

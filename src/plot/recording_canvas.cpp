@@ -67,8 +67,7 @@ void RecordingCanvas::FilledBox(float x1, float y1, float x2, float y2, int32_t 
   Bounds box = BoundsOf(op);
   std::erase_if(ops_, [&](const DrawOp& old) {
     Bounds b = BoundsOf(old);
-    return b.left >= box.left && b.right <= box.right && b.top >= box.top &&
-           b.bottom <= box.bottom;
+    return b.left >= box.left && b.right <= box.right && b.top >= box.top && b.bottom <= box.bottom;
   });
   ops_.push_back(std::move(op));
   Changed();
@@ -125,7 +124,9 @@ float RecordingCanvas::TextWidth(const std::string& text) const {
 }
 
 // One point is 20 twips; a line of text is about 1.15 times the point size.
-float RecordingCanvas::TextHeight() const { return fontSize_ * 20 * 1.15f; }
+float RecordingCanvas::TextHeight() const {
+  return fontSize_ * 20 * 1.15f;
+}
 
 void RecordingCanvas::Clear() {
   ops_.clear();

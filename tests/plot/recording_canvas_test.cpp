@@ -9,8 +9,8 @@ namespace {
 // a page redrawn again and again does not grow its display list.
 TEST(RecordingCanvas, OpaqueBoxDropsHiddenOperations) {
   RecordingCanvas canvas;
-  canvas.Line(3100, 4100, 7900, 7900);   // inside the plot
-  canvas.Line(2900, 4100, 7900, 7900);   // sticks out on the left
+  canvas.Line(3100, 4100, 7900, 7900);  // inside the plot
+  canvas.Line(2900, 4100, 7900, 7900);  // sticks out on the left
   canvas.FilledBox(3000, 4000, 8000, 8000, kWhite);
   ASSERT_EQ(canvas.Ops().size(), 2u);
   EXPECT_EQ(canvas.Ops()[0].x1, 2900);

@@ -18,8 +18,7 @@ struct RecordedMessage {
 class RecordingPlatform : public Platform {
  public:
   using Platform::ShowMessage;
-  void ShowMessage(const std::string& text, const std::string& title,
-                   MessageIcon icon) override {
+  void ShowMessage(const std::string& text, const std::string& title, MessageIcon icon) override {
     messages.push_back({text, title, icon});
   }
   std::string SaveFileDialog(const std::string& title, const std::string& filter,
