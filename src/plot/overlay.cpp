@@ -57,9 +57,9 @@ bool ReadNumber(std::istream& in, float& value) {
   if (!(in >> token)) return false;
   const char* begin = token.c_str();
   char* end = nullptr;
-  const double number = std::strtod(begin, &end);
+  const float number = std::strtof(begin, &end);
   if (end == begin || *end != '\0' || !std::isfinite(number)) return false;
-  value = static_cast<float>(number);
+  value = number;
   return true;
 }
 
