@@ -14,7 +14,9 @@
 #include "export/writers.h"
 
 namespace drenik {
+namespace {
 
+// A, B, I, J for the four topologies; empty for anything else.
 std::string PallisTopologyLetter(const std::string& topology) {
   if (topology == "Cinlowpass") return "A";
   if (topology == "Linlowpass") return "B";
@@ -23,14 +25,14 @@ std::string PallisTopologyLetter(const std::string& topology) {
   return "";
 }
 
+// 0 without resonant branches, else 1, 2, 3 for Cauer type A, B, C (1 for
+// any other letter).
 int PallisCauerNumber(const DesignRecord& d) {
   if (d.CauerFlag == 0) return 0;
   if (d.CauerType == "B") return 2;
   if (d.CauerType == "C") return 3;
   return 1;
 }
-
-namespace {
 
 // Writes every line; false when the writing has to stop.
 bool WritePallisLines(const DesignRecord& d, Platform& platform, std::ofstream& out) {

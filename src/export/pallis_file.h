@@ -12,13 +12,6 @@ namespace drenik {
 
 inline constexpr const char* kPallisFailure = "We did not write an Pallis file.";
 
-// Topology letter of the file: A, B, I, J for the four topologies, empty for
-// anything else.
-std::string PallisTopologyLetter(const std::string& topology);
-// 0 without resonant branches; else 1, 2, 3 for Cauer type A, B, C (1 for
-// any other letter).
-int PallisCauerNumber(const DesignRecord& d);
-
 // Asks for the file name ("Save Pallis file"), keeps it in FileName and
 // writes the file there. A cancelled dialog ends in the failure message.
 void SavePallisFromDialog(DesignRecord& d, Platform& platform);

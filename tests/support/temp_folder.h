@@ -1,6 +1,6 @@
 #pragma once
-// A fresh folder under the system's temporary folder for one test, removed
-// with everything in it when the test ends; and small file helpers.
+// A fresh folder for one test, removed with its contents afterwards, and
+// small file helpers.
 
 #include <filesystem>
 #include <fstream>
@@ -13,19 +13,12 @@ namespace drenik::testing {
 
 class TempFolder {
  public:
-  TempFolder() {
-    std::random_device seed;
-    path_ = std::filesystem::temp_directory_path() /
-            ("drenik-test-" + std::to_string(seed()) + "-" + std::to_string(seed()));
+  TempFolder()
+      : path_(std::filesystem::temp_directory_path() /
+              ("drenik-test-" + std::to_string(std::random_device{}()))) {
     std::filesystem::create_directories(path_);
   }
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
+  ~TempFolder() { std::filesystem::remove_all(path_); }
   std::string Path() const { return path_.string(); }
   std::string operator/(const std::string& name) const { return (path_ / name).string(); }
 
@@ -34,9 +27,8 @@ class TempFolder {
 };
 
 inline std::string ReadWhole(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
   std::ostringstream text;
-  text << in.rdbuf();
+  text << std::ifstream(path, std::ios::binary).rdbuf();
   return text.str();
 }
 
@@ -44,23 +36,12 @@ inline void WriteWhole(const std::string& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
 }
 
-// The lines of a file whose lines all end in CR LF; a line without its CR
-// is returned with a "<no CR>" mark so a test sees it.
+// The lines of a file; a line that does not end in CR LF carries a mark.
 inline std::vector<std::string> CrLfLines(const std::string& path) {
-  const std::string text = ReadWhole(path);
+  std::istringstream in(ReadWhole(path));
   std::vector<std::string> lines;
-  size_t start = 0;
-  while (start < text.size()) {
-    size_t end = text.find('\n', start);
-    if (end == std::string::npos) end = text.size();
-    std::string line = text.substr(start, end - start);
-    if (!line.empty() && line.back() == '\r') {
-      line.pop_back();
-    } else {
-      line += "<no CR>";
-    }
-    lines.push_back(line);
-    start = end + 1;
+  for (std::string line; std::getline(in, line);) {
+    lines.push_back(line.ends_with('\r') ? line.substr(0, line.size() - 1) : line + "<no CR>");
   }
   return lines;
 }
