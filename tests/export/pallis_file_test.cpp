@@ -71,7 +71,7 @@ TEST(PallisFile, WritesEveryLineInOrder) {
                                              " 1 " + v + " 0  0  0 ",
                                              " 4  0  0 " + v + " 0 ",
                                              "* Lin or log, Fstart, Fstop, Fstep or NrIntervals:",
-                                             " 2  900000  22500000  1000 ",
+                                             " 2  900000  2.25E+07  1000 ",
                                              "* Graph scales:",
                                              " 60  0  1  1  .5  120  10  6 ",
                                              "* Limits Y/N:",

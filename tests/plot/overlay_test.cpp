@@ -46,7 +46,7 @@ TEST(Overlay, SaveThenGetDrawsEveryFile) {
   ASSERT_EQ(s21.size(), 101u);
   EXPECT_EQ(s21[0], " 1000000  0 ");
   EXPECT_TRUE(s21[1].ends_with(" -.5 ")) << s21[1];
-  EXPECT_EQ(CrLfLines(folder / "Data.S11").at(100), " 100000000 -20 ");
+  EXPECT_EQ(CrLfLines(folder / "Data.S11").at(100), " 1E+08 -20 ");
   EXPECT_EQ(CrLfLines(folder / "Data.SWR").size(), 101u);
 
   d.Freq.fill(0);
