@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 
 #include "core/formatters.h"
 #include "export/writers.h"
@@ -104,20 +103,6 @@ TEST(LtspiceFile, BlockAdvancesAndUnknownCodes) {
             "only capacitors and inductors in the filter are\n"
             "written to the schematic file.");
   EXPECT_TRUE(platform.messages[1].text.starts_with("The element at stage 3 "));
-}
-
-TEST(LtspiceFile, FailuresKeepTheTarget) {
-  testing::TempFolder folder;
-  testing::RecordingPlatform platform;
-  DesignRecord d = ThirdOrderLowpass();
-  EXPECT_FALSE(WriteLtspiceFile(d, "", platform));
-  testing::WriteWhole(folder / "plain", "x");
-  EXPECT_FALSE(WriteLtspiceFile(d, folder / "plain/a.ASC", platform));
-  std::filesystem::create_directory(folder / "dir.ASC");
-  EXPECT_FALSE(WriteLtspiceFile(d, folder / "dir.ASC", platform));
-  EXPECT_FALSE(std::filesystem::exists(folder / "dir.ASC.part"));
-  ASSERT_EQ(platform.messages.size(), 3u);
-  for (const auto& m : platform.messages) EXPECT_EQ(m.text, "We could not write the LTspice file");
 }
 
 }  // namespace

@@ -3,14 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <complex>
-#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "analysis/sweep.h"
-#include "export/chain_matrix.h"
 #include "export/writers.h"
 #include "support/recording_platform.h"
 #include "support/temp_folder.h"
@@ -40,19 +37,6 @@ DesignRecord Butterworth(float q) {
   d.Fstop = 5e6f;
   d.NrIntervals = 200;
   return d;
-}
-
-// The ideal ladder has the Butterworth response and loses nothing.
-TEST(ChainMatrix, LosslessButterworth) {
-  const DesignRecord d = Butterworth(kInfiniteQind);
-  for (float f : {1e5f, 5e5f, 1e6f, 2e6f, 1e7f}) {
-    const SParameters s = LadderSParameters(d, f);
-    const double ratio = f / 1e6;
-    EXPECT_NEAR(std::norm(s.S21), 1 / (1 + std::pow(ratio, 6)), 1e-5) << f;
-    EXPECT_NEAR(std::norm(s.S11) + std::norm(s.S21), 1, 1e-5) << f;
-    EXPECT_NEAR(std::abs(s.S12 - s.S21), 0, 1e-9) << f;
-    EXPECT_NEAR(std::abs(s.S22), std::abs(s.S11), 1e-6) << f;
-  }
 }
 
 // Keyword lines and data rows of a Touchstone file (comments dropped).
@@ -111,21 +95,7 @@ TEST(Touchstone, ReadsBackToTheAnalysis) {
   }
 }
 
-TEST(Touchstone, FailuresKeepTheTarget) {
-  testing::TempFolder folder;
-  testing::RecordingPlatform platform;
-  DesignRecord d = Butterworth(50);
-  EXPECT_FALSE(WriteTouchstone(d, "", platform));
-  testing::WriteWhole(folder / "old.s2p", "old");
-  d.Rload = 0;  // no reference for port 2
-  EXPECT_FALSE(WriteTouchstone(d, folder / "old.s2p", platform));
-  EXPECT_EQ(testing::ReadWhole(folder / "old.s2p"), "old");
-  EXPECT_FALSE(std::filesystem::exists(folder / "old.s2p.part"));
-  ASSERT_EQ(platform.messages.size(), 2u);
-  EXPECT_EQ(platform.messages[1].text, "We could not write the Touchstone file");
-}
-
-TEST(SweepCsv, HeaderRowsAndFailures) {
+TEST(SweepCsv, HeaderAndRows) {
   testing::TempFolder folder;
   testing::RecordingPlatform platform;
   DesignRecord d;
@@ -141,13 +111,6 @@ TEST(SweepCsv, HeaderRowsAndFailures) {
       "frequency_hz,transmission_db,reflection_db,vswr,delay_s,phase_deg",
       "1e+06,0,-20.5,1.2,1.5e-07,-90", "12345678,-0.2,-20.5,1.2,1.5e-07,-90"};
   EXPECT_EQ(CrLfLines(folder / "a.csv"), expected);
-
-  testing::WriteWhole(folder / "old.csv", "old");
-  d.NrIntervals = 3000;
-  EXPECT_FALSE(WriteSweepCsv(d, folder / "old.csv", platform));
-  EXPECT_EQ(testing::ReadWhole(folder / "old.csv"), "old");
-  ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(platform.messages[0].text, "We could not write the CSV file");
 }
 
 }  // namespace
