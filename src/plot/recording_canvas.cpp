@@ -105,10 +105,13 @@ void RecordingCanvas::Append(DrawOp&& op) {
   if (!indexValid_) {
     index_.clear();
     for (size_t i = 0; i < ops_.size(); ++i)
-      if (!ops_[i].hidden && ops_[i].kind != DrawOp::Kind::Box) index_.emplace(SpotKey(ops_[i]), i);
+      if (!ops_[i].hidden && ops_[i].kind != DrawOp::Kind::Box &&
+          ops_[i].kind != DrawOp::Kind::Point)
+        index_.emplace(SpotKey(ops_[i]), i);
     indexValid_ = true;
   }
-  if (op.kind != DrawOp::Kind::Box) {
+  // Points (overlay dots) are few and cleared with the plot; each is kept.
+  if (op.kind != DrawOp::Kind::Box && op.kind != DrawOp::Kind::Point) {
     uint64_t key = SpotKey(op);
     auto [first, last] = index_.equal_range(key);
     for (auto it = first; it != last;) {
