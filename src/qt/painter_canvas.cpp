@@ -46,7 +46,7 @@ const QFontMetricsF& MetricsFor(const std::string& family, float pointSize, bool
 
 float QtMeasure(const std::string& text, const std::string& family, float pointSize, bool bold) {
   if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
-    return EstimateTextWidth(text, pointSize) * (bold ? 1.08f : 1.f);
+    return EstimateTextWidth(text, pointSize, bold);
   return static_cast<float>(
       MetricsFor(family, pointSize, bold).horizontalAdvance(QString::fromStdString(text)));
 }
