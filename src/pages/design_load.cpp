@@ -5,27 +5,25 @@
 
 namespace drenik {
 
-namespace {
-
 // Narrower than the driver's snap for 0.01 dB on purpose.
 const char* LoadRippleOption(float& apass) {
-  double a = apass;
-  if (a > 0.009 && a < 0.011) {
+  // Bounds are compared as stored floats, so a ripple read exactly on a
+  // bound stays as it is.
+  float a = apass;
+  if (a > 0.009f && a < 0.011f) {
     apass = 0.01f;
     return "opt01";
   }
-  if (a > 0.04 && a < 0.05) {
+  if (a > 0.04f && a < 0.05f) {
     apass = 0.044f;
     return "opt044";
   }
-  if (a > 0.19 && a < 0.21) {
+  if (a > 0.19f && a < 0.21f) {
     apass = 0.2f;
     return "opt200";
   }
   return nullptr;
 }
-
-}  // namespace
 
 void DesignPage::Load() {
   controls_.RunEvent([this] {

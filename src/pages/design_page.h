@@ -76,6 +76,10 @@ class DesignPage {
   int schematicRedraws_ = 0;
 };
 
+// The ripple option the page's load selects for a ripple read from the last
+// session (moving the ripple onto the offered value), or nullptr for none.
+const char* LoadRippleOption(float& apass);
+
 // The bandwidth caption of lblRipple for a family code ("" for none).
 const char* RippleCaption(int16_t family);
 

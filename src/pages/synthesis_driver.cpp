@@ -13,16 +13,18 @@ namespace {
 // nearest offered value when it lies close to one; open bounds. Returns the
 // index of the offered value, or -1 when the ripple was left alone.
 int SnapRipple(float& apass) {
-  double a = apass;
-  if (a > 0.005 && a < 0.02) {
+  // Bounds are compared as stored floats, so a ripple read exactly on a
+  // bound stays as it is.
+  float a = apass;
+  if (a > 0.005f && a < 0.02f) {
     apass = 0.01f;
     return 0;
   }
-  if (a > 0.04 && a < 0.05) {
+  if (a > 0.04f && a < 0.05f) {
     apass = 0.044f;
     return 1;
   }
-  if (a > 0.19 && a < 0.21) {
+  if (a > 0.19f && a < 0.21f) {
     apass = 0.2f;
     return 2;
   }
