@@ -45,14 +45,30 @@ int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
 
 int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std::ostream& err) {
   DesignRecord& d = r.chosen;
-  bool ok = true;
-  if (!o.lct.empty()) ok &= WritePallisFile(d, o.lct, platform);
-  if (!o.asc.empty()) ok &= WriteLtspiceFile(d, o.asc, platform);
-  if (!o.cir.empty()) ok &= WriteSpiceNetlist(d, o.cir, platform);
-  if (!o.s2p.empty()) ok &= WriteTouchstone(d, o.s2p, platform);
-  if (!o.csv.empty()) ok &= WriteSweepCsv(d, o.csv, platform);
-  for (const std::string& m : platform.messages) err << "drenik: " << m << "\n";
-  return ok && platform.messages.empty() ? 0 : 1;
+  using Writer = bool (*)(DesignRecord&, const std::string&, Platform&);
+  const std::pair<const std::string*, Writer> files[] = {
+      {&o.lct,
+       [](DesignRecord& d, const std::string& f, Platform& p) { return WritePallisFile(d, f, p); }},
+      {&o.asc, [](DesignRecord& d, const std::string& f,
+                  Platform& p) { return WriteLtspiceFile(d, f, p); }},
+      {&o.cir, [](DesignRecord& d, const std::string& f,
+                  Platform& p) { return WriteSpiceNetlist(d, f, p); }},
+      {&o.s2p,
+       [](DesignRecord& d, const std::string& f, Platform& p) { return WriteTouchstone(d, f, p); }},
+      {&o.csv,
+       [](DesignRecord& d, const std::string& f, Platform& p) { return WriteSweepCsv(d, f, p); }},
+  };
+  int status = 0;
+  for (const auto& [file, writer] : files) {
+    if (file->empty()) continue;
+    platform.messages.clear();
+    if (writer(d, *file, platform)) continue;
+    status = 1;
+    err << "drenik: could not write " << *file;
+    for (const std::string& m : platform.messages) err << ": " << m;
+    err << "\n";
+  }
+  return status;
 }
 
 }  // namespace
