@@ -1,12 +1,175 @@
-// Placeholder: replaced by the last-session implementation.
 #include "core/last_session.h"
+
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <system_error>
+#include <vector>
+
+#include "core/number_text.h"
+
 namespace drenik {
-void WriteLastSession(const DesignRecord&, Platform&, const std::string&) {}
-void ReadLastSession(DesignRecord& d, const std::string&) { SetLastSessionDefaults(d); }
-std::string LastSessionLine(const DesignRecord&) { return {}; }
-bool ParseLastSession(std::string_view, DesignRecord&) { return false; }
-void SetLastSessionDefaults(DesignRecord& d) {
-  d.Order = 5; d.Width = 4200000; d.Family = 2; d.Apass = 0.044f; d.Astop = 40;
-  d.Topology = "Cinlowpass"; d.Rsource = 50; d.Qind = 1e6f;
+
+namespace {
+
+// The line is short; a file larger than this holds no valid first line.
+constexpr std::streamsize kLongestLine = 4096;
+
+std::string_view Trim(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+  return text;
 }
+
+std::optional<int16_t> ReadInteger(std::string_view text) {
+  text = Trim(text);
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  int value = 0;
+  auto res = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (text.empty() || res.ec != std::errc() || res.ptr != text.data() + text.size())
+    return std::nullopt;
+  if (value < std::numeric_limits<int16_t>::min() || value > std::numeric_limits<int16_t>::max())
+    return std::nullopt;
+  return static_cast<int16_t>(value);
+}
+
+// Decimal text with "." as the point: "4500000", ".044", "0.044", "-2",
+// "1E+10". Infinities, NaN and values beyond the float range do not read.
+std::optional<float> ReadReal(std::string_view text) {
+  text = Trim(text);
+  std::string_view body = text;
+  if (!body.empty() && (body.front() == '+' || body.front() == '-')) body.remove_prefix(1);
+  if (body.empty() || !((body.front() >= '0' && body.front() <= '9') || body.front() == '.'))
+    return std::nullopt;
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  float value = 0;
+  auto res =
+      std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::general);
+  if (res.ec != std::errc() || res.ptr != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+// The topology: in double quotes, or bare.
+std::optional<std::string> ReadText(std::string_view text) {
+  text = Trim(text);
+  if (!text.empty() && text.front() == '"') {
+    if (text.size() < 2 || text.back() != '"') return std::nullopt;
+    text = text.substr(1, text.size() - 2);
+    if (text.find('"') != std::string_view::npos) return std::nullopt;
+  } else if (text.find('"') != std::string_view::npos) {
+    return std::nullopt;
+  }
+  return std::string(text);
+}
+
+// Splits at commas outside double quotes.
+std::vector<std::string_view> SplitFields(std::string_view line) {
+  std::vector<std::string_view> fields;
+  size_t start = 0;
+  bool quoted = false;
+  for (size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '"') quoted = !quoted;
+    if (line[i] == ',' && !quoted) {
+      fields.push_back(line.substr(start, i - start));
+      start = i + 1;
+    }
+  }
+  fields.push_back(line.substr(start));
+  return fields;
+}
+
+}  // namespace
+
+std::string LastSessionLine(const DesignRecord& d) {
+  return std::to_string(d.Order) + "," + ShortestText(d.Width) + "," + std::to_string(d.Family) +
+         "," + ShortestText(d.Apass) + "," + ShortestText(d.Astop) + ",\"" + d.Topology + "\"," +
+         ShortestText(d.Rsource) + "," + ShortestText(d.Qind);
+}
+
+bool ParseLastSession(std::string_view text, DesignRecord& d) {
+  // Only the first line counts; what follows its line end is ignored.
+  size_t lineEnd = text.find_first_of("\r\n");
+  std::string_view line = text.substr(0, lineEnd);
+  std::vector<std::string_view> fields = SplitFields(line);
+  if (fields.size() != 8) return false;
+
+  auto order = ReadInteger(fields[0]);
+  auto width = ReadReal(fields[1]);
+  auto family = ReadInteger(fields[2]);
+  auto apass = ReadReal(fields[3]);
+  auto astop = ReadReal(fields[4]);
+  auto topology = ReadText(fields[5]);
+  auto rsource = ReadReal(fields[6]);
+  auto qind = ReadReal(fields[7]);
+  if (!order || !width || !family || !apass || !astop || !topology || !rsource || !qind)
+    return false;
+
+  // Values outside the design page's choices are kept as they are; the page
+  // sorts them out when it loads.
+  d.Order = *order;
+  d.Width = *width;
+  d.Family = *family;
+  d.Apass = *apass;
+  d.Astop = *astop;
+  d.Topology = *topology;
+  d.Rsource = *rsource;
+  d.Qind = *qind;
+  return true;
+}
+
+void SetLastSessionDefaults(DesignRecord& d) {
+  d.Order = 5;
+  d.Width = 4200000;
+  d.Family = kChebyshev;
+  d.Apass = 0.044f;
+  d.Astop = 40;
+  d.Topology = "Cinlowpass";
+  d.Rsource = 50;
+  d.Qind = kInfiniteQind;
+}
+
+void ReadLastSession(DesignRecord& d, const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::string content(static_cast<size_t>(kLongestLine), '\0');
+  if (in) {
+    in.read(content.data(), kLongestLine);
+    content.resize(static_cast<size_t>(in.gcount()));
+  } else {
+    content.clear();
+  }
+  // A missing, unreadable or malformed file starts every choice afresh,
+  // never a mixture of read and default values.
+  if (!ParseLastSession(content, d)) SetLastSessionDefaults(d);
+}
+
+void WriteLastSession(const DesignRecord& d, Platform& platform, const std::string& path) {
+  namespace fs = std::filesystem;
+  const fs::path target(path);
+  fs::path temporary = target;
+  temporary += ".tmp";
+
+  bool written = false;
+  bool created = false;
+  {
+    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+    if (out) {
+      created = true;
+      out << LastSessionLine(d) << "\r\n";
+      out.close();
+      written = !out.fail();
+    }
+  }
+  std::error_code error;
+  if (written) {
+    fs::rename(temporary, target, error);
+    if (!error) return;
+  }
+  // The previous session stays as it was; the half-written copy goes.
+  if (created) fs::remove(temporary, error);
+  platform.ShowMessage("We did not read the last-session file.");
+}
+
 }  // namespace drenik

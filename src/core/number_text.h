@@ -7,8 +7,10 @@
 namespace drenik {
 
 // Shortest round-trip text without a leading zero or blanks: ".044", "50",
-// "-.5", "4500000", "1E+10", "1.5E-08". Exponent form below 1e-7 and from
-// 1e7 up when it is shorter to read back exactly.
+// "-.5", "4500000", "1E+10", "1.5E-08". A magnitude of 1e7 or more, or below
+// 1e-7 (after rounding to the shortest digits), is written in exponent form:
+// the digits with a point after the first, "E", the exponent's sign and at
+// least two exponent digits. Zero (either sign) is "0".
 std::string ShortestText(float value);
 // The file form of a real value: a leading blank (or "-"), the shortest text
 // and one trailing blank: ' .01 ', ' 50 ', '-.5 '.

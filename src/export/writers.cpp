@@ -3,8 +3,6 @@
 namespace drenik {
 bool WritePallisFile(const DesignRecord&, const std::string&, Platform&) { return false; }
 bool WriteLtspiceFile(DesignRecord&, const std::string&, Platform&) { return false; }
-std::string SpiceNetlistText(const DesignRecord&) { return {}; }
-bool WriteSpiceNetlist(const DesignRecord&, const std::string&, Platform&) { return false; }
 bool WriteTouchstone(const DesignRecord&, const std::string&, Platform&) { return false; }
 bool WriteSweepCsv(const DesignRecord&, const std::string&, Platform&) { return false; }
 }  // namespace drenik

@@ -1,9 +1,161 @@
-// Placeholder: replaced by the prototype implementation.
+// Normalized lowpass prototypes (1-ohm source, cutoff 1 rad/s).
+//
+// All arithmetic is carried in double and every value is rounded to single
+// precision where it is stored in the record. Pi is taken as 4*atan(1) in
+// double wherever an angle is formed.
+
 #include "synthesis/prototypes.h"
+
+#include <cmath>
+#include <string>
+
+#include "core/runtime_error.h"
+
 namespace drenik {
-void Butterworth(DesignRecord&) {}
-void Chebyshev(DesignRecord&) {}
-void Bessel(DesignRecord&) {}
-void Zelmar(DesignRecord&) {}
-void DesignPrototype(DesignRecord&, Platform&) {}
+namespace {
+
+double PiDouble() {
+  return 4.0 * std::atan(1.0);
+}
+
+// Every prototype starts from a clean G(1..20), H(1..20). Index 0 and index
+// 21 are left alone.
+void ClearPrototype(DesignRecord& d) {
+  for (int j = 1; j <= kMaxPositions; ++j) {
+    d.G[j] = 0;
+    d.H[j] = 0;
+  }
+}
+
+// The closed-form families write G(1..Order); the array ends at index 21.
+void CheckOrderFits(const DesignRecord& d) {
+  if (d.Order > kPrototypeSlots - 1) {
+    throw RunTimeError("Subscript out of range: the order " + std::to_string(d.Order) +
+                       " does not fit the prototype table.");
+  }
+}
+
+// Bessel values for orders 3..7, largest element at the source end. These are
+// the classic values for a ladder between equal 1-ohm terminations.
+constexpr float kBesselTable[5][7] = {
+    {2.2034f, 0.9705f, 0.3374f, 0, 0, 0, 0},
+    {2.2404f, 1.0815f, 0.6725f, 0.2334f, 0, 0, 0},
+    {2.2582f, 1.111f, 0.804f, 0.5072f, 0.1743f, 0, 0},
+    {2.2645f, 1.1126f, 0.8538f, 0.6392f, 0.4002f, 0.1365f, 0},
+    {2.2659f, 1.1052f, 0.869f, 0.702f, 0.5249f, 0.3259f, 0.1106f},
+};
+
+}  // namespace
+
+void Butterworth(DesignRecord& d) {
+  ClearPrototype(d);
+  CheckOrderFits(d);
+  const int n = d.Order;
+  for (int j = 1; j <= n; ++j) {
+    d.G[j] = static_cast<float>(2.0 * std::sin((2.0 * j - 1.0) * PiDouble() / (2.0 * n)));
+    d.H[j] = 0;
+  }
+  d.Apass = 0;
+  d.Astop = 0;
+  d.RloadNormalized = 1.0f;
+  d.CauerFlag = 0;
+}
+
+void Chebyshev(DesignRecord& d) {
+  ClearPrototype(d);
+  CheckOrderFits(d);
+  const int n = d.Order;
+  if (n == 0) throw RunTimeError("Division by zero: the Chebyshev order is 0.");
+
+  // The ripple factor is parked in RloadNormalized and read back from there,
+  // so it carries single-precision rounding like every stored value.
+  const double ripple = std::pow(10.0, 0.1 * static_cast<double>(d.Apass)) - 1.0;
+  if (!(ripple > 0) || !std::isfinite(ripple)) {
+    throw RunTimeError("Invalid procedure call: the Chebyshev ripple must be above 0 dB.");
+  }
+  d.RloadNormalized = static_cast<float>(std::sqrt(ripple));
+  const double eps = d.RloadNormalized;
+
+  const double inv = 1.0 / eps;
+  const double x = (1.0 / n) * std::log(inv + std::sqrt(inv * inv + 1.0));
+  const double gamma = 0.5 * (std::exp(x) - std::exp(-x));
+
+  double a[kPrototypeSlots] = {};
+  double b[kPrototypeSlots] = {};
+  for (int k = 1; k <= n; ++k) {
+    a[k] = std::sin((2.0 * k - 1.0) * PiDouble() / (2.0 * n));
+    const double s = std::sin(k * PiDouble() / n);
+    b[k] = gamma * gamma + s * s;
+  }
+  if (n >= 1) d.G[1] = static_cast<float>(2.0 * a[1] / gamma);
+  for (int k = 2; k <= n; ++k) {
+    // The recursion continues from the stored (single-precision) g(k-1).
+    d.G[k] = static_cast<float>(4.0 * a[k - 1] * a[k] / (b[k - 1] * d.G[k - 1]));
+  }
+
+  if (n % 2 == 0) {
+    // Even orders cannot reach 0 dB at DC with equal terminations; the load
+    // is (s - eps)^2 with s = sqrt(1 + eps^2), below the 1-ohm source.
+    const double s = std::sqrt(eps * eps + 1.0);
+    const double e = std::sqrt(s * s - 1.0);
+    d.RloadNormalized = static_cast<float>(2.0 * s * s - 2.0 * s * e - 1.0);
+  } else {
+    d.RloadNormalized = 1.0f;
+  }
+  d.Astop = 0;
+  d.CauerFlag = 0;
+}
+
+void Bessel(DesignRecord& d) {
+  ClearPrototype(d);
+  if (d.Order >= 3 && d.Order <= 7) {
+    const float* row = kBesselTable[d.Order - 3];
+    for (int j = 1; j <= d.Order; ++j) d.G[j] = row[j - 1];
+  }
+  d.Apass = 0;
+  d.Astop = 0;
+  d.RloadNormalized = 1.0f;
+  d.Rload = d.Rsource;
+  d.CauerFlag = 0;
+}
+
+void Zelmar(DesignRecord& d) {
+  ClearPrototype(d);
+  d.Apass = 0.01f;
+  d.Astop = 0;
+  d.RloadNormalized = 1.0f;
+  d.CauerFlag = 1;
+  // Fifth order whatever Order says. Positions 2 and 4 are parallel-resonant
+  // series arms: H holds the arm's inductor, G the capacitor across it.
+  d.G[1] = 1.657f;
+  d.G[2] = 0.23424f;
+  d.H[2] = 0.76896f;
+  d.G[3] = 3.2137f;
+  d.G[4] = 0.53364f;
+  d.H[4] = 0.65676f;
+  d.G[5] = 1.47f;
+}
+
+void DesignPrototype(DesignRecord& d, Platform& platform) {
+  switch (d.Family) {
+    case kButterworth:
+      Butterworth(d);
+      break;
+    case kChebyshev:
+      Chebyshev(d);
+      break;
+    case kCauer:
+      Cauer(d, platform);
+      break;
+    case kZelmar:
+      Zelmar(d);
+      break;
+    case kBessel:
+      Bessel(d);
+      break;
+    default:
+      break;
+  }
+}
+
 }  // namespace drenik

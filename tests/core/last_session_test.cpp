@@ -1,0 +1,160 @@
+#include "core/last_session.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "support/recording_platform.h"
+
+namespace drenik {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kMessage = "We did not read the last-session file.";
+
+// A fresh folder per test; removed again afterwards.
+class SessionFile : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "drenik-session-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    folder = pattern;
+    file = (folder / kLastSessionFile).string();
+  }
+  void TearDown() override {
+    std::error_code error;
+    fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, error);
+    fs::remove_all(folder, error);
+  }
+  void Put(const std::string& content) { std::ofstream(file, std::ios::binary) << content; }
+  std::string Get() const {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  }
+  static void ExpectDefaults(const DesignRecord& d) {
+    EXPECT_EQ(LastSessionLine(d), "5,4200000,2,.044,40,\"Cinlowpass\",50,1000000");
+  }
+  static DesignRecord Sample() {
+    DesignRecord d;
+    EXPECT_TRUE(ParseLastSession("7,1E+10,3,.2,60,\"Linhighpass\",75.5,123.4", d));
+    return d;
+  }
+
+  fs::path folder;
+  std::string file;
+  testing::RecordingPlatform platform;
+};
+
+TEST_F(SessionFile, WritesTheLineAndReadsItBack) {
+  DesignRecord d;
+  SetLastSessionDefaults(d);
+  d.Width = 4500000;
+  WriteLastSession(d, platform, file);
+  EXPECT_EQ(Get(), "5,4500000,2,.044,40,\"Cinlowpass\",50,1000000\r\n");
+
+  const DesignRecord written = Sample();
+  WriteLastSession(written, platform, file);
+  EXPECT_EQ(Get(), "7,1E+10,3,.2,60,\"Linhighpass\",75.5,123.4\r\n");
+  DesignRecord read;
+  ReadLastSession(read, file);
+  EXPECT_EQ(LastSessionLine(read), LastSessionLine(written));
+  EXPECT_EQ(read.Width, 1e10f);
+  EXPECT_TRUE(platform.messages.empty());
+  EXPECT_FALSE(fs::exists(file + ".tmp"));
+}
+
+TEST_F(SessionFile, ReadsOtherSpellingsAndKeepsOddValues) {
+  Put("4 , 0.044E+8,9,0.01,-3, Linlowpass ,+50,1e6\n");
+  DesignRecord d;
+  ReadLastSession(d, file);
+  EXPECT_EQ(LastSessionLine(d), "4,4400000,9,.01,-3,\"Linlowpass\",50,1000000");
+
+  // A comma inside the quotes belongs to the topology; later lines are ignored.
+  EXPECT_TRUE(ParseLastSession("0,0,0,0,0,\"a,b\",0,0\r\ngarbage", d));
+  EXPECT_EQ(d.Topology, "a,b");
+  EXPECT_EQ(d.Order, 0);
+}
+
+TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
+  const char* faulty[] = {
+      "",
+      "7,1E+10,3",
+      "7,1E+10,3,.2,60",                                    // five fields
+      "7,1E+10,3,.2,60,\"Linhighpass\",75,123,9",           // nine fields
+      "7,1E+10,3,.2,60,\"Linhighpass\",75,x",               // garbage number
+      "7,1E+10,3,.2,60,\"Linhighpass\",75,",                // empty field
+      "7.5,1E+10,3,.2,60,\"Linhighpass\",75,123",           // not an integer
+      "40000,1E+10,3,.2,60,\"Linhighpass\",75,123",         // beyond 16 bits
+      "7,1E+50,3,.2,60,\"Linhighpass\",75,123",             // beyond the float range
+      "7,inf,3,.2,60,\"Linhighpass\",75,123",               // not a number text
+      "7,1E+10,3,.2,60,\"Linhighpass,75,123",               // unclosed quote
+      "7,1E+10,3,.2,60,\"Lin\"high\"pass\",75,123",         // stray quotes
+      "\r\n5,4500000,2,.044,40,\"Cinlowpass\",50,1000000",  // empty first line
+      "\x01\xff\xfe garbage \x00",
+  };
+  for (const char* content : faulty) {
+    SCOPED_TRACE(content);
+    Put(content);
+    DesignRecord d = Sample();
+    EXPECT_FALSE(ParseLastSession(Get(), d));
+    EXPECT_EQ(d.Topology, "Linhighpass");  // a failed parse leaves the record alone
+    ReadLastSession(d, file);
+    ExpectDefaults(d);
+  }
+
+  DesignRecord d = Sample();
+  ReadLastSession(d, (folder / "missing.dat").string());
+  ExpectDefaults(d);
+  d = Sample();
+  ReadLastSession(d, folder.string());  // a folder, not a file
+  ExpectDefaults(d);
+}
+
+TEST_F(SessionFile, FailedWriteKeepsTheOldFile) {
+  const std::string old = "3,1000,1,0,0,\"Cinhighpass\",75,100\r\n";
+  Put(old);
+
+  // The temporary copy cannot be created: its name is taken by a folder.
+  fs::create_directories(file + ".tmp/inside");
+  WriteLastSession(Sample(), platform, file);
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text, kMessage);
+  EXPECT_EQ(Get(), old);
+  EXPECT_TRUE(fs::is_directory(file + ".tmp/inside"));
+  fs::remove_all(file + ".tmp");
+
+  // A read-only folder; root writes there regardless, so only when not root.
+  if (geteuid() != 0) {
+    fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+    WriteLastSession(Sample(), platform, file);
+    fs::permissions(folder, fs::perms::owner_all);
+    ASSERT_EQ(platform.messages.size(), 2u);
+    EXPECT_EQ(platform.messages[1].text, kMessage);
+    EXPECT_EQ(Get(), old);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+  }
+
+  // The session name itself is a folder: the copy cannot replace it and goes.
+  const std::string blocked = (folder / "taken").string();
+  fs::create_directories(blocked + "/inside");
+  platform.messages.clear();
+  WriteLastSession(Sample(), platform, blocked);
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_TRUE(fs::is_directory(blocked + "/inside"));
+  EXPECT_FALSE(fs::exists(blocked + ".tmp"));
+
+  // A path below a regular file.
+  platform.messages.clear();
+  WriteLastSession(Sample(), platform, file + "/below");
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(Get(), old);
+}
+
+}  // namespace
+}  // namespace drenik

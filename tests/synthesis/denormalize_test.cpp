@@ -1,0 +1,203 @@
+#include "synthesis/denormalize.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "core/runtime_error.h"
+#include "synthesis/ladder_response.h"
+#include "synthesis/prototypes.h"
+
+namespace drenik {
+namespace {
+
+using testing::LossDb;
+const char* const kTopologies[] = {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"};
+
+DesignRecord Designed(int16_t family, int16_t order, const char* topology = "Cinlowpass") {
+  DesignRecord d;
+  d.Pi = 3.14159274f;
+  d.Family = family, d.Order = order, d.Topology = topology;
+  d.Rsource = 50, d.Width = 4.2e6f, d.Apass = 0.2f;
+  if (family == kButterworth) Butterworth(d);
+  if (family == kChebyshev) Chebyshev(d);
+  if (family == kZelmar) Zelmar(d);
+  if (family == kBessel) Bessel(d);
+  Denormalize(d);
+  return d;
+}
+
+std::string Codes(const DesignRecord& d) {
+  std::string s;
+  for (int k = 1; k <= d.Stages; ++k) s += std::to_string(d.ElementType[k]) + " ";
+  return s;
+}
+
+// Relative comparison of a stored value with a quotient formed in double.
+#define EXPECT_REL(a, b) EXPECT_NEAR((a) / (b), 1.0, 1e-6)
+
+TEST(Denormalize, NoWidthOrUnknownTopology) {
+  DesignRecord d = Designed(kChebyshev, 5);
+  const DesignRecord before = d;
+  d.Width = 0, d.Order = 3, d.Cstd[1] = 7;
+  Denormalize(d);  // returns at once
+  EXPECT_EQ(d.L, before.L);
+  EXPECT_EQ(d.C, before.C);
+  EXPECT_EQ(d.Cstd[1], 7);
+  EXPECT_EQ(d.Omega, before.Omega);
+
+  d.Width = 1e6f, d.Topology = "cinlowpass", d.L[0] = 4;
+  Denormalize(d);  // clears, then finds no ladder to build
+  for (int i = 1; i <= kMaxPositions; ++i) EXPECT_EQ(d.L[i] + d.C[i] + d.Cstd[i] + d.Lstd[i], 0);
+  EXPECT_EQ(d.L[0], 4);
+  EXPECT_EQ(d.ElementType, before.ElementType);
+  EXPECT_EQ(d.Stages, 5);
+  EXPECT_EQ(d.Rload, before.Rload);
+}
+
+// The L-input lowpass is the dual of the C-input one, and each highpass is the
+// lowpass-to-highpass image (w -> Omega^2 / w) of the lowpass that starts
+// with the same kind of arm. Checked on the real, scaled ladders.
+void ExpectTopologiesAgree(const DesignRecord& prototype) {
+  DesignRecord t[4];
+  for (int i = 0; i < 4; ++i) {
+    t[i] = prototype;
+    t[i].Topology = kTopologies[i];
+    Denormalize(t[i]);
+  }
+  const double w0 = t[0].Omega;
+  for (double w = 0.05 * w0; w < 20 * w0; w *= 1.1) {
+    if (LossDb(t[0], w) > 60) continue;  // too steep near a transmission zero
+    EXPECT_NEAR(LossDb(t[1], w), LossDb(t[0], w), 1e-3) << w / w0;
+    EXPECT_NEAR(LossDb(t[2], w0 * w0 / w), LossDb(t[1], w), 1e-3) << w / w0;
+    EXPECT_NEAR(LossDb(t[3], w0 * w0 / w), LossDb(t[0], w), 1e-3) << w / w0;
+  }
+}
+
+TEST(Denormalize, FourTopologiesScaleOnePrototype) {
+  DesignRecord d = Designed(kChebyshev, 5);
+  const double r = 50, w = 2 * 3.14159274 * 4.2e6;
+  EXPECT_EQ(d.Omega, static_cast<float>(w));
+  EXPECT_EQ(Codes(d), "4 1 4 1 4 ");
+  EXPECT_REL(d.C[1], d.G[1] / (r * w));
+  EXPECT_REL(d.L[2], r * d.G[2] / w);
+  EXPECT_EQ(d.L[1] + d.C[2], 0);
+  EXPECT_EQ(Codes(Designed(kChebyshev, 5, "Linlowpass")), "1 4 1 4 1 ");
+  EXPECT_EQ(Codes(Designed(kChebyshev, 5, "Linhighpass")), "2 3 2 3 2 ");
+  d = Designed(kChebyshev, 5, "Cinhighpass");
+  EXPECT_EQ(Codes(d), "3 2 3 2 3 ");
+  EXPECT_REL(d.C[1], 1 / (r * d.G[1] * w));
+  EXPECT_REL(d.L[2], r / (w * d.G[2]));
+  EXPECT_NEAR(LossDb(d, w), 0.2, 1e-4);
+  d = Designed(kZelmar, 5);
+  EXPECT_REL(d.L[2], r * 0.76896f / w);
+  EXPECT_REL(d.C[2], 0.23424f / (r * w));
+
+  for (int16_t n : {3, 4, 7}) ExpectTopologiesAgree(Designed(kChebyshev, n));
+  ExpectTopologiesAgree(Designed(kBessel, 6));
+  ExpectTopologiesAgree(Designed(kZelmar, 5));
+  // Partner values without CauerFlag: G is the main element, H its partner.
+  d = Designed(kChebyshev, 5);
+  d.G = {0, 1.657f, 0.76896f, 3.2137f, 0.65676f, 1.47f};
+  d.H = {0, 0, 0.23424f, 0, 0.53364f, 0};
+  d.RloadNormalized = 1;
+  ExpectTopologiesAgree(d);
+  const char* codes[] = {"4 7 4 7 4 ", "1 6 1 6 1 ", "3 6 3 6 3 ", "2 7 2 7 2 "};
+  for (int i = 0; i < 4; ++i) {
+    d.Topology = kTopologies[i];
+    Denormalize(d);
+    EXPECT_EQ(Codes(d), codes[i]);
+    EXPECT_EQ(Codes(Designed(kZelmar, 5, kTopologies[i])), codes[i]);
+  }
+
+  // Even-order loads: a ladder starting with a shunt arm keeps the normalized
+  // load, its dual takes the reciprocal; Butterworth always ends in Rsource.
+  for (int i = 0; i < 4; ++i) {
+    d = Designed(kChebyshev, 4, kTopologies[i]);
+    const float rn = d.RloadNormalized;
+    EXPECT_FLOAT_EQ(d.Rload, i == 0 || i == 3 ? rn * 50 : 50 / rn) << kTopologies[i];
+    d = Designed(kButterworth, 4, kTopologies[i]);
+    d.RloadNormalized = 0.5f;
+    Denormalize(d);
+    EXPECT_EQ(d.Rload, 50);
+  }
+}
+
+TEST(Denormalize, EvenOrderResonantLaddersEndDifferently) {
+  DesignRecord p = Designed(kCauer, 4);
+  p.CauerFlag = 1, p.RloadNormalized = 0.8f;
+  p.G = {0, 1.2f, 0.3f, 1.9f, 0.2f};
+  p.H = {0, 0, 1.1f, 0, 0.9f};
+  const double r = 50, w = p.Omega;
+  auto run = [&](const char* topology) {
+    DesignRecord d = p;
+    d.Topology = topology;
+    d.ElementType.fill(99);
+    Denormalize(d);
+    return d;
+  };
+  DesignRecord d = run("Cinlowpass");
+  EXPECT_EQ(Codes(d), "4 7 4 1 ");
+  EXPECT_EQ(d.C[4], 0);
+  EXPECT_REL(d.L[4], r * 0.9f / w);
+  EXPECT_FLOAT_EQ(d.Rload, 40);
+  d = run("Linlowpass");  // the only one whose last arm keeps its partner
+  EXPECT_EQ(Codes(d), "1 6 1 6 ");
+  EXPECT_REL(d.L[4], r * 0.2f / w);
+  EXPECT_REL(d.C[4], 0.9f / (r * w));
+  EXPECT_FLOAT_EQ(d.Rload, 62.5f);
+  d = run("Cinhighpass");
+  EXPECT_EQ(Codes(d), "3 6 3 2 ");
+  EXPECT_EQ(d.C[4], 0);
+  EXPECT_REL(d.L[4], r / (w * 0.9f));
+  EXPECT_REL(d.L[2], r / (w * 1.1f));
+  EXPECT_REL(d.C[2], 1 / (r * 0.3f * w));
+  d = run("Linhighpass");
+  EXPECT_EQ(Codes(d), "2 7 2 3 ");
+  EXPECT_EQ(d.L[4], 0);
+  EXPECT_REL(d.C[4], 1 / (r * 0.9f * w));
+  EXPECT_REL(d.C[2], 1 / (r * 1.1f * w));
+  EXPECT_REL(d.L[2], r / (w * 0.3f));
+
+  // A lone H in the L-input lowpass is a shunt capacitor; a negative G leaves
+  // the position alone. The highpass tables test G before CauerFlag.
+  p.G[2] = 0, p.G[4] = -0.2f;
+  d = run("Linlowpass");
+  EXPECT_EQ(Codes(d), "1 4 1 99 ");
+  EXPECT_REL(d.C[2], 1.1f / r / w);
+  EXPECT_EQ(d.L[2] + d.L[4] + d.C[4], 0);
+  d = run("Cinhighpass");
+  EXPECT_EQ(Codes(d), "3 2 3 2 ");
+  EXPECT_REL(d.L[2], r / (w * 1.1f));
+  EXPECT_EQ(Codes(run("Linhighpass")), "2 3 2 3 ");
+}
+
+TEST(Denormalize, FaultsAreReportedNotPropagated) {
+  // An all-zero prototype (Bessel outside 3..7) leaves the lowpass ladders
+  // without values, and the highpass ones would divide by it at position 2.
+  DesignRecord d = Designed(kBessel, 9);
+  for (int k = 1; k <= 9; ++k) EXPECT_EQ(d.L[k] + d.C[k], 0);
+  for (const char* topology : {"Cinhighpass", "Linhighpass"}) {
+    try {
+      Designed(kBessel, 9, topology);
+      ADD_FAILURE() << topology;
+    } catch (const RunTimeError& e) {
+      EXPECT_STREQ(e.what(), "Division by zero: the prototype value at position 2 is 0.");
+    }
+  }
+  d.Topology = "Cinhighpass", d.Order = 3, d.H[2] = 0.5f;
+  Denormalize(d);
+  EXPECT_EQ(Codes(d), "17 2 17 ");
+
+  d = Designed(kChebyshev, 5);
+  d.Order = 21;
+  EXPECT_THROW(Denormalize(d), RunTimeError);
+  d.Order = 5, d.Pi = 0;  // the opening page did not run
+  EXPECT_THROW(Denormalize(d), RunTimeError);
+  d.Pi = 3.14159274f, d.Topology = "Linlowpass", d.RloadNormalized = 0;
+  EXPECT_THROW(Denormalize(d), RunTimeError);
+}
+
+}  // namespace
+}  // namespace drenik

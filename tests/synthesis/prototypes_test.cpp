@@ -1,0 +1,167 @@
+#include "synthesis/prototypes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "core/runtime_error.h"
+#include "support/recording_platform.h"
+#include "synthesis/ladder_response.h"
+
+namespace drenik {
+namespace {
+
+using testing::LossDb;
+using testing::PrototypeLadder;
+const double k3dB = 10 * std::log10(2.0);
+
+// Garbage everywhere a routine must clear or leave alone.
+DesignRecord Dirty(int16_t order, float apass = 0.7f) {
+  DesignRecord d;
+  d.G.fill(9), d.H.fill(9);
+  d.Order = order, d.Apass = apass, d.Astop = 50, d.CauerFlag = 1;
+  d.Rsource = 75, d.Rload = 33;
+  return d;
+}
+
+void ExpectBookkeeping(const DesignRecord& d, int n, float apass, float rloadNorm) {
+  for (int j = 1; j <= kMaxPositions; ++j) {
+    EXPECT_TRUE(j <= n || d.G[j] == 0) << j;
+    EXPECT_TRUE(d.CauerFlag != 0 || d.H[j] == 0) << j;
+  }
+  EXPECT_EQ(d.G[0] + d.H[0] + d.G[21] + d.H[21], 36);  // outside 1..20: untouched
+  EXPECT_EQ(d.Apass, apass);
+  EXPECT_EQ(d.Astop, 0);
+  EXPECT_TRUE(rloadNorm == 0 || d.RloadNormalized == rloadNorm);
+}
+
+TEST(Prototypes, ButterworthTextbookValuesAndThreeDbCutoff) {
+  const double half[5][4] = {{1, 2},
+                             {0.7654, 1.8478},
+                             {0.6180, 1.6180, 2},
+                             {0.5176, 1.4142, 1.9319},
+                             {0.4450, 1.2470, 1.8019, 2}};
+  for (int16_t n = 3; n <= 7; ++n) {
+    DesignRecord d = Dirty(n);
+    Butterworth(d);
+    for (int j = 1; j <= n; ++j) EXPECT_NEAR(d.G[j], half[n - 3][std::min(j, n + 1 - j) - 1], 5e-5);
+    ExpectBookkeeping(d, n, 0, 1);
+    EXPECT_EQ(d.CauerFlag, 0);
+    EXPECT_EQ(d.Rload, 33);  // only the Bessel routine sets Rload
+    EXPECT_NEAR(LossDb(PrototypeLadder(d), 1.0), k3dB, 1e-5);
+  }
+}
+
+TEST(Prototypes, ChebyshevAgainstTextbookFormulaAndLadderRipple) {
+  for (const float ap : {0.01f, 0.044f, 0.2f}) {
+    // Reference in the textbook arrangement: beta = ln coth(Ap / 17.37),
+    // gamma = sinh(beta / 2n), even-order load tanh^2(beta / 4); all double.
+    const double beta = std::log(1 / std::tanh(ap * std::log(10.0) / 40));
+    for (int16_t n = 3; n <= 7; ++n) {
+      SCOPED_TRACE(::testing::Message() << ap << " dB, n=" << n);
+      DesignRecord d = Dirty(n, ap);
+      Chebyshev(d);
+      const double gamma = std::sinh(beta / (2 * n)), pi = std::numbers::pi;
+      double ref = 0;
+      for (int k = 1; k <= n; ++k) {
+        const double a0 = std::sin((2 * k - 3) * pi / (2 * n)),
+                     a1 = std::sin((2 * k - 1) * pi / (2 * n));
+        const double b0 = gamma * gamma + std::pow(std::sin((k - 1) * pi / n), 2);
+        ref = k == 1 ? 2 * a1 / gamma : 4 * a0 * a1 / (b0 * ref);
+        EXPECT_NEAR(d.G[k], ref, 5e-5) << k;
+      }
+      ExpectBookkeeping(d, n, ap, n % 2 ? 1.0f : 0);
+      EXPECT_NEAR(d.RloadNormalized, n % 2 ? 1 : std::pow(std::tanh(beta / 4), 2), 5e-6);
+      EXPECT_EQ(d.CauerFlag, 0);
+      // The ladder: ripple between 0 and Ap up to 1 rad/s, Ap at 1 rad/s.
+      const DesignRecord ladder = PrototypeLadder(d);
+      double lo = 1e9, hi = -1e9;
+      for (int i = 1; i <= 20000; ++i) {
+        const double a = LossDb(ladder, i / 20000.0);
+        lo = std::min(lo, a), hi = std::max(hi, a);
+      }
+      EXPECT_NEAR(lo, 0, 1e-5);
+      EXPECT_NEAR(hi, ap, 2e-5);
+      EXPECT_NEAR(LossDb(ladder, 1.0), ap, 2e-5);
+      EXPECT_NEAR(LossDb(ladder, 1e-4), n % 2 ? 0 : ap, 2e-5);
+    }
+  }
+  // Published source-to-load ratios of even orders: 1.1007 at 0.01 dB, 1.5386 at 0.2 dB.
+  DesignRecord d = Dirty(4, 0.01f);
+  Chebyshev(d);
+  EXPECT_NEAR(1 / d.RloadNormalized, 1.1007, 1e-4);
+  d.Apass = 0.2f, d.Order = 6;
+  Chebyshev(d);
+  EXPECT_NEAR(1 / d.RloadNormalized, 1.5386, 1e-4);
+  // Faults stop with an error instead of leaving inf or NaN behind.
+  d.Apass = 0;
+  EXPECT_THROW(Chebyshev(d), RunTimeError);
+  d.Apass = 0.2f, d.Order = 0;
+  EXPECT_THROW(Chebyshev(d), RunTimeError);
+  d.Order = 30;
+  EXPECT_THROW(Chebyshev(d), RunTimeError);
+  EXPECT_THROW(Butterworth(d), RunTimeError);
+}
+
+TEST(Prototypes, BesselTableCutoffAndDelay) {
+  // The table is normalized to 3 dB at 1 rad/s, so the delay at DC equals the
+  // 3 dB frequency of the classic 1-second-delay Bessel ladders.
+  const double delay[] = {1.7557, 2.1139, 2.4274, 2.7034, 2.9517};
+  for (int16_t n = 3; n <= 7; ++n) {
+    DesignRecord d = Dirty(n);
+    Bessel(d);
+    ExpectBookkeeping(d, n, 0, 1);
+    for (int j = 2; j <= n; ++j) EXPECT_LT(d.G[j], d.G[j - 1]);
+    EXPECT_EQ(d.Rload, 75);
+    EXPECT_EQ(d.CauerFlag, 0);
+    const DesignRecord ladder = PrototypeLadder(d);
+    EXPECT_NEAR(LossDb(ladder, 1.0), k3dB, 5e-4) << n;
+    EXPECT_NEAR(-std::arg(testing::LadderGain(ladder, 1e-4)) / 1e-4, delay[n - 3], 2e-4) << n;
+  }
+  for (int16_t n : {0, 2, 8}) {
+    DesignRecord d = Dirty(n);
+    Bessel(d);
+    ExpectBookkeeping(d, 0, 0, 1);
+  }
+}
+
+TEST(Prototypes, ZelmarAndDispatch) {
+  testing::RecordingPlatform platform;
+  DesignRecord d = Dirty(7);
+  d.Family = kZelmar;
+  DesignPrototype(d, platform);
+  const float g[] = {0, 1.657f, 0.23424f, 3.2137f, 0.53364f, 1.47f};
+  const float h[] = {0, 0, 0.76896f, 0, 0.65676f, 0};
+  for (int j = 1; j <= 5; ++j) {
+    EXPECT_EQ(d.G[j], g[j]);
+    EXPECT_EQ(d.H[j], h[j]);
+  }
+  ExpectBookkeeping(d, 5, 0.01f, 1);
+  EXPECT_EQ(d.CauerFlag, 1);
+  // Its two series traps null the output at 1.689 and 2.356 rad/s.
+  d.Order = 5;
+  const DesignRecord ladder = PrototypeLadder(d);
+  EXPECT_GT(LossDb(ladder, 1 / std::sqrt(0.53364 * 0.65676)), 80);
+  EXPECT_GT(LossDb(ladder, 1 / std::sqrt(0.23424 * 0.76896)), 80);
+  EXPECT_LT(LossDb(ladder, 1.0), 0.2);
+  for (double w = 1.5; w < 20; w *= 1.05) EXPECT_GT(LossDb(ladder, w), 30) << w;
+
+  d.Family = kBessel;
+  DesignPrototype(d, platform);
+  EXPECT_EQ(d.G[1], 2.2582f);
+  const DesignRecord before = d;
+  for (int16_t family : {0, 6}) {
+    d.Family = family;
+    DesignPrototype(d, platform);
+    EXPECT_EQ(d.G, before.G);
+  }
+  d.Family = kCauer, d.Order = 2;
+  DesignPrototype(d, platform);
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text, "The Cauer family requires a minimum order of three");
+}
+
+}  // namespace
+}  // namespace drenik
