@@ -64,7 +64,11 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   out << d.ProgramTitle << " " << d.Version << "\n";
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
   out << "Cutoff " << RippleCaption(d.Family) << ": " << Trim(FormatFrequency(d.Width)) << "\n";
-  out << "Passband ripple: " << Trim(FormatValue(exact.Apass)) << " dB\n";
+  if (d.Family == kButterworth || d.Family == kBessel) {
+    out << "Passband: maximally flat, 3 dB down at the cutoff\n";
+  } else {
+    out << "Passband ripple: " << Trim(FormatValue(exact.Apass)) << " dB\n";
+  }
   if (d.Family == kCauer) {
     out << "Stopband depth: " << Trim(FormatValue(exact.Astop)) << " dB";
     if (exact.StopbandEdge > 0) out << ", edge " << Trim(FormatFrequency(exact.StopbandEdge));

@@ -327,6 +327,20 @@ TEST(Cli, TableListsEveryPositionAndTheTerminations) {
   EXPECT_NE(r.out.find("  3  shunt C"), std::string::npos);
 }
 
+TEST(Cli, RenderWritesThePageInTheFormatAsked) {
+  TempFolder folder;
+  std::string svg = folder.File("page.svg");
+  CliRun r = RunCli({"render", "--svg", svg, "--size", "800x600"});
+  if (r.status == 1 && r.err.find("not available") != std::string::npos) {
+    GTEST_SKIP() << r.err;
+  }
+  ASSERT_EQ(r.status, 0) << r.err;
+  std::ifstream in(svg);
+  std::string text(std::istreambuf_iterator<char>(in), {});
+  EXPECT_NE(text.find("<svg"), std::string::npos);
+  EXPECT_NE(text.find("Cursor on plot"), std::string::npos);
+}
+
 // Until the elliptic prototype is in, a Cauer design is refused in one line.
 TEST(Cli, EngineRefusalIsOneLine) {
   CliRun r = RunCli({"design", "--family", "cauer"});
