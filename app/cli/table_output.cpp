@@ -84,7 +84,7 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
       << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";
   int stages = std::clamp<int>(d.Stages, 0, kComponentSlots - 1);
   for (int j = 1; j <= stages; ++j) {
-    char pos[8];
+    char pos[16];
     std::snprintf(pos, sizeof pos, "%3d", j);
     out << Padded(pos, 5) << Padded(ElementKindName(d.ElementType[j]), 20)
         << Padded(FormatInductance(exact.L[j]), 12) << Padded(FormatCapacitance(exact.C[j]), 12)
