@@ -65,7 +65,7 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
   out << "Cutoff " << RippleCaption(d.Family) << ": " << Trim(FormatFrequency(d.Width)) << "\n";
   if (d.Family == kButterworth || d.Family == kBessel) {
-    out << "Passband: maximally flat, 3 dB down at the cutoff\n";
+    out << "Passband: no ripple, 3 dB down at the cutoff\n";
   } else {
     out << "Passband ripple: " << Trim(FormatValue(exact.Apass)) << " dB\n";
   }
