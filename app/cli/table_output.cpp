@@ -71,7 +71,15 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   }
   if (d.Family == kCauer) {
     out << "Stopband depth: " << Trim(FormatValue(exact.Astop)) << " dB";
-    if (exact.StopbandEdge > 0) out << ", edge " << Trim(FormatFrequency(exact.StopbandEdge));
+    // The true edge of this design: the design page's StopbandEdge figure is
+    // kept from an earlier odd order when the order is even, and is always
+    // the lowpass one.
+    if (exact.FstopNormalized > 0) {
+      const bool highpass = d.Topology.find("highpass") != std::string::npos;
+      const double edge =
+          highpass ? d.Width / exact.FstopNormalized : double{d.Width} * exact.FstopNormalized;
+      out << ", edge " << Trim(FormatFrequency(edge));
+    }
     out << "\n";
   }
   out << "Rsource: " << Trim(FormatValue(d.Rsource))
