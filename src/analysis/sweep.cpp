@@ -5,6 +5,8 @@
 
 #include "analysis/sweep.h"
 
+#include "analysis/chain_matrix.h"
+
 #include <cmath>
 #include <complex>
 #include <string>
@@ -327,6 +329,34 @@ void AnalyzeSweep(DesignRecord& d, Platform& platform) {
   }
   // Point 0 was measured against frequency 0 and phase 0: extrapolate it.
   d.Delay[0] = static_cast<float>(2.0 * d.Delay[1] - d.Delay[2]);
+}
+
+ChainMatrix LadderChainMatrix(const DesignRecord& d, float F) {
+  CheckStages(d);
+  NullPlatform silent;  // an unmodelled position is a wire here, without the alert
+  const SweepConstants k(d);
+  const double w = static_cast<float>(d.TwoPi * F);  // formed in single precision
+  ChainMatrix m;
+  for (int j = 1; j <= d.Stages; ++j) {
+    const Section s = SectionAt(d, j, w, k.losses, silent);
+    if (s.series) {
+      m.B += m.A * s.value;
+      m.D += m.C * s.value;
+    } else {
+      m.A += m.B * s.value;
+      m.C += m.D * s.value;
+    }
+  }
+  return m;
+}
+
+SParameters LadderSParameters(const DesignRecord& d, float F) {
+  const ChainMatrix m = LadderChainMatrix(d, F);
+  const double r1 = d.Rsource, r2 = d.Rload;
+  const Complex den = m.A + m.B / r2 + m.C * r1 + m.D * r1 / r2;
+  const double k = 2 * std::sqrt(r1 / r2);
+  return {(m.A + m.B / r2 - m.C * r1 - m.D * r1 / r2) / den, k / den,
+          k * (m.A * m.D - m.B * m.C) / den, (-m.A + m.B / r2 - m.C * r1 + m.D * r1 / r2) / den};
 }
 
 }  // namespace drenik
