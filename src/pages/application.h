@@ -1,0 +1,94 @@
+#pragma once
+// The program without its window: the design record, one drawing per page,
+// the pages and the way between them. The window is a view over this; the
+// command line drives it without a view.
+
+#include <functional>
+#include <string>
+
+#include "core/design_record.h"
+#include "core/last_session.h"
+#include "core/platform.h"
+#include "pages/design_page.h"
+#include "pages/display_page.h"
+#include "pages/opening_page.h"
+#include "pages/page_host.h"
+#include "plot/recording_canvas.h"
+
+namespace drenik {
+
+enum class PageId { Opening, Design, Display, Ended };
+
+// A recorded drawing that tells a view when it has grown.
+class PageCanvas : public RecordingCanvas {
+ public:
+  void SetObserver(std::function<void()> observer) { observer_ = std::move(observer); }
+
+ protected:
+  void Changed() override {
+    if (observer_) observer_();
+  }
+
+ private:
+  std::function<void()> observer_;
+};
+
+struct ApplicationOptions {
+  // The last-session file; empty: never read or written (first-start
+  // defaults), as the command line wants.
+  std::string sessionPath = kLastSessionFile;
+  // Opened by the opening page's link and the design page's maker button.
+  std::string userGuideUrl;
+};
+
+class Application : public PageHost {
+ public:
+  Application(Platform& platform, ApplicationOptions options);
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+
+  // Shows the opening page (its load reads the last session).
+  void Start();
+
+  DesignRecord& Record() { return record_; }
+  Platform& GetPlatform() { return platform_; }
+  PageId CurrentPage() const { return current_; }
+  bool Ended() const { return current_ == PageId::Ended; }
+
+  OpeningPage& Opening() { return opening_; }
+  DesignPage& Design() { return design_; }
+  DisplayPage& Display() { return display_; }
+  // The opening page's sample ladder, the design page's schematic strip and
+  // the whole display page.
+  PageCanvas& OpeningCanvas() { return openingCanvas_; }
+  PageCanvas& DesignCanvas() { return designCanvas_; }
+  PageCanvas& DisplayCanvas() { return displayCanvas_; }
+
+  // Called after each change of page, once the new page has loaded.
+  void SetPageObserver(std::function<void(PageId)> observer) {
+    pageObserver_ = std::move(observer);
+  }
+
+  // PageHost
+  void ShowDesignPage() override;
+  void ShowDisplayPage() override;
+  void EndProgram(bool writeSession) override;
+  const std::string& UserGuideUrl() const override { return options_.userGuideUrl; }
+
+ private:
+  void Enter(PageId page);
+
+  Platform& platform_;
+  ApplicationOptions options_;
+  DesignRecord record_;
+  PageCanvas openingCanvas_;
+  PageCanvas designCanvas_;
+  PageCanvas displayCanvas_;
+  OpeningPage opening_;
+  DesignPage design_;
+  DisplayPage display_;
+  PageId current_ = PageId::Opening;
+  std::function<void(PageId)> pageObserver_;
+};
+
+}  // namespace drenik

@@ -1,0 +1,190 @@
+#include "pages/controls.h"
+
+#include <exception>
+
+namespace drenik {
+
+Control::Control(ControlSet& owner, std::string name, ControlKind kind, std::string caption)
+    : owner_(owner),
+      name_(std::move(name)),
+      kind_(kind),
+      caption_(caption),
+      defaultCaption_(std::move(caption)) {}
+
+void Control::SetCaption(const std::string& caption) {
+  if (caption == caption_) return;
+  caption_ = caption;
+  Changed();
+}
+
+void Control::SetEnabled(bool enabled) {
+  if (enabled == enabled_) return;
+  enabled_ = enabled;
+  Changed();
+}
+
+void Control::ResetToDefault() {
+  SetCaption(defaultCaption_);
+  SetEnabled(true);
+}
+
+void Control::Changed() {
+  owner_.NotifyChanged(*this);
+}
+
+void OptionButton::Select() {
+  SetSelectedQuietly(true);
+  if (handler_) owner_.RunEvent(handler_);
+}
+
+bool OptionButton::Click() {
+  if (!Enabled() || (frame_ && !frame_->Enabled())) return false;
+  Select();
+  return true;
+}
+
+void OptionButton::SetSelectedQuietly(bool selected) {
+  if (selected) {
+    for (OptionButton* other : owner_.OptionsOf(frame_)) {
+      if (other != this) other->SetSelectedQuietly(false);
+    }
+  }
+  if (selected == selected_) return;
+  selected_ = selected;
+  Changed();
+}
+
+void OptionButton::ResetToDefault() {
+  Control::ResetToDefault();
+  SetSelectedQuietly(false);
+}
+
+void TextBox::SetText(const std::string& text) {
+  if (text == text_) return;
+  text_ = text;
+  Changed();
+  if (handler_) owner_.RunEvent(handler_);
+}
+
+bool TextBox::Type(const std::string& text) {
+  if (!Enabled()) return false;
+  SetText(text);
+  return true;
+}
+
+void TextBox::ResetToDefault() {
+  Control::ResetToDefault();
+  text_ = defaultText_;
+  Changed();
+}
+
+bool CommandButton::Click() {
+  if (!Enabled()) return false;
+  if (handler_) owner_.RunEvent(handler_);
+  return true;
+}
+
+Frame& ControlSet::AddFrame(const std::string& name, const std::string& caption) {
+  controls_.push_back(std::make_unique<Frame>(*this, name, caption));
+  return static_cast<Frame&>(*controls_.back());
+}
+
+Label& ControlSet::AddLabel(const std::string& name, const std::string& caption) {
+  controls_.push_back(std::make_unique<Label>(*this, name, caption));
+  return static_cast<Label&>(*controls_.back());
+}
+
+OptionButton& ControlSet::AddOption(const std::string& name, const std::string& caption,
+                                    Frame* frame) {
+  controls_.push_back(std::make_unique<OptionButton>(*this, name, caption, frame));
+  return static_cast<OptionButton&>(*controls_.back());
+}
+
+TextBox& ControlSet::AddTextBox(const std::string& name, const std::string& defaultText) {
+  controls_.push_back(std::make_unique<TextBox>(*this, name, defaultText));
+  return static_cast<TextBox&>(*controls_.back());
+}
+
+CommandButton& ControlSet::AddButton(const std::string& name, const std::string& caption) {
+  controls_.push_back(std::make_unique<CommandButton>(*this, name, caption));
+  return static_cast<CommandButton&>(*controls_.back());
+}
+
+Control* ControlSet::Find(const std::string& name) const {
+  for (const auto& c : controls_) {
+    if (c->Name() == name) return c.get();
+  }
+  return nullptr;
+}
+
+namespace {
+template <typename T>
+T* FindAs(const ControlSet& set, const std::string& name, ControlKind kind) {
+  Control* c = set.Find(name);
+  return c && c->Kind() == kind ? static_cast<T*>(c) : nullptr;
+}
+}  // namespace
+
+OptionButton* ControlSet::FindOption(const std::string& name) const {
+  return FindAs<OptionButton>(*this, name, ControlKind::Option);
+}
+TextBox* ControlSet::FindTextBox(const std::string& name) const {
+  return FindAs<TextBox>(*this, name, ControlKind::TextBox);
+}
+Label* ControlSet::FindLabel(const std::string& name) const {
+  return FindAs<Label>(*this, name, ControlKind::Label);
+}
+Frame* ControlSet::FindFrame(const std::string& name) const {
+  return FindAs<Frame>(*this, name, ControlKind::Frame);
+}
+CommandButton* ControlSet::FindButton(const std::string& name) const {
+  return FindAs<CommandButton>(*this, name, ControlKind::Button);
+}
+
+std::vector<OptionButton*> ControlSet::OptionsOf(const Frame* frame) const {
+  std::vector<OptionButton*> options;
+  for (const auto& c : controls_) {
+    if (c->Kind() != ControlKind::Option) continue;
+    auto* option = static_cast<OptionButton*>(c.get());
+    if (option->GetFrame() == frame) options.push_back(option);
+  }
+  return options;
+}
+
+void ControlSet::ResetToDefaults() {
+  for (const auto& c : controls_) c->ResetToDefault();
+}
+
+void ControlSet::NotifyChanged(const Control& control) {
+  ++revision_;
+  if (observer_) observer_(control);
+}
+
+bool ControlSet::RunEvent(const std::function<void()>& event) {
+  if (depth_ > 0) {
+    ++depth_;
+    struct Leave {
+      int& depth;
+      ~Leave() { --depth; }
+    } leave{depth_};
+    event();
+    return true;
+  }
+  depth_ = 1;
+  bool ok = true;
+  std::string error;
+  try {
+    event();
+  } catch (const std::exception& e) {
+    ok = false;
+    error = e.what();
+  } catch (...) {
+    ok = false;
+    error = "Unknown error";
+  }
+  depth_ = 0;
+  if (!ok) platform_.ShowMessage(error, kRunTimeErrorTitle, MessageIcon::Critical);
+  return ok;
+}
+
+}  // namespace drenik

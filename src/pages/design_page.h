@@ -1,0 +1,86 @@
+#pragma once
+// The design page: family, order, topology, ripple, stopband depth,
+// impedance, bandwidth and inductor Q. Every change is written into the
+// design record at once and, for most controls, redesigns the ladder and
+// redraws the schematic strip at the top of the page.
+
+#include <cstdint>
+#include <string>
+
+#include "core/design_record.h"
+#include "core/platform.h"
+#include "pages/controls.h"
+#include "pages/page_host.h"
+#include "plot/canvas.h"
+
+namespace drenik {
+
+class DesignPage {
+ public:
+  DesignPage(DesignRecord& d, Platform& platform, Canvas& strip, PageHost& host);
+
+  ControlSet& Controls() { return controls_; }
+  const std::string& Caption() const { return caption_; }
+
+  // Load of the page: sets every control from the record (defaults for
+  // fields still zero or empty), then designs and draws the strip.
+  void Load();
+  // Load without its last step (the design and the drawing), for callers
+  // that need to see the controls as the record left them.
+  void LoadControls();
+
+  // Turns the page's options into choice fields and computes the prototype
+  // of the family.
+  void RunSynthesisDriver();
+  // Qcap, Width from the bandwidth box, Rstandard, the ripple snap and the
+  // stopband edge of odd-order Cauer designs. Runs before a Cauer prototype.
+  void ReadDesignInputs();
+  // Clears and redraws the schematic strip.
+  void RedrawSchematic();
+
+  // How often the synthesis driver and the strip drawing have run (a view
+  // repaints the strip when the second one grows).
+  int DriverRuns() const { return driverRuns_; }
+  int SchematicRedraws() const { return schematicRedraws_; }
+
+  // Named access for the window and the tests.
+  OptionButton& Option(const std::string& name) const;
+  TextBox& Box(const std::string& name) const;
+  Label& LabelNamed(const std::string& name) const;
+  Frame& FrameNamed(const std::string& name) const;
+  CommandButton& Button(const std::string& name) const;
+
+ private:
+  void Build();
+  void RedesignChain();
+  void SetFamilyGroups(bool order, bool ripple, bool stopband);
+  void SelectFamily(int16_t family);
+  void OnFamily(int16_t family);
+  void OnZelmar();
+  void OnZ50();
+  void OnZother();
+  void OnQ1();
+  void OnQ2();
+  void OnBandwidthChange();
+  void OnZotherChange();
+  void OnQotherChange();
+  void OnDesign();
+
+  DesignRecord& d_;
+  Platform& platform_;
+  Canvas& strip_;
+  PageHost& host_;
+  ControlSet controls_;
+  std::string caption_;
+  int driverRuns_ = 0;
+  int schematicRedraws_ = 0;
+};
+
+// The ripple option the page's load selects for a ripple read from the last
+// session (moving the ripple onto the offered value), or nullptr for none.
+const char* LoadRippleOption(float& apass);
+
+// The bandwidth caption of lblRipple for a family code ("" for none).
+const char* RippleCaption(int16_t family);
+
+}  // namespace drenik

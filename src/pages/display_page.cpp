@@ -1,0 +1,226 @@
+#include "pages/display_page.h"
+
+#include "analysis/sweep.h"
+#include "core/formatters.h"
+#include "pages/schematic.h"
+#include "plot/response_plot.h"
+#include "synthesis/denormalize.h"
+#include "synthesis/prototypes.h"
+#include "synthesis/standard_values.h"
+
+namespace drenik {
+
+namespace {
+
+constexpr int32_t kExactReflection = 8947848;
+constexpr int32_t kStandardTransmission = 16711680;
+constexpr int32_t kStandardReflection = 16746632;
+constexpr int32_t kInductorReflection = 10066431;
+
+}  // namespace
+
+DisplayPage::DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host)
+    : d_(d), platform_(platform), canvas_(canvas), host_(host), controls_(platform) {
+  Build();
+}
+
+void DisplayPage::Build() {
+  struct ButtonSpec {
+    const char* name;
+    const char* caption;
+    void (DisplayPage::*action)();
+  };
+  const ButtonSpec buttons[] = {
+      {"cmdUp", "Up 1%", &DisplayPage::OnUp},
+      {"cmdDown", "Down 1%", &DisplayPage::OnDown},
+      {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},
+      {"cmdTime", "Time", &DisplayPage::OnTime},
+      {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
+      {"cmdPrint", "Print", &DisplayPage::OnPrint},
+      {"cmdSaveOverlay", "Save overlay", &DisplayPage::OnSaveOverlay},
+      {"cmdGetOverlay", "Get overlay", &DisplayPage::OnGetOverlay},
+      {"cmdWritePallis", "Pallis file", &DisplayPage::OnWritePallis},
+      {"cmdSpice", "LTspice", &DisplayPage::OnSpice},
+      {"cmdNetlist", "SPICE netlist", &DisplayPage::OnExportNetlist},
+      {"cmdTouchstone", "Touchstone", &DisplayPage::OnExportTouchstone},
+      {"cmdCsv", "CSV", &DisplayPage::OnExportCsv},
+      {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
+      {"cmdExit", "Exit", &DisplayPage::OnExit},
+  };
+  for (const auto& b : buttons) {
+    auto action = b.action;
+    controls_.AddButton(b.name, b.caption).SetHandler([this, action] { (this->*action)(); });
+  }
+}
+
+void DisplayPage::Event(void (DisplayPage::*action)()) {
+  controls_.RunEvent([this, action] { (this->*action)(); });
+}
+
+void DisplayPage::Load() {
+  Event(&DisplayPage::LoadPipeline);
+}
+void DisplayPage::OnUp() {
+  Event(&DisplayPage::Up);
+}
+void DisplayPage::OnDown() {
+  Event(&DisplayPage::Down);
+}
+void DisplayPage::OnVswr() {
+  Event(&DisplayPage::Vswr);
+}
+void DisplayPage::OnTime() {
+  Event(&DisplayPage::Time);
+}
+void DisplayPage::OnInductors() {
+  Event(&DisplayPage::Inductors);
+}
+void DisplayPage::OnChangeDesign() {
+  controls_.RunEvent([this] { host_.ShowDesignPage(); });
+}
+void DisplayPage::OnExit() {
+  controls_.RunEvent([this] { host_.EndProgram(true); });
+}
+
+void DisplayPage::LoadPipeline() {
+  caption_ = d_.ProgramTitle + " - Display";
+  canvas_.Clear();
+  canvas_.SetFont("Arial", 8, false);
+
+  d_.Fstart = static_cast<float>(static_cast<double>(d_.Width) * 0.2);
+  d_.NrIntervals = 1000;
+  d_.Fstop = static_cast<float>(static_cast<double>(d_.Width) * 5);
+  d_.InductorMode = 0;
+  d_.TransmissionBottom = -70;
+  d_.ReflectionBottom = -70;
+  d_.Divisions = 7;  // 10 dB a division: 0, -10, ... -70
+  BuildGridFrequencies(d_);
+
+  // Bessel keeps the prototype the design page computed.
+  switch (d_.Family) {
+    case kButterworth:
+      Butterworth(d_);
+      break;
+    case kChebyshev:
+      Chebyshev(d_);
+      break;
+    case kCauer:
+      Cauer(d_, platform_);
+      break;
+    case kZelmar:
+      Zelmar(d_);
+      break;
+    default:
+      break;
+  }
+  Denormalize(d_);
+  AnalyzeAndDraw(1);
+  NearestParts(d_);
+  CapsRetuneInductors(d_);
+  AnalyzeAndDraw(2);
+  DrawSidePlots();
+
+  PrintLegends();
+  PrintBandwidth();
+  PrintReadout(DataReadout{});
+}
+
+// Curves of successive modes are drawn over each other.
+void DisplayPage::AnalyzeAndDraw(int mode) {
+  d_.ValueMode = static_cast<int16_t>(mode);
+  AnalyzeSweep(d_, platform_);
+  DrawMainPlot(d_, canvas_);
+  DrawDisplaySchematic(d_, canvas_);
+  if (analysisObserver_) analysisObserver_(mode);
+}
+
+void DisplayPage::ExactAndStandardCurves() {
+  Denormalize(d_);
+  AnalyzeAndDraw(1);
+  NearestParts(d_);
+  CapsRetuneInductors(d_);
+  AnalyzeAndDraw(2);
+}
+
+void DisplayPage::DrawSidePlots() {
+  DrawVswrPlot(d_, canvas_);
+  DrawDelayPlot(d_, canvas_);
+}
+
+// Up and Down use 1.01 and 0.99, which are not reciprocal: Up then Down
+// leaves 0.9999 of the width.
+void DisplayPage::Retune(double factor, float eraseRight) {
+  d_.Width = static_cast<float>(static_cast<double>(d_.Width) * factor);
+  d_.InductorMode = 1;
+  canvas_.FilledBox(9000, 2700, eraseRight, 3300, kWhite);
+  PrintBandwidth();
+  RetuneSequence();
+}
+
+void DisplayPage::RetuneSequence() {
+  Denormalize(d_);
+  AnalyzeAndDraw(1);
+  Denormalize(d_);
+  NearestParts(d_);
+  CapsRetuneInductors(d_);
+  AnalyzeAndDraw(2);
+  NearestParts(d_);
+  drenik::Inductors(d_);
+  AnalyzeAndDraw(3);
+  DrawSidePlots();
+}
+
+void DisplayPage::Vswr() {
+  d_.ShowVSWR = static_cast<int16_t>(d_.ShowVSWR + 1);
+  if (d_.ShowVSWR == 2) d_.ShowVSWR = 0;
+  ExactAndStandardCurves();
+  DrawSidePlots();
+}
+
+void DisplayPage::Time() {
+  d_.ShowDelay = static_cast<int16_t>(d_.ShowDelay + 1);
+  if (d_.ShowDelay == 2) d_.ShowDelay = 0;
+  ExactAndStandardCurves();
+  DrawSidePlots();
+}
+
+// Mode 1 shows the 5% L curve on the values then current (5% C values with
+// retuned inductors), so both kinds of part end up standard.
+void DisplayPage::Inductors() {
+  d_.InductorMode = static_cast<uint16_t>(d_.InductorMode + 1);
+  if (d_.InductorMode == 2) d_.InductorMode = 0;
+  if (d_.InductorMode == 0) {
+    ExactAndStandardCurves();
+    return;
+  }
+  NearestParts(d_);
+  drenik::Inductors(d_);
+  AnalyzeAndDraw(3);
+  PrintAt(800, 4500, "5% L values", kRed);
+  PrintAt(800, 5600, "5% L values", kLightRed);
+  canvas_.SetForeColor(kBlack);
+}
+
+void DisplayPage::PrintAt(float x, float y, const std::string& text, int32_t color) {
+  canvas_.SetForeColor(color);
+  canvas_.SetTextPosition(x, y);
+  canvas_.Print(text);
+}
+
+void DisplayPage::PrintBandwidth() {
+  PrintAt(9000, 2700, "Bandwidth: " + FormatFrequency(d_.Width));
+}
+
+void DisplayPage::PrintLegends() {
+  PrintAt(500, 4050, "Transmission, dB:");
+  PrintAt(800, 4200, "Exact values", kBlack);
+  PrintAt(800, 4350, "5% C values", kStandardTransmission);
+  PrintAt(800, 4500, "5% L values", kRed);
+  PrintAt(500, 5150, "Reflection, dB:");
+  PrintAt(800, 5300, "Exact values", kExactReflection);
+  PrintAt(800, 5450, "5% C values", kStandardReflection);
+  PrintAt(800, 5600, "5% L values", kInductorReflection);
+  canvas_.SetForeColor(kBlack);
+}
+
+}  // namespace drenik

@@ -1,0 +1,60 @@
+#include "pages/opening_page.h"
+
+#include <cmath>
+
+#include "core/last_session.h"
+#include "pages/schematic.h"
+
+namespace drenik {
+
+void SetProgramConstants(DesignRecord& d) {
+  d.ProgramTitle = kProgramTitle;
+  d.Version = kProgramVersion;
+  d.Pi = static_cast<float>(4 * std::atan(1.0));
+  d.TwoPi = static_cast<float>(8 * std::atan(1.0));
+}
+
+OpeningPage::OpeningPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host,
+                         std::string sessionPath)
+    : d_(d),
+      platform_(platform),
+      canvas_(canvas),
+      host_(host),
+      sessionPath_(std::move(sessionPath)),
+      controls_(platform) {
+  controls_.AddLabel("lblHeading1", "");
+  controls_.AddLabel("lblHeading2",
+                     "Quick design and analysis of lumped-element lowpass and highpass "
+                     "filters with parts rounded to standard 5% values");
+  controls_.AddLabel("lblVersion", "");
+  controls_.AddLabel("lblNotice", "");
+  controls_.AddLabel("lblVisit", "User guide");
+  controls_.AddButton("cmdStart", "Start").SetHandler([this] { host_.ShowDesignPage(); });
+  controls_.AddButton("cmdExit", "Exit").SetHandler([this] { host_.EndProgram(false); });
+}
+
+void OpeningPage::Load() {
+  controls_.RunEvent([this] {
+    controls_.ResetToDefaults();
+    SetProgramConstants(d_);
+    if (sessionPath_.empty()) {
+      SetLastSessionDefaults(d_);
+    } else {
+      ReadLastSession(d_, sessionPath_);
+    }
+    controls_.FindLabel("lblHeading1")->SetCaption(d_.ProgramTitle);
+    controls_.FindLabel("lblVersion")->SetCaption("Version " + d_.Version);
+    controls_.FindLabel("lblNotice")
+        ->SetCaption(d_.ProgramTitle +
+                     " is free software from Zelmar Software, "
+                     "offered without any warranty.");
+    canvas_.Clear();
+    DrawSampleLadder(d_, canvas_);
+  });
+}
+
+void OpeningPage::VisitUserGuide() {
+  controls_.RunEvent([this] { platform_.OpenUrl(host_.UserGuideUrl()); });
+}
+
+}  // namespace drenik
