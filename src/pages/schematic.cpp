@@ -1,13 +1,386 @@
-// Placeholder: replaced by the schematic drawing.
 #include "pages/schematic.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "core/formatters.h"
+
 namespace drenik {
-float ComputeSchematicWidth(DesignRecord&) { return 1380; }
-void DrawWireStep(DesignRecord&, Canvas&) {}
-void DrawSource(DesignRecord&, Canvas&) {}
-void DrawLoad(DesignRecord&, Canvas&) {}
-void DrawElement(DesignRecord&, Canvas&, int, float, float, bool) {}
-void DrawLadder(DesignRecord&, Canvas&) {}
-void RedrawSchematic(DesignRecord&, Canvas&) {}
-void DrawDisplaySchematic(DesignRecord&, Canvas&) {}
-void DrawSampleLadder(DesignRecord&, Canvas&) {}
+
+namespace {
+
+constexpr float kRailGap = 1040;  // upper rail to ground rail
+constexpr float kStep = 160;      // one wire step
+constexpr float kCoilRadius = 80;
+constexpr float kLabelHeight = 200;
+constexpr int32_t kLoadMismatchColor = 0x111199;
+
+// Value texts: colour and offset from the upper rail by label row 1, 2, 3.
+constexpr int32_t kRowColor[3] = {kBlack, kBlue, kRed};
+
+int LabelRow(const DesignRecord& d) {
+  return std::clamp<int>(d.ValueMode, 1, 3) - 1;
+}
+
+float Pi(const DesignRecord& d) {
+  return d.Pi > 0 ? d.Pi : 3.14159265f;
+}
+
+void Rails(DesignRecord& d, Canvas& canvas, float x1, float x2) {
+  canvas.Line(x1, d.Y, x2, d.Y);
+  canvas.Line(x1, d.Y + kRailGap, x2, d.Y + kRailGap);
+}
+
+// Erases the label area from the label point, prints the text in the row's
+// colour and goes back to black.
+void PrintLabel(DesignRecord& d, Canvas& canvas, const std::string& text, float boxWidth,
+                int32_t color) {
+  if (text.empty()) return;
+  canvas.FilledBox(d.LabelX, d.LabelY, d.LabelX + boxWidth, d.LabelY + kLabelHeight, kWhite);
+  canvas.SetFont("Arial", 7, false);
+  canvas.SetForeColor(color);
+  canvas.SetTextPosition(d.LabelX, d.LabelY);
+  canvas.Print(text);
+  canvas.SetForeColor(kBlack);
+}
+
+void SetLabel(DesignRecord& d, float x, float yOffset) {
+  d.LabelX = x;
+  d.LabelY = d.Y + yOffset;
+}
+
+// Three half circles of a coil along the rail, upper halves, from x.
+void HorizontalCoil(DesignRecord& d, Canvas& canvas, float x) {
+  for (int k = 0; k < 3; ++k)
+    canvas.Arc(x + kCoilRadius + 2 * kCoilRadius * static_cast<float>(k), d.Y, kCoilRadius, 0,
+               Pi(d));
+}
+
+// Three half circles of a coil running down from y, right halves, on x.
+void VerticalCoil(DesignRecord& d, Canvas& canvas, float x, float y) {
+  for (int k = 0; k < 3; ++k)
+    canvas.Arc(x, y + kCoilRadius + 2 * kCoilRadius * static_cast<float>(k), kCoilRadius,
+               3 * Pi(d) / 2, Pi(d) / 2);
+}
+
+// Two horizontal plates across a vertical lead on x, at y and y + gap.
+void HorizontalPlates(Canvas& canvas, float x, float y, float gap) {
+  canvas.Line(x - 120, y, x + 120, y);
+  canvas.Line(x - 120, y + gap, x + 120, y + gap);
+}
+
+// Two vertical plates across a horizontal lead at height y, at x1 and x2.
+void VerticalPlates(Canvas& canvas, float x1, float x2, float y) {
+  canvas.Line(x1, y - 120, x1, y + 120);
+  canvas.Line(x2, y - 120, x2, y + 120);
+}
+
+// Resonant frequency of a branch; kept in the record and printed.
+void PrintResonance(DesignRecord& d, Canvas& canvas, float x0, float l, float c) {
+  if (!(l > 0 && c > 0)) return;
+  d.ResonantFrequency =
+      static_cast<float>(1.0 / (static_cast<double>(d.TwoPi > 0 ? d.TwoPi : 2 * Pi(d)) *
+                                std::sqrt(static_cast<double>(l) * c)));
+  static constexpr float kRows[3] = {1600, 1800, 2000};
+  int row = LabelRow(d);
+  SetLabel(d, x0 + 10, kRows[row]);
+  PrintLabel(d, canvas, FormatFrequency(d.ResonantFrequency), 940, kRowColor[row]);
+}
+
+// Kind 1: coil in the upper rail, value above it. Advance 960.
+void SeriesInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
+  float x0 = d.X;
+  SetLabel(d, x0 + 200, 160);
+  DrawWireStep(d, canvas);
+  canvas.Line(d.X, d.Y, d.X + 80, d.Y);
+  HorizontalCoil(d, canvas, d.X + 80);
+  canvas.Line(d.X, d.Y + kRailGap, d.X + 560, d.Y + kRailGap);
+  d.X += 560;
+  Rails(d, canvas, d.X, d.X + 240);
+  d.X += 240;
+  if (!values) return;
+  static constexpr float kRows[3] = {-330, -530, -730};
+  int row = LabelRow(d);
+  SetLabel(d, d.X - 920, kRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 1000, kRowColor[row]);
+}
+
+// Kind 2: coil from the upper rail to ground, value under the ground rail.
+// Advance 640.
+void ShuntInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
+  float x0 = d.X;
+  DrawWireStep(d, canvas);
+  float x = d.X;
+  canvas.Line(x, d.Y, x, d.Y + 280);
+  VerticalCoil(d, canvas, x, d.Y + 280);
+  canvas.Line(x, d.Y + 760, x, d.Y + kRailGap);
+  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  if (!values) return;
+  static constexpr float kRows[3] = {1080, 1280, 1480};
+  int row = LabelRow(d);
+  SetLabel(d, x0 + 40, kRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 720, kRowColor[row]);
+}
+
+// Kind 3: capacitor in the upper rail, value just under the rail. Advance 680.
+void SeriesCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
+  float x0 = d.X;
+  DrawWireStep(d, canvas);
+  canvas.Line(x0 + 160, d.Y, x0 + 310, d.Y);
+  VerticalPlates(canvas, x0 + 310, x0 + 370, d.Y);
+  canvas.Line(x0 + 370, d.Y, x0 + 520, d.Y);
+  canvas.Line(x0 + 160, d.Y + kRailGap, x0 + 520, d.Y + kRailGap);
+  d.X = x0 + 520;
+  DrawWireStep(d, canvas);
+  if (!values) return;
+  static constexpr float kRows[3] = {150, 350, 550};
+  int row = LabelRow(d);
+  SetLabel(d, x0 + 30, kRows[row]);
+  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+}
+
+// Kind 4: capacitor from the upper rail to ground, plates at 480 and 540
+// below the rail, value under the ground rail. Advance 640.
+void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
+  float x0 = d.X;
+  DrawWireStep(d, canvas);
+  float x = d.X;
+  canvas.Line(x, d.Y, x, d.Y + 480);
+  HorizontalPlates(canvas, x, d.Y + 480, 60);
+  canvas.Line(x, d.Y + 540, x, d.Y + kRailGap);
+  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  if (!values) return;
+  static constexpr float kRows[3] = {1100, 1300, 1500};
+  int row = LabelRow(d);
+  SetLabel(d, x0 + 40, kRows[row]);
+  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+}
+
+// Kind 6: series-resonant branch from the upper rail to ground in the middle
+// of its 960: coil, then plates at 800 and 864 below the rail. The inductance
+// stands right of the coil, capacitance and resonance under the ground rail.
+void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
+  float x0 = d.X;
+  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  float x = d.X;
+  canvas.Line(x, d.Y, x, d.Y + 200);
+  VerticalCoil(d, canvas, x, d.Y + 200);
+  canvas.Line(x, d.Y + 680, x, d.Y + 800);
+  HorizontalPlates(canvas, x, d.Y + 800, 64);
+  canvas.Line(x, d.Y + 864, x, d.Y + kRailGap);
+  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  if (!values) return;
+  int row = LabelRow(d);
+  static constexpr float kLRows[3] = {250, 450, 650};
+  SetLabel(d, x0 + 620, kLRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 1000, kRowColor[row]);
+  static constexpr float kCRows[3] = {1100, 1300, 1500};
+  SetLabel(d, x0 + 170, kCRows[row]);
+  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+  PrintResonance(d, canvas, x0, l, c);
+}
+
+// Kind 7: parallel-resonant branch in the upper rail: the coil in the rail and
+// the capacitor in a path 240 under it, plates 304 and 360 along the path.
+// Inductance under the path on the left, capacitance on the right.
+void SeriesResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
+  float x0 = d.X;
+  DrawWireStep(d, canvas);
+  float a = d.X;      // left node
+  float b = a + 640;  // right node
+  canvas.Line(a, d.Y, a + 80, d.Y);
+  HorizontalCoil(d, canvas, a + 80);
+  canvas.Line(b - 80, d.Y, b, d.Y);
+  float py = d.Y + 240;
+  canvas.Line(a, d.Y, a, py);
+  canvas.Line(b, d.Y, b, py);
+  canvas.Line(a, py, a + 304, py);
+  VerticalPlates(canvas, a + 304, a + 360, py);
+  canvas.Line(a + 360, py, b, py);
+  canvas.Line(a, d.Y + kRailGap, b, d.Y + kRailGap);
+  d.X = b;
+  Rails(d, canvas, b, x0 + 960);
+  d.X = x0 + 960;
+  if (!values) return;
+  int row = LabelRow(d);
+  static constexpr float kLRows[3] = {440, 640, 840};
+  SetLabel(d, x0 - 330, kLRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 700, kRowColor[row]);
+  static constexpr float kCRows[3] = {400, 600, 800};
+  SetLabel(d, x0 + 380, kCRows[row]);
+  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+  PrintResonance(d, canvas, x0, l, c);
+}
+
+float ElementWidth(int type) {
+  switch (type) {
+    case 1:
+    case 6:
+    case 7:
+      return 960;
+    case 2:
+    case 4:
+      return 640;
+    case 3:
+      return 680;
+    default:
+      return 0;
+  }
+}
+
+// A zig-zag of 60-unit steps along a lead from (x1, y1) to (x2, y2), which
+// is either horizontal or vertical; the teeth stand 60 to each side.
+void ZigZag(Canvas& canvas, float x1, float y1, float x2, float y2) {
+  bool vertical = x1 == x2;
+  float length = vertical ? y2 - y1 : x2 - x1;
+  int teeth = std::max(1, static_cast<int>(std::lround(length / 60)));
+  float step = length / static_cast<float>(teeth);
+  float px = x1, py = y1;
+  for (int k = 0; k <= teeth; ++k) {
+    float along = k == teeth ? length : step * (static_cast<float>(k) + 0.5f);
+    float side = k == teeth ? 0.f : (k % 2 == 0 ? 60.f : -60.f);
+    float nx = vertical ? x1 + side : x1 + along;
+    float ny = vertical ? y1 + along : y1 - side;
+    canvas.Line(px, py, nx, ny);
+    px = nx;
+    py = ny;
+  }
+}
+
+}  // namespace
+
+float ComputeSchematicWidth(DesignRecord& d) {
+  double width = 1380;
+  int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
+  for (int j = 1; j <= stages; ++j) width += ElementWidth(d.ElementType[j]);
+  d.SchematicWidth = static_cast<float>(width);
+  return d.SchematicWidth;
+}
+
+void DrawWireStep(DesignRecord& d, Canvas& canvas) {
+  canvas.SetForeColor(kBlack);
+  Rails(d, canvas, d.X, d.X + kStep);
+  d.X += kStep;
+}
+
+// The generator: a circle of radius 190 between the rails with a small wave
+// inside, the source resistor as a zig-zag in the upper rail, the source
+// resistance above it, then two wire steps. Advance 580.
+void DrawSource(DesignRecord& d, Canvas& canvas) {
+  canvas.SetForeColor(kBlack);
+  float x = d.X;
+  float cy = d.Y + kRailGap / 2;
+  canvas.Line(x, d.Y, x, cy - 190);
+  canvas.Arc(x, cy, 190, 0, 6.2f);
+  canvas.Arc(x - 60, cy, 60, 0, 3.2f);
+  canvas.Arc(x + 60, cy, 60, 3.2f, 6.2f);
+  canvas.Line(x, cy + 190, x, d.Y + kRailGap);
+  canvas.Line(x, d.Y, x + 20, d.Y);
+  ZigZag(canvas, x + 20, d.Y, x + 260, d.Y);
+  canvas.Line(x, d.Y + kRailGap, x + 260, d.Y + kRailGap);
+  d.LabelX = x;
+  d.LabelY = d.Y - 330;
+  PrintLabel(d, canvas, FormatValue(d.Rsource), 620, kBlack);
+  d.X = x + 260;
+  DrawWireStep(d, canvas);
+  DrawWireStep(d, canvas);
+}
+
+// Five wire steps and the load resistor from the upper rail to ground. The
+// load's texts stand right of the resistor: they are placed from a pen
+// position 400 past it, the resistance at (pen - 330, Y - 100) and, for a
+// load unlike the source (even-ordered Chebyshev), the note at (pen + 330,
+// Y - 700) and (pen + 130, Y - 960). The pen stays on the resistor.
+void DrawLoad(DesignRecord& d, Canvas& canvas) {
+  for (int k = 0; k < 5; ++k) DrawWireStep(d, canvas);
+  float x = d.X;
+  canvas.Line(x, d.Y, x, d.Y + 350);
+  ZigZag(canvas, x, d.Y + 350, x, d.Y + 650);
+  canvas.Line(x, d.Y + 650, x, d.Y + kRailGap);
+  float pen = x + 400;
+  bool matched = d.Rload == d.Rsource;
+  int32_t color = matched ? kBlack : kLoadMismatchColor;
+  d.LabelX = pen - 330;
+  d.LabelY = d.Y - 100;
+  PrintLabel(d, canvas, FormatValue(d.Rload), 620, color);
+  if (!matched) {
+    canvas.SetFont("Arial", 7, false);
+    canvas.SetForeColor(color);
+    canvas.SetTextPosition(pen + 330, d.Y - 700);
+    canvas.Print("(Even-ordered");
+    canvas.SetTextPosition(pen + 130, d.Y - 960);
+    canvas.Print("Chebyshev)");
+    canvas.SetForeColor(kBlack);
+  }
+}
+
+void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c, bool withValues) {
+  canvas.SetForeColor(kBlack);
+  canvas.SetDrawWidth(1);
+  switch (type) {
+    case 1:
+      SeriesInductor(d, canvas, l, withValues);
+      break;
+    case 2:
+      ShuntInductor(d, canvas, l, withValues);
+      break;
+    case 3:
+      SeriesCapacitor(d, canvas, c, withValues);
+      break;
+    case 4:
+      ShuntCapacitor(d, canvas, c, withValues);
+      break;
+    case 6:
+      ShuntResonant(d, canvas, l, c, withValues);
+      break;
+    case 7:
+      SeriesResonant(d, canvas, l, c, withValues);
+      break;
+    default:
+      break;  // 5, 8 and empty positions draw nothing
+  }
+}
+
+void DrawLadder(DesignRecord& d, Canvas& canvas) {
+  canvas.SetDrawWidth(1);
+  DrawSource(d, canvas);
+  int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
+  for (int j = 1; j <= stages; ++j) {
+    int type = d.ElementType[j];
+    DrawElement(d, canvas, type, d.L[j], d.C[j]);
+  }
+  DrawLoad(d, canvas);
+}
+
+void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
+  canvas.FilledBox(1, 1, 12090, 3500, kWhite);
+  float w = ComputeSchematicWidth(d);
+  d.X = 5000 - w / 2;
+  d.Y = 1400;
+  d.ValueMode = 1;
+  DrawLadder(d, canvas);
+}
+
+// The display page draws the ladder where the design page does: centred on
+// X = 5000 with the upper rail at Y = 1400. Its texts then reach from 440
+// (the load note) down to about 3590 (third-row resonance under the ground
+// rail), clear of the bandwidth label at x >= 9000 (a 7-element ladder ends
+// at 9050, its last values and the resistor well left of 9000 below y = 2700)
+// and of the scale labels from y = 3900. Each value mode prints its own row,
+// so the three modes' values stand under each other.
+void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
+  float w = ComputeSchematicWidth(d);
+  d.X = 5000 - w / 2;
+  d.Y = 1400;
+  DrawLadder(d, canvas);
+}
+
+void DrawSampleLadder(DesignRecord& d, Canvas& canvas) {
+  d.X = 3400;
+  d.Y = 2500;
+  static constexpr int kKinds[6] = {1, 2, 3, 4, 6, 7};
+  for (int type : kKinds) DrawElement(d, canvas, type, 0, 0, false);
+}
+
 }  // namespace drenik

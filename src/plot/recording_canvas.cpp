@@ -1,10 +1,14 @@
 #include "plot/recording_canvas.h"
 
 #include <algorithm>
+#include <bit>
+#include <functional>
 
 namespace drenik {
 
 namespace {
+
+TextMeasureFunction g_measure = nullptr;
 
 // Bounding box of an operation, for deciding whether an opaque box hides it.
 struct Bounds {
@@ -21,17 +25,64 @@ Bounds BoundsOf(const DrawOp& op) {
       return {op.x1, op.y1, op.x1, op.y1};
     case DrawOp::Kind::Arc:
       return {op.x1 - op.radius, op.y1 - op.radius, op.x1 + op.radius, op.y1 + op.radius};
-    case DrawOp::Kind::Text: {
-      // Generous: text may be wider on a real font than the estimate.
-      float w = EstimateTextWidth(op.text, op.fontSize) * 1.5f + 40;
-      float h = op.fontSize * 20 * 1.6f;
-      return {op.x1, op.y1, op.x1 + w, op.y1 + h};
-    }
+    case DrawOp::Kind::Text:
+      // Ascent plus descent of the Arial metrics is 1.117 em; the width was
+      // measured when printed, with a little room for rounding.
+      return {op.x1, op.y1, op.x1 + op.textWidth * 1.02f + 10, op.y1 + op.fontSize * 20 * 1.12f};
   }
   return {0, 0, 0, 0};
 }
 
+void Mix(uint64_t& h, uint64_t v) {
+  h ^= v + 0x9E3779B97F4A7C15ull + (h << 6) + (h >> 2);
+}
+void Mix(uint64_t& h, float v) {
+  Mix(h, static_cast<uint64_t>(std::bit_cast<uint32_t>(v)));
+}
+
+// Two operations at the same place in the same colour: the later one covers
+// the earlier.
+uint64_t SpotKey(const DrawOp& op) {
+  uint64_t h = static_cast<uint64_t>(op.kind);
+  Mix(h, static_cast<uint64_t>(static_cast<uint32_t>(op.color)));
+  Mix(h, op.x1);
+  Mix(h, op.y1);
+  if (op.kind == DrawOp::Kind::Text) {
+    Mix(h, static_cast<uint64_t>(std::hash<std::string>{}(op.text)));
+    Mix(h, static_cast<uint64_t>(std::hash<std::string>{}(op.fontFamily)));
+    Mix(h, op.fontSize);
+    Mix(h, static_cast<uint64_t>(op.bold));
+  } else {
+    Mix(h, op.x2);
+    Mix(h, op.y2);
+    Mix(h, op.radius);
+    Mix(h, op.start);
+    Mix(h, op.end);
+    Mix(h, static_cast<uint64_t>(op.width));
+  }
+  return h;
+}
+
+bool SameSpot(const DrawOp& a, const DrawOp& b) {
+  if (a.kind != b.kind || a.color != b.color || a.x1 != b.x1 || a.y1 != b.y1) return false;
+  if (a.kind == DrawOp::Kind::Text)
+    return a.text == b.text && a.fontFamily == b.fontFamily && a.fontSize == b.fontSize &&
+           a.bold == b.bold;
+  return a.x2 == b.x2 && a.y2 == b.y2 && a.radius == b.radius && a.start == b.start &&
+         a.end == b.end && a.width == b.width;
+}
+
 }  // namespace
+
+void SetTextMeasure(TextMeasureFunction measure) {
+  g_measure = measure;
+}
+
+float MeasureText(const std::string& text, const std::string& family, float pointSize, bool bold) {
+  if (g_measure) return g_measure(text, family, pointSize, bold);
+  float w = EstimateTextWidth(text, pointSize);
+  return bold ? w * 1.08f : w;
+}
 
 RecordingCanvas::RecordingCanvas() = default;
 
@@ -39,6 +90,43 @@ void RecordingCanvas::SetFont(const std::string& family, float pointSize, bool b
   fontFamily_ = family;
   fontSize_ = pointSize;
   bold_ = bold;
+}
+
+void RecordingCanvas::Compact() const {
+  if (hiddenCount_ > 0) {
+    std::erase_if(ops_, [](const DrawOp& op) { return op.hidden; });
+    hiddenCount_ = 0;
+    indexValid_ = false;
+  }
+}
+
+void RecordingCanvas::Append(DrawOp&& op) {
+  if (hiddenCount_ > 1024 && hiddenCount_ * 2 > ops_.size()) Compact();
+  if (!indexValid_) {
+    index_.clear();
+    for (size_t i = 0; i < ops_.size(); ++i)
+      if (!ops_[i].hidden && ops_[i].kind != DrawOp::Kind::Box) index_.emplace(SpotKey(ops_[i]), i);
+    indexValid_ = true;
+  }
+  if (op.kind != DrawOp::Kind::Box) {
+    uint64_t key = SpotKey(op);
+    auto [first, last] = index_.equal_range(key);
+    for (auto it = first; it != last;) {
+      DrawOp& old = ops_[it->second];
+      if (old.hidden) {
+        it = index_.erase(it);
+      } else if (SameSpot(old, op)) {
+        old.hidden = true;
+        ++hiddenCount_;
+        it = index_.erase(it);
+      } else {
+        ++it;
+      }
+    }
+    index_.emplace(key, ops_.size());
+  }
+  ops_.push_back(std::move(op));
+  Changed();
 }
 
 void RecordingCanvas::Line(float x1, float y1, float x2, float y2) {
@@ -50,8 +138,7 @@ void RecordingCanvas::Line(float x1, float y1, float x2, float y2) {
   op.y2 = y2;
   op.color = color_;
   op.width = width_;
-  ops_.push_back(std::move(op));
-  Changed();
+  Append(std::move(op));
 }
 
 void RecordingCanvas::FilledBox(float x1, float y1, float x2, float y2, int32_t color) {
@@ -65,12 +152,15 @@ void RecordingCanvas::FilledBox(float x1, float y1, float x2, float y2, int32_t 
   op.width = width_;
   // Everything wholly under an opaque box can never be seen again.
   Bounds box = BoundsOf(op);
-  std::erase_if(ops_, [&](const DrawOp& old) {
+  for (DrawOp& old : ops_) {
+    if (old.hidden) continue;
     Bounds b = BoundsOf(old);
-    return b.left >= box.left && b.right <= box.right && b.top >= box.top && b.bottom <= box.bottom;
-  });
-  ops_.push_back(std::move(op));
-  Changed();
+    if (b.left >= box.left && b.right <= box.right && b.top >= box.top && b.bottom <= box.bottom) {
+      old.hidden = true;
+      ++hiddenCount_;
+    }
+  }
+  Append(std::move(op));
 }
 
 void RecordingCanvas::Point(float x, float y, int32_t color) {
@@ -80,8 +170,7 @@ void RecordingCanvas::Point(float x, float y, int32_t color) {
   op.y1 = y;
   op.color = color;
   op.width = width_;
-  ops_.push_back(std::move(op));
-  Changed();
+  Append(std::move(op));
 }
 
 void RecordingCanvas::Arc(float cx, float cy, float radius, float startAngle, float endAngle) {
@@ -94,8 +183,7 @@ void RecordingCanvas::Arc(float cx, float cy, float radius, float startAngle, fl
   op.end = endAngle;
   op.color = color_;
   op.width = width_;
-  ops_.push_back(std::move(op));
-  Changed();
+  Append(std::move(op));
 }
 
 void RecordingCanvas::SetTextPosition(float x, float y) {
@@ -113,14 +201,14 @@ void RecordingCanvas::Print(const std::string& text) {
   op.fontFamily = fontFamily_;
   op.fontSize = fontSize_;
   op.bold = bold_;
-  ops_.push_back(std::move(op));
+  op.textWidth = TextWidth(text);
   // Like a terminal: the next print goes on the next line.
   textY_ += TextHeight();
-  Changed();
+  Append(std::move(op));
 }
 
 float RecordingCanvas::TextWidth(const std::string& text) const {
-  return EstimateTextWidth(text, fontSize_);
+  return MeasureText(text, fontFamily_, fontSize_, bold_);
 }
 
 // One point is 20 twips; a line of text is about 1.15 times the point size.
@@ -130,9 +218,17 @@ float RecordingCanvas::TextHeight() const {
 
 void RecordingCanvas::Clear() {
   ops_.clear();
+  index_.clear();
+  hiddenCount_ = 0;
+  indexValid_ = true;
   textX_ = 0;
   textY_ = 0;
   Changed();
+}
+
+const std::vector<DrawOp>& RecordingCanvas::Ops() const {
+  Compact();
+  return ops_;
 }
 
 float EstimateTextWidth(const std::string& text, float pointSize) {
@@ -140,8 +236,10 @@ float EstimateTextWidth(const std::string& text, float pointSize) {
   float em = pointSize * 20;
   float units = 0;
   for (unsigned char c : text) {
-    if (c == ' ' || c == '.' || c == ',' || c == ':' || c == 'i' || c == 'l' || c == '1')
-      units += 0.3f;
+    if (c >= '0' && c <= '9')
+      units += 0.556f;
+    else if (c == ' ' || c == '.' || c == ',' || c == ':' || c == 'i' || c == 'l')
+      units += 0.278f;
     else if (c == 'M' || c == 'W' || c == 'm' || c == 'w')
       units += 0.85f;
     else if (c >= 'A' && c <= 'Z')

@@ -1,11 +1,14 @@
 #pragma once
 // A canvas that keeps what is drawn as a list of vector operations. Tests
 // read the list; the window replays it at any size, so the page stays sharp
-// after a resize. An opaque box that covers earlier operations drops them, so
-// the list stays bounded however often the page is redrawn.
+// after a resize. The list stays bounded however often the page is redrawn:
+// an opaque box drops every earlier operation it hides completely, and an
+// operation drawn again at the same place (same geometry and width, or the
+// same text in the same font) replaces the earlier one.
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "plot/canvas.h"
@@ -23,7 +26,16 @@ struct DrawOp {
   std::string fontFamily;
   float fontSize = 0;
   bool bold = false;
+  float textWidth = 0;  // Text: measured width in page units when printed
+  bool hidden = false;  // dropped; never visible through Ops()
 };
+
+// Width in page units of a text in a font. The Qt layer installs one that
+// measures the real font; without it an estimate of the Arial metrics is used.
+using TextMeasureFunction = float (*)(const std::string& text, const std::string& family,
+                                      float pointSize, bool bold);
+void SetTextMeasure(TextMeasureFunction measure);
+float MeasureText(const std::string& text, const std::string& family, float pointSize, bool bold);
 
 class RecordingCanvas : public Canvas {
  public:
@@ -46,9 +58,11 @@ class RecordingCanvas : public Canvas {
 
   void Clear() override;
 
-  const std::vector<DrawOp>& Ops() const { return ops_; }
+  // The visible operations in drawing order.
+  const std::vector<DrawOp>& Ops() const;
   float TextX() const { return textX_; }
   float TextY() const { return textY_; }
+  int DrawWidth() const { return width_; }
   const std::string& FontFamily() const { return fontFamily_; }
   float FontSize() const { return fontSize_; }
   bool FontBold() const { return bold_; }
@@ -58,7 +72,16 @@ class RecordingCanvas : public Canvas {
   virtual void Changed() {}
 
  private:
-  std::vector<DrawOp> ops_;
+  void Append(DrawOp&& op);
+  void Compact() const;
+
+  // Dropped entries stay in place until the list is next read, so dropping is
+  // cheap while drawing.
+  mutable std::vector<DrawOp> ops_;
+  mutable size_t hiddenCount_ = 0;
+  // Same-place index of the live entries (key hash -> position).
+  mutable std::unordered_multimap<uint64_t, size_t> index_;
+  mutable bool indexValid_ = true;
   int32_t color_ = 0;
   int width_ = 1;
   float textX_ = 0, textY_ = 0;

@@ -1,0 +1,48 @@
+#include "plot/legends.h"
+
+#include "core/formatters.h"
+
+namespace drenik {
+
+namespace {
+
+void PrintAt(Canvas& canvas, float x, float y, int32_t color, const std::string& text) {
+  canvas.SetForeColor(color);
+  canvas.SetTextPosition(x, y);
+  canvas.Print(text);
+}
+
+// One block of legends: a heading and the three value modes, the last line
+// at `lastY`, lines 200 apart.
+void DrawLegendBlock(Canvas& canvas, const char* heading, const int32_t (&colors)[3], float lastY) {
+  static const char* const kModeNames[3] = {"Exact values", "5% C values", "5% L values"};
+  canvas.SetFont("Arial", 8, true);
+  PrintAt(canvas, 500, lastY - 650, kBlack, heading);
+  canvas.SetFont("Arial", 8, false);
+  for (int m = 0; m < 3; ++m)
+    PrintAt(canvas, 800, lastY - 400 + 200 * static_cast<float>(m), colors[m], kModeNames[m]);
+}
+
+}  // namespace
+
+void DrawDisplayLegends(DesignRecord&, Canvas& canvas) {
+  DrawLegendBlock(canvas, "Transmission, dB:", kLegendTransmissionColor, 4500);
+  DrawLegendBlock(canvas, "Reflection, dB:", kLegendReflectionColor, 5600);
+  canvas.SetForeColor(kBlack);
+}
+
+void DrawInductorLegends(DesignRecord&, Canvas& canvas) {
+  canvas.SetFont("Arial", 8, false);
+  PrintAt(canvas, 800, 4500, kLegendTransmissionColor[2], "5% L values");
+  PrintAt(canvas, 800, 5600, kLegendReflectionColor[2], "5% L values");
+  canvas.SetForeColor(kBlack);
+}
+
+void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
+  canvas.FilledBox(9000, 2700, eraseRight, 3300, kWhite);
+  canvas.SetFont("Arial", 12, true);
+  PrintAt(canvas, 9000, 2700, kBlack, "Bandwidth: " + FormatFrequency(d.Width));
+  canvas.SetFont("Arial", 8, false);
+}
+
+}  // namespace drenik

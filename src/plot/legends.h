@@ -1,0 +1,29 @@
+#pragma once
+// The fixed texts of the display page around the response plot: the axis and
+// value-mode legends left of the plot and the bandwidth label above it.
+
+#include "core/design_record.h"
+#include "plot/canvas.h"
+
+namespace drenik {
+
+// Legend colours of the value modes (blue in the high byte).
+inline constexpr int32_t kLegendTransmissionColor[3] = {0, 16711680, 255};
+inline constexpr int32_t kLegendReflectionColor[3] = {8947848, 16746632, 8947967};
+
+// Left of the plot, above the readout box: "Transmission, dB:" with
+// "Exact values", "5% C values", "5% L values" in the transmission curve
+// colours, the last at (800, 4500); then "Reflection, dB:" with the same three
+// in the reflection colours, the last at (800, 5600). Ends with colour black.
+void DrawDisplayLegends(DesignRecord& d, Canvas& canvas);
+
+// Only the two "5% L values" lines: at (800, 4500) in red (255) and at
+// (800, 5600) in light red (8947967); ends with colour black.
+void DrawInductorLegends(DesignRecord& d, Canvas& canvas);
+
+// Erases (9000, 2700)..(eraseRight, 3300) in white and prints "Bandwidth: "
+// followed by FormatFrequency(Width) at (9000, 2700) in black. The page
+// passes 11700 after Down 1% and 11770 after Up 1%; the load may pass either.
+void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight = 11770);
+
+}  // namespace drenik
