@@ -1,0 +1,230 @@
+// The LTspice schematic: a voltage generator with its source resistor, the
+// ladder positions 1..Stages from left to right and the load resistor, on a
+// grid of LTspice units. The pen is the record's X (advancing to the right)
+// and Y (the upper rail; the ground rail lies 256 below it). Every number is
+// written as its value text, run together with the words around it:
+// "WIRE " with 0, 160, 0, 80 gives 'WIRE  0  160  0  80 '.
+//
+// The file goes into a part file beside the target and replaces an old file
+// only when it is complete.
+
+#include <string>
+
+#include "core/formatters.h"
+#include "core/number_text.h"
+#include "export/ltspice_file.h"
+#include "export/replacing_file.h"
+#include "export/writers.h"
+
+namespace drenik {
+namespace {
+
+class AscWriter {
+ public:
+  AscWriter(DesignRecord& d, ReplacingFile& file) : d_(d), file_(file) {}
+
+  void Wire(float x1, float y1, float x2, float y2) {
+    Line("WIRE " + N(x1) + N(y1) + N(x2) + N(y2));
+  }
+
+  void Inductor(float x, float y, const char* rotation, int k) {
+    Line("SYMBOL ind " + N(x) + N(y) + rotation);
+    if (std::string(rotation) == "R270") {
+      Line("WINDOW 0 32 56 Vtop 0");
+      Line("WINDOW 3 5 56 Vbottom 0");
+    }
+    Line("SYMATTR InstName L" + std::to_string(k));
+    Line("SYMATTR Value " + FormatInductance(d_.L[k]));
+    // The inductor's loss at the cutoff frequency.
+    d_.GraphScale = static_cast<float>(2.0 * double{d_.Pi} * d_.Width * double{d_.L[k]} / d_.Qind);
+    Line("SYMATTR SpiceLine Rser=" + ShortestText(d_.GraphScale));
+  }
+
+  void Capacitor(float x, float y, const char* rotation, int k) {
+    Line("SYMBOL cap " + N(x) + N(y) + rotation);
+    if (std::string(rotation) == "R90") {
+      Line("WINDOW 0 0 32 Vbottom 0");
+      Line("WINDOW 3 32 32 Vtop 0");
+    }
+    Line("SYMATTR InstName C" + std::to_string(k));
+    Line("SYMATTR Value " + FormatCapacitance(d_.C[k]));
+  }
+
+  void StageLabel(float x, int k) {
+    Line("TEXT " + N(x) + "368 Center 0 ;" + N(static_cast<float>(k)));
+  }
+
+  void Generator(const std::string& today) {
+    const float x = d_.X, y = d_.Y;
+    Line("SYMBOL voltage " + N(x) + N(y + 64) + "R0");
+    Line("WINDOW 123 24 132 Left 0");
+    Line("SYMATTR InstName Vgen");
+    Line("SYMATTR Value AC 2");
+    Line("SYMBOL res" + N(x + 208) + N(y - 16) + "R90");
+    Line("WINDOW 0 0 56 Vbottom 0");
+    Line("WINDOW 3 32 56 Vtop 0");
+    Line("SYMATTR InstName RS");
+    Line("SYMATTR Value" + N(d_.Rsource));
+    Wire(x, y + 80, x, y);
+    Wire(x, y, x + 112, y);
+    Wire(x + 192, y, x + 224, y);
+    Wire(x, y + 160, x, y + 256);
+    Wire(x, y + 256, x + 224, y + 256);
+    Wire(x, y + 256, x, y + 288);
+    Line("FLAG " + N(x) + N(y + 288) + "0");
+    Line("TEXT 0 432 Left 0  !.AC DEC 100 " + N(d_.Fstart) + N(d_.Fstop));
+    Line(std::string("TEXT 0 464 Left 0  ;Drawn by Drenik Filter - ") + kLtspiceCredit);
+    Line("TEXT 0 496 Left 0 " + today);
+    d_.X = x + 224;
+  }
+
+  // One ladder position; false (and nothing written) for a code without a
+  // block.
+  bool Element(int type, int k) {
+    const float x = d_.X, y = d_.Y, g = y + 256;
+    float advance = 0;
+    switch (type) {
+      case 1:  // series L
+        Inductor(x + 16, y + 16, "R270", k);
+        Wire(x, y, x + 32, y);
+        Wire(x + 112, y, x + 144, y);
+        Wire(x, g, x + 144, g);
+        StageLabel(x + 72, k);
+        advance = 144;
+        break;
+      case 2:  // shunt L
+        Inductor(x + 32, y + 64, "R0", k);
+        Wire(x, y, x + 96, y);
+        Wire(x + 48, y, x + 48, y + 80);
+        Wire(x + 48, y + 160, x + 48, g);
+        Wire(x, g, x + 96, g);
+        StageLabel(x + 48, k);
+        advance = 96;
+        break;
+      case 3:  // series C
+        Capacitor(x + 112, y - 16, "R90", k);
+        Wire(x, y, x + 48, y);
+        Wire(x + 112, y, x + 144, y);
+        Wire(x, g, x + 144, g);
+        StageLabel(x + 76, k);
+        advance = 144;
+        break;
+      case 4:  // shunt C
+        Capacitor(x + 32, y + 80, "R0", k);
+        Wire(x, y, x + 112, y);
+        Wire(x + 48, y, x + 48, y + 80);
+        Wire(x + 48, y + 144, x + 48, g);
+        Wire(x, g, x + 112, g);
+        StageLabel(x + 48, k);
+        advance = 112;
+        break;
+      case 5:  // series L, then series C in the same arm
+        Inductor(x + 16, y + 16, "R270", k);
+        Capacitor(x + 224, y - 16, "R90", k);
+        Wire(x, y, x + 32, y);
+        Wire(x + 112, y, x + 160, y);
+        Wire(x + 224, y, x + 256, y);
+        Wire(x, g, x + 256, g);
+        StageLabel(x + 128, k);
+        advance = 256;
+        break;
+      case 6:  // L above C, from the rail to ground
+        Inductor(x + 32, y + 32, "R0", k);
+        Capacitor(x + 32, y + 160, "R0", k);
+        Wire(x, y, x + 176, y);
+        Wire(x + 48, y, x + 48, y + 48);
+        Wire(x + 48, y + 128, x + 48, y + 160);
+        Wire(x + 48, y + 224, x + 48, g);
+        Wire(x, g, x + 176, g);
+        StageLabel(x + 88, k);
+        advance = 176;
+        break;
+      case 7:  // L parallel to C in the series arm
+        Inductor(x + 48, y + 16, "R270", k);
+        Capacitor(x + 128, y + 80, "R90", k);
+        Wire(x, y, x + 64, y);
+        Wire(x + 32, y, x + 32, y + 96);
+        Wire(x + 32, y + 96, x + 64, y + 96);
+        Wire(x + 128, y + 96, x + 176, y + 96);
+        Wire(x + 176, y + 96, x + 176, y);
+        Wire(x + 144, y, x + 208, y);
+        Wire(x, g, x + 208, g);
+        StageLabel(x + 104, k);
+        advance = 208;
+        break;
+      case 8:  // shunt L, then shunt C, each from the rail to ground
+        Inductor(x + 32, y + 64, "R0", k);
+        Capacitor(x + 208, y + 80, "R0", k);
+        Wire(x, y, x + 352, y);
+        Wire(x + 48, y, x + 48, y + 80);
+        Wire(x + 48, y + 160, x + 48, g);
+        Wire(x + 224, y, x + 224, y + 80);
+        Wire(x + 224, y + 144, x + 224, g);
+        Wire(x, g, x + 352, g);
+        StageLabel(x + 176, k);
+        advance = 352;
+        break;
+      default:
+        return false;
+    }
+    d_.X = x + advance;
+    return true;
+  }
+
+  void Load() {
+    const float x = d_.X, y = d_.Y;
+    Line("SYMBOL res " + N(x + 80) + N(y + 64) + "R0");
+    Line("SYMATTR InstName RL");
+    Line("SYMATTR Value" + N(d_.Rload));
+    Wire(x, y, x + 96, y);
+    Wire(x + 96, y, x + 96, y + 80);
+    Wire(x, y + 256, x + 96, y + 256);
+    // From the ground rail to the upper end of the load resistor, as the
+    // format's users have always had it.
+    Wire(x + 96, y + 256, x + 96, y + 80);
+  }
+
+  void Line(const std::string& text) { file_.Line(text); }
+
+ private:
+  static std::string N(float value) { return ValueText(value); }
+
+  DesignRecord& d_;
+  ReplacingFile& file_;
+};
+
+std::string StageMessage(int k) {
+  return "The element at stage " + std::to_string(k) +
+         " was not written to the file.\n"
+         "In addition to the input and output terminations,\n"
+         "only capacitors and inductors in the filter are\n"
+         "written to the schematic file.";
+}
+
+}  // namespace
+
+bool WriteLtspiceFile(DesignRecord& d, const std::string& path, Platform& platform) {
+  ReplacingFile file(path);
+  if (!file.IsOpen() || d.Stages > kMaxPositions) {
+    platform.ShowMessage(kLtspiceFailure);
+    return false;
+  }
+  if (d.SchematicWidth < kMinSheetWidth) d.SchematicWidth = kMinSheetWidth;
+  AscWriter asc(d, file);
+  asc.Line("Version 4");
+  asc.Line("SHEET 1 " + ValueText(d.SchematicWidth) + " 600");
+  d.X = 0;
+  d.Y = 80;
+  asc.Generator(platform.TodayShort());
+  for (d.K = 1; d.K <= d.Stages; ++d.K) {
+    if (!asc.Element(d.ElementType[d.K], d.K)) platform.ShowMessage(StageMessage(d.K));
+  }
+  asc.Load();
+  if (!file.Commit()) {
+    platform.ShowMessage(kLtspiceFailure);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace drenik

@@ -1,0 +1,101 @@
+// The Pallis filter file: "* " label lines, each followed by its values. A
+// real value is its value text (' 50 ', ' .01 ', '-.5 '), an integer its
+// integer text (' 0 '); the values of one line are run together.
+//
+// The file is written in place, line by line, as the Pallis users know it:
+// when the writing fails part-way (a zero Rsource cannot give the resistance
+// ratio) what was written so far stays. A path that cannot be opened leaves
+// an old file of that name untouched.
+
+#include <fstream>
+
+#include "core/number_text.h"
+#include "export/pallis_file.h"
+#include "export/writers.h"
+
+namespace drenik {
+namespace {
+
+// A, B, I, J for the four topologies; empty for anything else.
+std::string PallisTopologyLetter(const std::string& topology) {
+  if (topology == "Cinlowpass") return "A";
+  if (topology == "Linlowpass") return "B";
+  if (topology == "Cinhighpass") return "I";
+  if (topology == "Linhighpass") return "J";
+  return "";
+}
+
+// 0 without resonant branches, else 1, 2, 3 for Cauer type A, B, C (1 for
+// any other letter).
+int PallisCauerNumber(const DesignRecord& d) {
+  if (d.CauerFlag == 0) return 0;
+  if (d.CauerType == "B") return 2;
+  if (d.CauerType == "C") return 3;
+  return 1;
+}
+
+// Writes every line; false when the writing has to stop.
+bool WritePallisLines(const DesignRecord& d, Platform& platform, std::ofstream& out) {
+  const auto line = [&out](const std::string& text) { out << text << "\r\n"; };
+  const auto v = [](float value) { return ValueText(value); };
+
+  line("Pallis file written by Drenikfilter");
+  line("Drenik File");
+  line(platform.TodayShort());
+  line("* Expansion:");
+  line(" (Expansion)");
+  line("* Family, order, stages, topology, Cauer:");
+  line(IntegerText(11) + IntegerText(d.Stages) + IntegerText(d.Stages) +
+       PallisTopologyLetter(d.Topology) + IntegerText(PallisCauerNumber(d)));
+  line("* Width, center, Fstop normalized:");
+  line(v(d.Width) + IntegerText(0) + v(d.FstopNormalized));
+  line("* Apass, Astop:");
+  line(v(d.Apass) + v(d.Astop));
+  line("* Rsource, Rload, Rratio, Rstandard:");
+  if (d.Rsource == 0) return false;  // the ratio cannot be formed
+  line(v(d.Rsource) + v(d.Rload) + v(static_cast<float>(double{d.Rload} / d.Rsource)) +
+       v(d.Rstandard));
+  line("* Qind, Qcap:");
+  line(v(d.Qind) + v(d.Qcap));
+  line("* Gj, Hj:");
+  const int stages = d.Stages;
+  if (stages > kMaxPositions) return false;  // beyond the ladder arrays
+  for (int j = 1; j <= stages; ++j) line(v(d.G[j]) + v(d.H[j]));
+  line("* Element type, L, Ltolerance, C, Ctolerance");
+  for (int k = 1; k <= stages; ++k) {
+    const int type = d.ElementType[k];
+    if (type < 1 || type > 8) continue;
+    line(v(static_cast<float>(type)) + v(d.L[k]) + IntegerText(0) + v(d.C[k]) + IntegerText(0));
+  }
+  line("* Lin or log, Fstart, Fstop, Fstep or NrIntervals:");
+  line(IntegerText(2) + v(d.Fstart) + v(d.Fstop) + IntegerText(d.NrIntervals));
+  line("* Graph scales:");
+  line(v(60) + IntegerText(0) + v(1) + v(1) + v(d.GraphScale) + v(120) + v(10) + v(6));
+  line("* Limits Y/N:");
+  line("N");
+  return true;
+}
+
+}  // namespace
+
+bool WritePallisFile(const DesignRecord& d, const std::string& path, Platform& platform) {
+  bool written = false;
+  if (!path.empty()) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    if (out.is_open()) {
+      written = WritePallisLines(d, platform, out);
+      out.close();
+      written = written && !out.fail();
+    }
+  }
+  if (!written) platform.ShowMessage(kPallisFailure);
+  return written;
+}
+
+void SavePallisFromDialog(DesignRecord& d, Platform& platform) {
+  d.FileName =
+      platform.SaveFileDialog("Save Pallis file", "Pallis files (*.LCT)|*.LCT", d.FileName);
+  WritePallisFile(d, d.FileName, platform);
+}
+
+}  // namespace drenik

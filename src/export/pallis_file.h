@@ -1,0 +1,19 @@
+#pragma once
+// The Pallis filter file (.LCT) and the display page's "Write Pallis file"
+// button. The writer itself is declared with the other writers in
+// export/writers.h.
+
+#include <string>
+
+#include "core/design_record.h"
+#include "core/platform.h"
+
+namespace drenik {
+
+inline constexpr const char* kPallisFailure = "We did not write an Pallis file.";
+
+// Asks for the file name ("Save Pallis file"), keeps it in FileName and
+// writes the file there. A cancelled dialog ends in the failure message.
+void SavePallisFromDialog(DesignRecord& d, Platform& platform);
+
+}  // namespace drenik
