@@ -86,6 +86,9 @@ void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
   canvas_.Clear();
   canvas_.SetFont("Arial", 8, false);
+  PrintLegends();
+  PrintBandwidth();
+  PrintReadout(DataReadout{});
 
   d_.Fstart = static_cast<float>(static_cast<double>(d_.Width) * 0.2);
   d_.NrIntervals = 1000;
@@ -119,10 +122,6 @@ void DisplayPage::LoadPipeline() {
   CapsRetuneInductors(d_);
   AnalyzeAndDraw(2);
   DrawSidePlots();
-
-  PrintLegends();
-  PrintBandwidth();
-  PrintReadout(DataReadout{});
 }
 
 // Curves of successive modes are drawn over each other.

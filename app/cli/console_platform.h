@@ -1,0 +1,32 @@
+#pragma once
+// The desktop as the command line sees it: messages are collected for the
+// caller to print, dialogs are cancelled, nothing is opened.
+
+#include <string>
+#include <vector>
+
+#include "core/platform.h"
+
+namespace drenik::cli {
+
+class ConsolePlatform : public Platform {
+ public:
+  using Platform::ShowMessage;
+  void ShowMessage(const std::string& text, const std::string& title, MessageIcon) override {
+    messages.push_back(title.empty() ? text : title + ": " + text);
+  }
+  std::string SaveFileDialog(const std::string&, const std::string&, const std::string&) override {
+    return {};
+  }
+  std::string OpenFileDialog(const std::string&, const std::string&, const std::string&) override {
+    return {};
+  }
+  void OpenUrl(const std::string&) override {}
+  void Beep() override {}
+  std::string TodayShort() override;
+  void EndProgram() override {}
+
+  std::vector<std::string> messages;
+};
+
+}  // namespace drenik::cli

@@ -1,0 +1,211 @@
+#include "cli/options.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cstdlib>
+#include <map>
+
+namespace drenik::cli {
+
+namespace {
+
+std::string Lower(std::string s) {
+  std::transform(s.begin(), s.end(), s.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return s;
+}
+
+bool ParseInt(const std::string& text, int& value) {
+  auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return ec == std::errc() && end == text.data() + text.size();
+}
+
+std::string FamilyOption(const std::string& value) {
+  static const std::map<std::string, std::string> kFamilies = {{"butterworth", "optButterworth"},
+                                                               {"chebyshev", "optChebycheff"},
+                                                               {"cauer", "optCauer"},
+                                                               {"zelmar", "optZelmar"},
+                                                               {"bessel", "optBessel"}};
+  auto it = kFamilies.find(Lower(value));
+  if (it == kFamilies.end()) {
+    throw UsageError("--family: unknown family '" + value +
+                     "' (butterworth, chebyshev, cauer, zelmar, bessel)");
+  }
+  return it->second;
+}
+
+std::string Topology(const std::string& value) {
+  for (const char* t : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"}) {
+    if (Lower(value) == Lower(t)) return t;
+  }
+  throw UsageError("--topology: unknown topology '" + value +
+                   "' (Cinlowpass, Linlowpass, Cinhighpass, Linhighpass)");
+}
+
+std::string RippleOption(const std::string& value) {
+  char* end = nullptr;
+  double r = std::strtod(value.c_str(), &end);
+  if (end && *end == '\0' && !value.empty()) {
+    if (r == 0.01) return "opt01";
+    if (r == 0.044) return "opt044";
+    if (r == 0.2) return "opt200";
+  }
+  throw UsageError("--ripple: expected 0.01, 0.044 or 0.2, got '" + value + "'");
+}
+
+std::string StopbandOption(const std::string& value) {
+  int db = 0;
+  if (ParseInt(value, db) && (db == 30 || db == 40 || db == 50 || db == 60)) {
+    return "optAstop" + value;
+  }
+  throw UsageError("--stopband: expected 30, 40, 50 or 60, got '" + value + "'");
+}
+
+void ParseSize(const std::string& value, CliOptions& o) {
+  size_t x = value.find_first_of("xX");
+  int w = 0, h = 0;
+  if (x == std::string::npos || !ParseInt(value.substr(0, x), w) ||
+      !ParseInt(value.substr(x + 1), h) || w < 1 || h < 1 || w > 20000 || h > 20000) {
+    throw UsageError("--size: expected WIDTHxHEIGHT in pixels, got '" + value + "'");
+  }
+  o.widthPx = w;
+  o.heightPx = h;
+}
+
+bool EndsWith(const std::string& s, const std::string& tail) {
+  return s.size() >= tail.size() && Lower(s.substr(s.size() - tail.size())) == tail;
+}
+
+}  // namespace
+
+const char* UsageText() {
+  return "usage:\n"
+         "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
+         "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
+         " [--size WxH]\n"
+         "  drenik export [choices] [--values ...] [--lct FILE] [--asc FILE] [--cir FILE]"
+         " [--s2p FILE] [--csv FILE]\n"
+         "  drenik --help | --version\n"
+         "choices (first-start defaults when left out):\n"
+         "  --family butterworth|chebyshev|cauer|zelmar|bessel   (chebyshev)\n"
+         "  --order 3..7                                         (5)\n"
+         "  --topology Cinlowpass|Linlowpass|Cinhighpass|Linhighpass\n"
+         "  --ripple 0.01|0.044|0.2     passband ripple, dB       (0.044)\n"
+         "  --stopband 30|40|50|60      stopband depth, dB, cauer (40)\n"
+         "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"
+         "  --bandwidth TEXT            cutoff, Hz, e.g. 4.2M     (4.2M)\n"
+         "  --q inf|TEXT                inductor Q                (inf)\n"
+         "--values: exact values, 5% capacitors with retuned inductors (5c, default),\n"
+         "  or 5% capacitors and 5% inductors (5l)\n";
+}
+
+CliOptions ParseCommandLine(const std::vector<std::string>& args) {
+  CliOptions o;
+  if (args.empty()) throw UsageError("missing command (design, render or export)");
+  for (const std::string& a : args) {
+    if (a == "--help" || a == "-h") {
+      o.command = Command::Help;
+      return o;
+    }
+    if (a == "--version") {
+      o.command = Command::Version;
+      return o;
+    }
+  }
+  const std::string& command = args[0];
+  if (command == "design") {
+    o.command = Command::Design;
+  } else if (command == "render") {
+    o.command = Command::Render;
+  } else if (command == "export") {
+    o.command = Command::Export;
+  } else {
+    throw UsageError("unknown command '" + command + "' (design, render or export)");
+  }
+
+  for (size_t i = 1; i < args.size(); ++i) {
+    const std::string& name = args[i];
+    auto value = [&]() -> std::string {
+      if (i + 1 >= args.size()) throw UsageError(name + ": needs a value");
+      return args[++i];
+    };
+    auto only = [&](Command c, const char* what) {
+      if (o.command != c) throw UsageError(name + ": only for '" + what + "'");
+    };
+    auto file = [&](Command c, const char* what, std::string& target) {
+      only(c, what);
+      target = value();
+      if (target.empty()) throw UsageError(name + ": needs a file name");
+    };
+    Choices& ch = o.choices;
+    if (name == "--family") {
+      ch.familyOption = FamilyOption(value());
+    } else if (name == "--order") {
+      std::string v = value();
+      int n = 0;
+      if (!ParseInt(v, n) || n < 3 || n > 7) {
+        throw UsageError("--order: expected 3..7, got '" + v + "'");
+      }
+      ch.order = n;
+    } else if (name == "--topology") {
+      ch.topology = Topology(value());
+    } else if (name == "--ripple") {
+      ch.rippleOption = RippleOption(value());
+    } else if (name == "--stopband") {
+      ch.stopbandOption = StopbandOption(value());
+    } else if (name == "--impedance") {
+      ch.impedance = value();
+    } else if (name == "--bandwidth") {
+      ch.bandwidth = value();
+    } else if (name == "--q") {
+      ch.q = value();
+    } else if (name == "--values") {
+      std::string v = value();
+      if (v == "exact") {
+        o.values = Values::Exact;
+      } else if (v == "5c") {
+        o.values = Values::FiveC;
+      } else if (v == "5l") {
+        o.values = Values::FiveL;
+      } else {
+        throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
+      }
+    } else if (name == "--json") {
+      only(Command::Design, "design");
+      o.json = true;
+    } else if (name == "--png" || name == "--svg" || name == "--pdf") {
+      only(Command::Render, "render");
+      if (!o.renderFile.empty()) throw UsageError(name + ": only one output file");
+      o.renderFile = value();
+      if (!EndsWith(o.renderFile, "." + name.substr(2))) {
+        throw UsageError(name + ": the file name must end in ." + name.substr(2));
+      }
+    } else if (name == "--size") {
+      only(Command::Render, "render");
+      ParseSize(value(), o);
+    } else if (name == "--lct") {
+      file(Command::Export, "export", o.lct);
+    } else if (name == "--asc") {
+      file(Command::Export, "export", o.asc);
+    } else if (name == "--cir") {
+      file(Command::Export, "export", o.cir);
+    } else if (name == "--s2p") {
+      file(Command::Export, "export", o.s2p);
+    } else if (name == "--csv") {
+      file(Command::Export, "export", o.csv);
+    } else {
+      throw UsageError("unknown option '" + name + "'");
+    }
+  }
+  if (o.command == Command::Render && o.renderFile.empty()) {
+    throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");
+  }
+  if (o.command == Command::Export && o.lct.empty() && o.asc.empty() && o.cir.empty() &&
+      o.s2p.empty() && o.csv.empty()) {
+    throw UsageError("export: needs at least one of --lct, --asc, --cir, --s2p, --csv");
+  }
+  return o;
+}
+
+}  // namespace drenik::cli

@@ -1,0 +1,48 @@
+#pragma once
+// The command line of `drenik`: what it asks for, read from the arguments.
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace drenik::cli {
+
+// Bad usage: the text is one line that names the option.
+class UsageError : public std::runtime_error {
+ public:
+  explicit UsageError(const std::string& what) : std::runtime_error(what) {}
+};
+
+enum class Command { Design, Render, Export, Help, Version };
+enum class Values { Exact, FiveC, FiveL };
+
+// The design page's choices; unset ones keep the first-start defaults.
+struct Choices {
+  std::optional<std::string> familyOption;    // "optButterworth" ...
+  std::optional<int> order;                   // 3..7
+  std::optional<std::string> topology;        // "Cinlowpass" ...
+  std::optional<std::string> rippleOption;    // "opt01", "opt044", "opt200"
+  std::optional<std::string> stopbandOption;  // "optAstop30" ...
+  std::optional<std::string> impedance;       // "50" or text for the Other box
+  std::optional<std::string> bandwidth;       // text for the bandwidth box
+  std::optional<std::string> q;               // "inf" or text for the Q box
+};
+
+struct CliOptions {
+  Command command = Command::Help;
+  Choices choices;
+  Values values = Values::FiveC;
+  bool json = false;
+  std::string renderFile;  // .png, .svg or .pdf
+  int widthPx = 1600;
+  int heightPx = 1200;
+  std::string lct, asc, cir, s2p, csv;
+};
+
+// Throws UsageError.
+CliOptions ParseCommandLine(const std::vector<std::string>& args);
+
+const char* UsageText();
+
+}  // namespace drenik::cli

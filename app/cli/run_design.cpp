@@ -1,0 +1,86 @@
+#include "cli/run_design.h"
+
+#include "pages/application.h"
+
+namespace drenik::cli {
+
+namespace {
+
+void Fail(ConsolePlatform& platform) {
+  if (!platform.messages.empty()) throw DesignFailure(platform.messages.front());
+}
+
+void Click(DesignPage& page, const std::string& option, const std::string& cliName,
+           const DesignRecord& d) {
+  if (!page.Option(option).Click()) {
+    static const char* const kFamilies[] = {"",      "butterworth", "chebyshev",
+                                            "cauer", "zelmar",      "bessel"};
+    const char* family = d.Family >= 1 && d.Family <= 5 ? kFamilies[d.Family] : "this";
+    throw UsageError(cliName + ": not offered for the " + family + " family");
+  }
+}
+
+void Type(DesignPage& page, const std::string& box, const std::string& text) {
+  page.Box(box).Type(text);
+}
+
+void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
+  if (c.familyOption) Click(page, *c.familyOption, "--family", d);
+  if (c.order && *c.order != d.Order) {
+    Click(page, "optOrder" + std::to_string(*c.order), "--order", d);
+  }
+  if (c.topology) Click(page, "opt" + *c.topology, "--topology", d);
+  if (c.rippleOption) Click(page, *c.rippleOption, "--ripple", d);
+  if (c.stopbandOption) Click(page, *c.stopbandOption, "--stopband", d);
+  if (c.impedance) {
+    if (*c.impedance == "50") {
+      Click(page, "optZ50", "--impedance", d);
+    } else {
+      Click(page, "optZother", "--impedance", d);
+      Type(page, "txtZother", *c.impedance);
+    }
+  }
+  if (c.bandwidth) Type(page, "txtBandwidth", *c.bandwidth);
+  if (c.q) {
+    if (*c.q == "inf") {
+      Click(page, "optQ1", "--q", d);
+    } else {
+      Click(page, "optQ2", "--q", d);
+      Type(page, "txtQother", *c.q);
+    }
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform) {
+  auto result = std::make_unique<DesignResult>();
+  // No session path: the last-session file is neither read nor written.
+  Application app(platform, ApplicationOptions{"", ""});
+  app.Start();
+  app.Opening().Controls().FindButton("cmdStart")->Click();
+  Fail(platform);
+  ApplyChoices(app.Design(), options.choices, app.Record());
+  Fail(platform);
+
+  bool exactSeen = false;
+  app.Display().SetAnalysisObserver([&](int mode) {
+    if (mode == 1 && !exactSeen) {
+      exactSeen = true;
+      result->exact = app.Record();
+      if (options.values == Values::Exact) result->page = app.DisplayCanvas();
+    }
+  });
+  app.Design().Button("cmdDesign").Click();
+  Fail(platform);
+  if (!exactSeen) throw DesignFailure("The display page did not analyse the design.");
+  if (options.values == Values::FiveL) app.Display().OnInductors();
+  Fail(platform);
+  app.Display().SetAnalysisObserver(nullptr);
+
+  result->chosen = options.values == Values::Exact ? result->exact : app.Record();
+  if (options.values != Values::Exact) result->page = app.DisplayCanvas();
+  return result;
+}
+
+}  // namespace drenik::cli

@@ -1,0 +1,33 @@
+#pragma once
+// Runs the designer's own pages for a command line: the design page set to
+// the choices (option clicks and typing in its own handlers), then the
+// display page's load, keeping the record and the page at the value stage
+// asked for.
+
+#include <memory>
+
+#include "cli/console_platform.h"
+#include "cli/options.h"
+#include "core/design_record.h"
+#include "plot/recording_canvas.h"
+
+namespace drenik::cli {
+
+// A design that the pages could not make (an engine error); one line.
+class DesignFailure : public std::runtime_error {
+ public:
+  explicit DesignFailure(const std::string& what) : std::runtime_error(what) {}
+};
+
+struct DesignResult {
+  DesignRecord exact;    // after the display page's exact-value analysis
+  DesignRecord chosen;   // at the stage of --values
+  RecordingCanvas page;  // the display page at that stage
+};
+
+// Throws UsageError for a choice the design page does not offer with the
+// other choices (e.g. --ripple with Butterworth), DesignFailure for an
+// engine error.
+std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform);
+
+}  // namespace drenik::cli

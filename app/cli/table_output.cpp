@@ -1,0 +1,95 @@
+#include "cli/table_output.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "core/formatters.h"
+#include "pages/design_page.h"
+
+namespace drenik::cli {
+
+const char* ElementKindName(int code) {
+  switch (code) {
+    case 1:
+      return "series L";
+    case 2:
+      return "shunt L";
+    case 3:
+      return "series C";
+    case 4:
+      return "shunt C";
+    case 6:
+      return "shunt series LC";
+    case 7:
+      return "series parallel LC";
+    case 17:
+      return "empty";
+    default:
+      return "none";
+  }
+}
+
+const char* FamilyName(int family) {
+  static const char* const kNames[] = {"Butterworth", "Chebyshev", "Cauer", "Zelmar", "Bessel"};
+  return family >= 1 && family <= 5 ? kNames[family - 1] : "unknown";
+}
+
+namespace {
+
+std::string Trim(const std::string& s) {
+  size_t a = s.find_first_not_of(' ');
+  if (a == std::string::npos) return {};
+  return s.substr(a, s.find_last_not_of(' ') - a + 1);
+}
+
+std::string Padded(const std::string& s, size_t width) {
+  return s.size() >= width ? s + " " : s + std::string(width - s.size(), ' ');
+}
+
+// The transmission at the sweep point nearest the cutoff.
+float TransmissionAtCutoff(const DesignRecord& d) {
+  int best = 0;
+  for (int i = 1; i <= std::min<int>(d.NrIntervals, kSweepSlots - 1); ++i) {
+    if (std::fabs(d.Freq[i] - d.Width) < std::fabs(d.Freq[best] - d.Width)) best = i;
+  }
+  return d.Transmission[best];
+}
+
+}  // namespace
+
+void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
+                      const std::string& chosenTitle, std::ostream& out) {
+  const DesignRecord& d = chosen;
+  out << d.ProgramTitle << " " << d.Version << "\n";
+  out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
+  out << "Cutoff " << RippleCaption(d.Family) << ": " << Trim(FormatFrequency(d.Width)) << "\n";
+  if (d.Family == kButterworth || d.Family == kBessel) {
+    out << "Passband: maximally flat, 3 dB down at the cutoff\n";
+  } else {
+    out << "Passband ripple: " << Trim(FormatValue(exact.Apass)) << " dB\n";
+  }
+  if (d.Family == kCauer) {
+    out << "Stopband depth: " << Trim(FormatValue(exact.Astop)) << " dB";
+    if (exact.StopbandEdge > 0) out << ", edge " << Trim(FormatFrequency(exact.StopbandEdge));
+    out << "\n";
+  }
+  out << "Rsource: " << Trim(FormatValue(d.Rsource))
+      << " ohms, Rload: " << Trim(FormatValue(d.Rload)) << " ohms\n";
+  out << "Transmission at cutoff: " << Trim(FormatValue(TransmissionAtCutoff(exact)))
+      << " dB (exact), " << Trim(FormatValue(TransmissionAtCutoff(d))) << " dB (" << chosenTitle
+      << ")\n\n";
+
+  out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12) << Padded("C exact", 12)
+      << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";
+  int stages = std::clamp<int>(d.Stages, 0, kComponentSlots - 1);
+  for (int j = 1; j <= stages; ++j) {
+    char pos[8];
+    std::snprintf(pos, sizeof pos, "%3d", j);
+    out << Padded(pos, 5) << Padded(ElementKindName(d.ElementType[j]), 20)
+        << Padded(FormatInductance(exact.L[j]), 12) << Padded(FormatCapacitance(exact.C[j]), 12)
+        << Padded(FormatInductance(d.L[j]), 16) << FormatCapacitance(d.C[j]) << "\n";
+  }
+}
+
+}  // namespace drenik::cli

@@ -1,0 +1,11 @@
+// The `drenik` command line.
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "cli/cli.h"
+
+int main(int argc, char** argv) {
+  std::vector<std::string> args(argv + 1, argv + argc);
+  return drenik::cli::RunCommandLine(args, std::cout, std::cerr);
+}
