@@ -14,6 +14,9 @@ constexpr float kRailGap = 1040;  // upper rail to ground rail
 constexpr float kStep = 160;      // one wire step
 constexpr float kCoilRadius = 80;
 constexpr float kLabelHeight = 200;
+// Value texts: small enough that a resonant branch's inductance and
+// capacitance, printed side by side, fit between its neighbours.
+constexpr float kValueFontSize = 6.5f;
 constexpr int32_t kLoadMismatchColor = 0x111199;
 
 // Value texts: colour and offset from the upper rail by label row 1, 2, 3.
@@ -38,7 +41,7 @@ void PrintLabel(DesignRecord& d, Canvas& canvas, const std::string& text, float 
                 int32_t color) {
   if (text.empty()) return;
   canvas.FilledBox(d.LabelX, d.LabelY, d.LabelX + boxWidth, d.LabelY + kLabelHeight, kWhite);
-  canvas.SetFont("Arial", 7, false);
+  canvas.SetFont("Arial", kValueFontSize, false);
   canvas.SetForeColor(color);
   canvas.SetTextPosition(d.LabelX, d.LabelY);
   canvas.Print(text);
@@ -157,26 +160,27 @@ void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
 }
 
-// Kind 6: series-resonant branch from the upper rail to ground in the middle
-// of its 960: coil, then plates at 800 and 864 below the rail. The inductance
-// stands right of the coil, capacitance and resonance under the ground rail.
+// Kind 6: series-resonant branch from the upper rail to ground, one wire step
+// in: coil, then plates at 800 and 864 below the rail. The inductance stands
+// right of the coil, within the element (series capacitors beside it print
+// between the rails too); capacitance and resonance under the ground rail.
 void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
   float x0 = d.X;
-  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  DrawWireStep(d, canvas);
   float x = d.X;
   canvas.Line(x, d.Y, x, d.Y + 200);
   VerticalCoil(d, canvas, x, d.Y + 200);
   canvas.Line(x, d.Y + 680, x, d.Y + 800);
   HorizontalPlates(canvas, x, d.Y + 800, 64);
   canvas.Line(x, d.Y + 864, x, d.Y + kRailGap);
-  for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
+  for (int k = 0; k < 5; ++k) DrawWireStep(d, canvas);
   if (!values) return;
   int row = LabelRow(d);
   static constexpr float kLRows[3] = {250, 450, 650};
-  SetLabel(d, x0 + 620, kLRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 1000, kRowColor[row]);
+  SetLabel(d, x0 + 300, kLRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 660, kRowColor[row]);
   static constexpr float kCRows[3] = {1100, 1300, 1500};
-  SetLabel(d, x0 + 170, kCRows[row]);
+  SetLabel(d, x0 + 40, kCRows[row]);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);
 }
@@ -205,10 +209,10 @@ void SeriesResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool valu
   if (!values) return;
   int row = LabelRow(d);
   static constexpr float kLRows[3] = {440, 640, 840};
-  SetLabel(d, x0 - 330, kLRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 700, kRowColor[row]);
+  SetLabel(d, x0 - 320, kLRows[row]);
+  PrintLabel(d, canvas, FormatInductance(l), 680, kRowColor[row]);
   static constexpr float kCRows[3] = {400, 600, 800};
-  SetLabel(d, x0 + 380, kCRows[row]);
+  SetLabel(d, x0 + 370, kCRows[row]);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);
 }
@@ -305,7 +309,7 @@ void DrawLoad(DesignRecord& d, Canvas& canvas) {
   d.LabelY = d.Y - 100;
   PrintLabel(d, canvas, FormatValue(d.Rload), 620, color);
   if (!matched) {
-    canvas.SetFont("Arial", 7, false);
+    canvas.SetFont("Arial", kValueFontSize, false);
     canvas.SetForeColor(color);
     canvas.SetTextPosition(pen + 330, d.Y - 700);
     canvas.Print("(Even-ordered");

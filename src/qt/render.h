@@ -1,6 +1,12 @@
 #pragma once
 // Writes a drawn page (12000 x 9000 page units) to a PNG, SVG or PDF file,
-// chosen by the file's extension. Returns false with a message in `error`.
+// chosen by the file's extension (case ignored). PNG: widthPx x heightPx on
+// white; SVG: the same size as its view box, texts kept as text; PDF: one
+// page of 12000 x 9000 twips. Returns false with a message in `error`.
+//
+// Texts are aligned by their measured widths while the page is drawn, so a
+// program without a Qt application calls PrepareQtDrawing() (qt/painter_canvas.h)
+// before drawing the page.
 
 #include <string>
 
