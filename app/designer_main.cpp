@@ -4,13 +4,14 @@
 
 #include "pages/application.h"
 #include "qt/designer_window.h"
+#include "qt/painter_canvas.h"
 #include "qt/qt_platform.h"
 
 int main(int argc, char** argv) {
   QApplication qapp(argc, argv);
   QApplication::setApplicationName("DrenikFilterDesign");
   QApplication::setApplicationVersion("2.12");
-  drenik::InstallFontSubstitutes();
+  drenik::PrepareQtDrawing();  // font twins, text measured with the real fonts
 
   drenik::QtPlatform platform;
   drenik::ApplicationOptions options;

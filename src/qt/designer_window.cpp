@@ -2,8 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QFont>
-#include <QFontDatabase>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <cmath>
@@ -98,14 +96,6 @@ std::vector<ControlPlace> DisplayPlaces() {
     p.push_back({files[i], left, top, left + 1250, top + 450, 8});
   }
   return p;
-}
-
-void InstallFontSubstitutes() {
-  const QStringList families = QFontDatabase::families();
-  if (!families.contains("Arial")) QFont::insertSubstitution("Arial", "Liberation Sans");
-  if (!families.contains("Times New Roman")) {
-    QFont::insertSubstitution("Times New Roman", "Liberation Serif");
-  }
 }
 
 std::string FindUserGuide(const QString& programDir, const QString& sourceDir) {

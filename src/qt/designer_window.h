@@ -38,10 +38,6 @@ std::vector<ControlPlace> OpeningPlaces();
 std::vector<ControlPlace> DesignPlaces();
 std::vector<ControlPlace> DisplayPlaces();
 
-// "Arial" and "Times New Roman" drawn with their metric twins when the
-// originals are not installed.
-void InstallFontSubstitutes();
-
 // The user guide next to the program, else the one in `sourceDir`/docs, as
 // a file URL (empty when neither exists).
 std::string FindUserGuide(const QString& programDir, const QString& sourceDir);

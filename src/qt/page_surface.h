@@ -18,7 +18,7 @@ class PageSurface : public QWidget {
   // Called with the pointer position in page units while the mouse moves
   // over the surface (with or without a button held).
   void SetMouseMoveHandler(std::function<void(float x, float y)> handler);
-  // Page units per pixel of this widget (the widget covers the whole page).
+  // A widget position in page units (the widget covers the whole page).
   QPointF ToPage(QPointF widgetPos) const;
   int Paints() const { return paints_; }
 
@@ -31,9 +31,5 @@ class PageSurface : public QWidget {
   std::function<void(float, float)> mouseMove_;
   int paints_ = 0;
 };
-
-// Draws the recorded operations with the painter set up for page units.
-// `pixelsPerUnit` sets the width of pen lines (device pixels on screen).
-void ReplayDrawing(QPainter& painter, const RecordingCanvas& drawing, double pixelsPerUnit);
 
 }  // namespace drenik

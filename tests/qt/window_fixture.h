@@ -20,20 +20,13 @@
 
 #include "pages/application.h"
 #include "qt/designer_window.h"
+#include "qt/painter_canvas.h"
 #include "support/recording_platform.h"
 
 namespace drenik::testing {
 
-inline QApplication& TestApplication() {
-  static int argc = 1;
-  static char name[] = "test_qt";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = [] {
-    auto* a = new QApplication(argc, argv);
-    InstallFontSubstitutes();
-    return a;
-  }();
-  return *app;
+inline void TestApplication() {
+  PrepareQtDrawing();
 }
 
 class WindowTest : public ::testing::Test {
