@@ -87,13 +87,15 @@ std::vector<ControlPlace> DisplayPlaces() {
     p.push_back({name, x, 8600, x + kWidth, 8980, 8});
     x += kWidth + 100;
   }
-  // The files: two columns in the top right corner, above the bandwidth label.
+  // The files: two columns in the top right corner, right of the widest ladder
+  // (the note at the load of an even-order Chebyshev design reaches x = 9650) and above the
+  // bandwidth label.
   const char* files[] = {"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis",
                          "cmdSpice", "cmdNetlist",     "cmdTouchstone", "cmdCsv"};
   for (int i = 0; i < 8; ++i) {
-    float left = i % 2 == 0 ? 9300 : 10650;
+    float left = i % 2 == 0 ? 9720 : 10860;
     float top = 150 + (i / 2) * 550;
-    p.push_back({files[i], left, top, left + 1250, top + 450, 8});
+    p.push_back({files[i], left, top, left + 1040, top + 450, 8});
   }
   return p;
 }

@@ -37,7 +37,41 @@ void ExpectNoOverlap(QWidget* parent) {
   }
 }
 
-TEST_F(WindowTest, PagesPlaceEveryControlWithoutOverlapAndScaleByOneFactor) {
+class LayoutTest : public WindowTest {
+ protected:
+  // Nothing drawn on the display page (texts, lines, arcs) lies under one of
+  // its buttons.
+  void ExpectButtonsClearOfTheDrawing() {
+    ControlPageView& display = Window().DisplayView();
+    double scale = display.Scale();
+    QPoint origin = display.Surface().geometry().topLeft();
+    for (const auto& control : App().Display().Controls().All()) {
+      QRect r = display.WidgetFor(control->Name())->geometry().translated(-origin);
+      QRectF button(r.x() / scale, r.y() / scale, r.width() / scale, r.height() / scale);
+      for (const DrawOp& op : App().DisplayCanvas().Ops()) {
+        QRectF drawn;
+        switch (op.kind) {
+          case DrawOp::Kind::Text:
+            drawn = QRectF(op.x1, op.y1, op.textWidth, op.fontSize * 20);
+            break;
+          case DrawOp::Kind::Line:
+            drawn = QRectF(QPointF(op.x1, op.y1), QPointF(op.x2, op.y2))
+                        .normalized()
+                        .adjusted(-1, -1, 1, 1);
+            break;
+          case DrawOp::Kind::Arc:
+            drawn = QRectF(op.x1 - op.radius, op.y1 - op.radius, 2 * op.radius, 2 * op.radius);
+            break;
+          default:
+            continue;  // white boxes erase; points belong to the plots
+        }
+        EXPECT_FALSE(button.intersects(drawn)) << control->Name() << " covers " << op.text;
+      }
+    }
+  }
+};
+
+TEST_F(LayoutTest, PagesPlaceEveryControlWithoutOverlapAndScaleByOneFactor) {
   Launch();
   Click(Button(Window().OpeningView(), "cmdStart"));
   Click(Button(Window().DesignView(), "cmdDesign"));
@@ -59,21 +93,29 @@ TEST_F(WindowTest, PagesPlaceEveryControlWithoutOverlapAndScaleByOneFactor) {
     ExpectNoOverlap(page.view);
   }
 
-  // No drawn text of the display page lies under one of its buttons.
-  ControlPageView& display = Window().DisplayView();
-  double scale = display.Scale();
-  QPoint origin = display.Surface().geometry().topLeft();
-  for (const auto& control : App().Display().Controls().All()) {
-    QRect r = display.WidgetFor(control->Name())->geometry().translated(-origin);
-    QRectF page(r.x() / scale, r.y() / scale, r.width() / scale, r.height() / scale);
-    for (const DrawOp& op : App().DisplayCanvas().Ops()) {
-      if (op.kind != DrawOp::Kind::Text) continue;
-      QRectF text(op.x1, op.y1, op.textWidth, op.fontSize * 20);
-      EXPECT_FALSE(page.intersects(text)) << control->Name() << " covers " << op.text;
-    }
+  ExpectButtonsClearOfTheDrawing();
+  // The widest ladders, and the load with a note, in every topology.
+  for (const char* topology :
+       {"optCinlowpass", "optLinlowpass", "optCinhighpass", "optLinhighpass"}) {
+    SCOPED_TRACE(topology);
+    Click(Button(Window().DisplayView(), "cmdDesign"));
+    Click(Radio("optCauer"));
+    Click(Radio("optOrder7"));
+    Click(Radio(topology));
+    Click(Button(Window().DesignView(), "cmdDesign"));
+    ExpectButtonsClearOfTheDrawing();
+    // Even-order Chebyshev: the load carries its value and a note.
+    Click(Button(Window().DisplayView(), "cmdDesign"));
+    Click(Radio("optChebycheff"));
+    Click(Radio("optOrder6"));
+    Click(Radio(topology));
+    Click(Button(Window().DesignView(), "cmdDesign"));
+    Click(Button(Window().DisplayView(), "cmdInductors"));
+    ExpectButtonsClearOfTheDrawing();
   }
 
   // Half the size: positions and fonts halve, the page stays 4:3 and centred.
+  ControlPageView& display = Window().DisplayView();
   QWidget* up = display.WidgetFor("cmdUp");
   QRect big = up->geometry();
   int bigFont = up->font().pixelSize();
@@ -85,7 +127,7 @@ TEST_F(WindowTest, PagesPlaceEveryControlWithoutOverlapAndScaleByOneFactor) {
   EXPECT_EQ(display.Surface().geometry(), QRect(180, 0, 640, 480));
 }
 
-TEST_F(WindowTest, ScreenshotsOfThePages) {
+TEST_F(LayoutTest, ScreenshotsOfThePages) {
   Launch();
   QDir out(DRENIK_BINARY_DIR "/screenshots");
   out.mkpath(".");
