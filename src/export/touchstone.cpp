@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "export/chain_matrix.h"
+#include "analysis/chain_matrix.h"
 #include "export/plain_number.h"
 #include "export/replacing_file.h"
 #include "export/touchstone.h"

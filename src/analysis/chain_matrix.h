@@ -1,8 +1,6 @@
 #pragma once
 // The complex chain (ABCD) matrix of the ladder at one frequency, with the
-// lossy element models of the sweep analysis: inductors with a series loss
-// resistance from Qind, capacitors with a parallel one from Qcap, the same
-// guards for missing capacitors and exact resonance. The analysis keeps only
+// same lossy element models and guards as the sweep. The sweep keeps only
 // magnitudes and the transmission phase; the Touchstone writer needs the
 // complex scattering parameters, which follow from this matrix.
 
@@ -16,8 +14,9 @@ struct ChainMatrix {
   std::complex<double> A{1, 0}, B{0, 0}, C{0, 0}, D{1, 0};
 };
 
-// Positions 1..Stages at frequency F (Hz). Codes without a model (5, 8 and
-// others) are taken as a straight wire.
+// Positions 1..Stages at frequency F (Hz); codes without a model (5, 8 and
+// others) are taken as a straight wire, silently. Throws RunTimeError for a
+// ladder of more than 20 positions.
 ChainMatrix LadderChainMatrix(const DesignRecord& d, float F);
 
 // Scattering parameters of the ladder between a port 1 referred to Rsource
