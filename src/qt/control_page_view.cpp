@@ -1,5 +1,6 @@
 #include "qt/control_page_view.h"
 
+#include <QFocusEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -73,6 +74,7 @@ QWidget* ControlPageView::Create(Entry& entry) {
     }
     case ControlKind::Option: {
       auto* radio = new QRadioButton(parent);
+      radio->installEventFilter(this);
       auto* option = static_cast<OptionButton*>(control);
       // A click on an option that is already selected is no change.
       connect(radio, &QRadioButton::clicked, this, [this, option] {
@@ -182,6 +184,25 @@ void ControlPageView::MirrorEntry(Entry& entry) {
       break;
     }
   }
+}
+
+bool ControlPageView::eventFilter(QObject* watched, QEvent* event) {
+  // Tabbing into a group of options lands on its selected option.
+  if (event->type() == QEvent::FocusIn) {
+    auto reason = static_cast<QFocusEvent*>(event)->reason();
+    auto* radio = qobject_cast<QRadioButton*>(watched);
+    if (radio && !radio->isChecked() &&
+        (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason)) {
+      for (QRadioButton* other :
+           radio->parentWidget()->findChildren<QRadioButton*>(Qt::FindDirectChildrenOnly)) {
+        if (other->isChecked() && other->isEnabled()) {
+          other->setFocus(reason);
+          break;
+        }
+      }
+    }
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void ControlPageView::resizeEvent(QResizeEvent* event) {

@@ -167,6 +167,7 @@ TEST_F(WindowTest, KeyboardMovesThroughOptionsAndPressesButtons) {
   EXPECT_TRUE(Window().DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
   QTest::keyClick(Radio("optCauer"), Qt::Key_Up);
   EXPECT_EQ(D().Family, 2);
+  ASSERT_EQ(QApplication::focusWidget(), chebyshev);
 
   // Tab leaves the family group for the order group.
   std::vector<QWidget*> chain;
