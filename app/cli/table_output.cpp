@@ -65,13 +65,21 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
   out << "Cutoff " << RippleCaption(d.Family) << ": " << Trim(FormatFrequency(d.Width)) << "\n";
   if (d.Family == kButterworth || d.Family == kBessel) {
-    out << "Passband: maximally flat, 3 dB down at the cutoff\n";
+    out << "Passband: no ripple, 3 dB down at the cutoff\n";
   } else {
     out << "Passband ripple: " << Trim(FormatValue(exact.Apass)) << " dB\n";
   }
   if (d.Family == kCauer) {
     out << "Stopband depth: " << Trim(FormatValue(exact.Astop)) << " dB";
-    if (exact.StopbandEdge > 0) out << ", edge " << Trim(FormatFrequency(exact.StopbandEdge));
+    // The true edge of this design: the design page's StopbandEdge figure is
+    // kept from an earlier odd order when the order is even, and is always
+    // the lowpass one.
+    if (exact.FstopNormalized > 0) {
+      const bool highpass = d.Topology.find("highpass") != std::string::npos;
+      const double edge =
+          highpass ? d.Width / exact.FstopNormalized : double{d.Width} * exact.FstopNormalized;
+      out << ", edge " << Trim(FormatFrequency(edge));
+    }
     out << "\n";
   }
   out << "Rsource: " << Trim(FormatValue(d.Rsource))
@@ -84,7 +92,7 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
       << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";
   int stages = std::clamp<int>(d.Stages, 0, kComponentSlots - 1);
   for (int j = 1; j <= stages; ++j) {
-    char pos[8];
+    char pos[16];
     std::snprintf(pos, sizeof pos, "%3d", j);
     out << Padded(pos, 5) << Padded(ElementKindName(d.ElementType[j]), 20)
         << Padded(FormatInductance(exact.L[j]), 12) << Padded(FormatCapacitance(exact.C[j]), 12)

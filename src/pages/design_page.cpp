@@ -10,28 +10,28 @@ namespace drenik {
 
 namespace {
 
-struct OptionSpec {
+struct OptionDef {
   const char* name;
   const char* caption;
 };
 
-constexpr OptionSpec kFamilyOptions[] = {{"optButterworth", "Butterworth"},
-                                         {"optChebycheff", "Chebyshev"},
-                                         {"optCauer", "Cauer"},
-                                         {"optZelmar", "Zelmar"},
-                                         {"optBessel", "Bessel"}};
-constexpr OptionSpec kTopologyOptions[] = {{"optCinlowpass", "C-input lowpass"},
-                                           {"optLinlowpass", "L-input lowpass"},
-                                           {"optCinhighpass", "C-input highpass"},
-                                           {"optLinhighpass", "L-input highpass"}};
+constexpr OptionDef kFamilyOptions[] = {{"optButterworth", "Butterworth"},
+                                        {"optChebycheff", "Chebyshev"},
+                                        {"optCauer", "Cauer"},
+                                        {"optZelmar", "Zelmar"},
+                                        {"optBessel", "Bessel"}};
+constexpr OptionDef kTopologyOptions[] = {{"optCinlowpass", "C-input lowpass"},
+                                          {"optLinlowpass", "L-input lowpass"},
+                                          {"optCinhighpass", "C-input highpass"},
+                                          {"optLinhighpass", "L-input highpass"}};
 constexpr const char* kTopologies[] = {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"};
-constexpr OptionSpec kRippleOptions[] = {
+constexpr OptionDef kRippleOptions[] = {
     {"opt01", ".01 dB (RF)"}, {"opt044", ".044 dB (RF)"}, {"opt200", ".200 dB (AF)"}};
 constexpr float kRipples[] = {0.01f, 0.044f, 0.2f};
-constexpr OptionSpec kStopbandOptions[] = {{"optAstop30", "30 dB"},
-                                           {"optAstop40", "40 dB"},
-                                           {"optAstop50", "50 dB"},
-                                           {"optAstop60", "60 dB"}};
+constexpr OptionDef kStopbandOptions[] = {{"optAstop30", "30 dB"},
+                                          {"optAstop40", "40 dB"},
+                                          {"optAstop50", "50 dB"},
+                                          {"optAstop60", "60 dB"}};
 constexpr float kStopbands[] = {30, 40, 50, 60};
 
 template <typename T>

@@ -25,12 +25,12 @@ DisplayPage::DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, Pa
 }
 
 void DisplayPage::Build() {
-  struct ButtonSpec {
+  struct ButtonDef {
     const char* name;
     const char* caption;
     void (DisplayPage::*action)();
   };
-  const ButtonSpec buttons[] = {
+  const ButtonDef buttons[] = {
       {"cmdUp", "Up 1%", &DisplayPage::OnUp},
       {"cmdDown", "Down 1%", &DisplayPage::OnDown},
       {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},

@@ -80,8 +80,7 @@ void SetTextMeasure(TextMeasureFunction measure) {
 
 float MeasureText(const std::string& text, const std::string& family, float pointSize, bool bold) {
   if (g_measure) return g_measure(text, family, pointSize, bold);
-  float w = EstimateTextWidth(text, pointSize);
-  return bold ? w * 1.08f : w;
+  return EstimateTextWidth(text, pointSize, bold);
 }
 
 RecordingCanvas::RecordingCanvas() = default;
@@ -105,10 +104,13 @@ void RecordingCanvas::Append(DrawOp&& op) {
   if (!indexValid_) {
     index_.clear();
     for (size_t i = 0; i < ops_.size(); ++i)
-      if (!ops_[i].hidden && ops_[i].kind != DrawOp::Kind::Box) index_.emplace(SpotKey(ops_[i]), i);
+      if (!ops_[i].hidden && ops_[i].kind != DrawOp::Kind::Box &&
+          ops_[i].kind != DrawOp::Kind::Point)
+        index_.emplace(SpotKey(ops_[i]), i);
     indexValid_ = true;
   }
-  if (op.kind != DrawOp::Kind::Box) {
+  // Points (overlay dots) are few and cleared with the plot; each is kept.
+  if (op.kind != DrawOp::Kind::Box && op.kind != DrawOp::Kind::Point) {
     uint64_t key = SpotKey(op);
     auto [first, last] = index_.equal_range(key);
     for (auto it = first; it != last;) {
@@ -231,23 +233,28 @@ const std::vector<DrawOp>& RecordingCanvas::Ops() const {
   return ops_;
 }
 
-float EstimateTextWidth(const std::string& text, float pointSize) {
-  // Average Arial advance is a little over half the em; digits are 0.556 em.
-  float em = pointSize * 20;
-  float units = 0;
-  for (unsigned char c : text) {
-    if (c >= '0' && c <= '9')
-      units += 0.556f;
-    else if (c == ' ' || c == '.' || c == ',' || c == ':' || c == 'i' || c == 'l')
-      units += 0.278f;
-    else if (c == 'M' || c == 'W' || c == 'm' || c == 'w')
-      units += 0.85f;
-    else if (c >= 'A' && c <= 'Z')
-      units += 0.68f;
-    else
-      units += 0.556f;
-  }
-  return units * em;
+// Advance widths of the Arial metrics (shared by Liberation Sans) for the
+// printable ASCII characters, in thousandths of an em.
+constexpr uint16_t kArialAdvance[95] = {
+    277, 277, 354, 556, 556, 889, 666, 190, 333, 333, 389, 583, 277, 333,  277, 277, 556, 556, 556,
+    556, 556, 556, 556, 556, 556, 556, 277, 277, 583, 583, 583, 556, 1015, 666, 666, 722, 722, 666,
+    610, 777, 722, 277, 500, 666, 556, 833, 722, 777, 666, 777, 722, 666,  610, 722, 666, 943, 666,
+    666, 610, 277, 277, 277, 469, 556, 333, 556, 556, 500, 556, 556, 277,  556, 556, 222, 222, 500,
+    222, 833, 556, 556, 556, 556, 333, 500, 277, 556, 500, 722, 500, 500,  500, 333, 259, 333, 583,
+};
+constexpr uint16_t kArialBoldAdvance[95] = {
+    277, 333, 474, 556, 556, 889, 722, 237, 333, 333, 389, 583, 277, 333, 277, 277, 556, 556, 556,
+    556, 556, 556, 556, 556, 556, 556, 333, 333, 583, 583, 583, 610, 975, 722, 722, 722, 722, 666,
+    610, 777, 722, 277, 556, 722, 610, 833, 722, 777, 666, 777, 722, 666, 610, 722, 666, 943, 666,
+    666, 610, 333, 277, 333, 583, 556, 333, 556, 610, 556, 610, 556, 333, 610, 610, 277, 277, 556,
+    277, 889, 610, 610, 610, 610, 389, 556, 333, 610, 556, 777, 556, 556, 500, 389, 279, 389, 583,
+};
+
+float EstimateTextWidth(const std::string& text, float pointSize, bool bold) {
+  const uint16_t* table = bold ? kArialBoldAdvance : kArialAdvance;
+  float thousandths = 0;
+  for (unsigned char c : text) thousandths += (c >= 32 && c < 127) ? table[c - 32] + 0.5f : 556;
+  return thousandths / 1000 * pointSize * 20;
 }
 
 }  // namespace drenik

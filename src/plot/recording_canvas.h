@@ -90,8 +90,8 @@ class RecordingCanvas : public Canvas {
   bool bold_ = false;
 };
 
-// Text width estimate in page units for the Arial/Liberation Sans metrics at
-// the given point size (used where no real font is at hand).
-float EstimateTextWidth(const std::string& text, float pointSize);
+// Text width in page units by the Arial/Liberation Sans advance widths at the
+// given point size (used where no real font is at hand; no kerning).
+float EstimateTextWidth(const std::string& text, float pointSize, bool bold = false);
 
 }  // namespace drenik

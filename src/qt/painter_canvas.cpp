@@ -21,10 +21,12 @@ namespace {
 constexpr double kScaledPenUnit = 12000.0 / 1600.0;
 constexpr double kTwoPi = 6.283185307179586;
 
+// Square caps close the corners of frames; bevel joins keep curves of many
+// short segments cheap to stroke.
 QPen MakePen(int32_t color, int width, PenMode mode) {
   QPen pen(PageColor(color));
-  pen.setCapStyle(Qt::RoundCap);
-  pen.setJoinStyle(Qt::RoundJoin);
+  pen.setCapStyle(Qt::SquareCap);
+  pen.setJoinStyle(Qt::BevelJoin);
   int w = std::max(1, width);
   if (mode == PenMode::Cosmetic) {
     pen.setCosmetic(true);
@@ -44,7 +46,7 @@ const QFontMetricsF& MetricsFor(const std::string& family, float pointSize, bool
 
 float QtMeasure(const std::string& text, const std::string& family, float pointSize, bool bold) {
   if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
-    return EstimateTextWidth(text, pointSize) * (bold ? 1.08f : 1.f);
+    return EstimateTextWidth(text, pointSize, bold);
   return static_cast<float>(
       MetricsFor(family, pointSize, bold).horizontalAdvance(QString::fromStdString(text)));
 }
@@ -118,23 +120,68 @@ void ReplayPage(QPainter& painter, const RecordingCanvas& page, const QRectF& ta
   painter.setClipRect(QRectF(0, 0, kPageWidth, kPageHeight), Qt::IntersectClip);
   painter.setBrush(Qt::NoBrush);
 
-  // Runs of lines in one colour and width go out in one call.
-  QVector<QLineF> run;
+  // Runs of lines in one colour and width go out in one call, joined ones
+  // (a curve) as one polyline.
+  QVector<QPointF> chain;
+  QVector<QLineF> loose;
   int32_t runColor = 0;
   int runWidth = 1;
+  // On raster devices a curve drops the points that lie within 0.7 device
+  // pixels of the last one kept: the picture is the same, the stroking cheaper.
+  const QTransform device = painter.combinedTransform();
+  QVector<QPointF> kept;
+  auto flushChain = [&] {
+    if (chain.size() >= 2) {
+      painter.setPen(MakePen(runColor, runWidth, pens));
+      const QVector<QPointF>* points = &chain;
+      if (pens == PenMode::Cosmetic && chain.size() > 8) {
+        kept.clear();
+        kept.append(chain.front());
+        QPointF last = device.map(chain.front());
+        for (qsizetype i = 1; i + 1 < chain.size(); ++i) {
+          QPointF p = device.map(chain[i]);
+          if (std::abs(p.x() - last.x()) >= 0.7 || std::abs(p.y() - last.y()) >= 0.7) {
+            kept.append(chain[i]);
+            last = p;
+          }
+        }
+        kept.append(chain.back());
+        points = &kept;
+      }
+      if (points->size() == 2 && (*points)[0] == (*points)[1])
+        painter.drawPoint((*points)[0]);
+      else
+        painter.drawPolyline(points->constData(), static_cast<int>(points->size()));
+    }
+    chain.clear();
+  };
   auto flush = [&] {
-    if (run.isEmpty()) return;
-    painter.setPen(MakePen(runColor, runWidth, pens));
-    painter.drawLines(run);
-    run.clear();
+    flushChain();
+    if (!loose.isEmpty()) {
+      painter.setPen(MakePen(runColor, runWidth, pens));
+      painter.drawLines(loose);
+      loose.clear();
+    }
   };
 
   for (const DrawOp& op : page.Ops()) {
     if (op.kind == DrawOp::Kind::Line) {
-      if (!run.isEmpty() && (op.color != runColor || op.width != runWidth)) flush();
+      if ((!chain.isEmpty() || !loose.isEmpty()) && (op.color != runColor || op.width != runWidth))
+        flush();
       runColor = op.color;
       runWidth = op.width;
-      run.append(QLineF(op.x1, op.y1, op.x2, op.y2));
+      QPointF a(op.x1, op.y1), b(op.x2, op.y2);
+      if (!chain.isEmpty() && chain.back() == a) {
+        chain.append(b);
+      } else {
+        if (chain.size() == 2 && chain[0] != chain[1])
+          loose.append(QLineF(chain[0], chain[1]));
+        else
+          flushChain();
+        chain.clear();
+        chain.append(a);
+        chain.append(b);
+      }
       continue;
     }
     flush();

@@ -286,11 +286,8 @@ TEST(Cli, ValueStagesFollowTheDisplayPage) {
 }
 
 TEST(Cli, ChoicesAreReadAsThePageReadsItsBoxes) {
-  EXPECT_EQ(DesignJson({"--bandwidth", "0"})["Width"].AsFloat(), 0.1f);
-  EXPECT_EQ(DesignJson({"--bandwidth", "2e10"})["Width"].AsFloat(), 1e10f);
   EXPECT_EQ(DesignJson({"--bandwidth", "4,7k"})["Width"].AsFloat(), 4700.0f);
   EXPECT_EQ(DesignJson({"--q", "1"})["Qind"].AsFloat(), 2.0f);
-  EXPECT_EQ(DesignJson({"--q", "inf"})["Qind"].AsFloat(), 1e6f);
   EXPECT_EQ(DesignJson({"--impedance", "5M"})["Rsource"].AsFloat(), 1e6f);
   Json zelmar = DesignJson({"--family", "zelmar", "--impedance", "75"});
   EXPECT_EQ(zelmar["Order"].AsInt(), 5);

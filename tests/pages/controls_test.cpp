@@ -61,31 +61,6 @@ TEST(Controls, TextChangeHandlerRunsOnlyOnARealChange) {
   EXPECT_EQ(runs, 1);  // going back to the design-time text is not typing
 }
 
-TEST(Controls, LookupByNameAndKind) {
-  RecordingPlatform platform;
-  ControlSet set(platform);
-  set.AddLabel("lblRipple", "(3 dB)");
-  set.AddButton("cmdDesign", "Display responses");
-  EXPECT_NE(set.FindLabel("lblRipple"), nullptr);
-  EXPECT_EQ(set.FindOption("lblRipple"), nullptr);
-  EXPECT_EQ(set.Find("nothing"), nullptr);
-  EXPECT_EQ(set.FindButton("cmdDesign")->Caption(), "Display responses");
-}
-
-TEST(Controls, ObserverSeesEveryChangeAndTheRevisionGrows) {
-  RecordingPlatform platform;
-  ControlSet set(platform);
-  Label& label = set.AddLabel("lblA", "x");
-  std::vector<std::string> seen;
-  set.SetObserver([&](const Control& c) { seen.push_back(c.Name() + "=" + c.Caption()); });
-  uint64_t before = set.Revision();
-  label.SetCaption("y");
-  label.SetCaption("y");  // no change, no notice
-  label.SetEnabled(false);
-  EXPECT_EQ(set.Revision(), before + 2);
-  EXPECT_EQ(seen, (std::vector<std::string>{"lblA=y", "lblA=y"}));
-}
-
 // An engine error inside a nested event stops the whole outer event and is
 // shown once, by the outermost one.
 TEST(Controls, EngineErrorsAreShownOnceByTheOutermostEvent) {

@@ -26,6 +26,8 @@ TEST_F(OpeningPageTest, LoadSetsIdentityConstantsAndReadsTheSession) {
   EXPECT_EQ(D().Order, 7);
   EXPECT_EQ(D().Width, 1e10f);
   EXPECT_EQ(D().Qind, 300.0f);
+  App().Opening().VisitUserGuide();
+  EXPECT_EQ(platform.urls, std::vector<std::string>{"guide.html"});
 }
 
 TEST_F(OpeningPageTest, ExitEndsWithoutTouchingTheSessionFile) {
@@ -36,12 +38,6 @@ TEST_F(OpeningPageTest, ExitEndsWithoutTouchingTheSessionFile) {
   EXPECT_TRUE(platform.ended);
   EXPECT_EQ(App().CurrentPage(), PageId::Ended);
   EXPECT_EQ(ReadSession(), line + "\r\n");
-}
-
-TEST_F(OpeningPageTest, VisitOpensTheUserGuide) {
-  App().Start();
-  App().Opening().VisitUserGuide();
-  EXPECT_EQ(platform.urls, std::vector<std::string>{"guide.html"});
 }
 
 // Without a session path (the command line) the file is neither read nor

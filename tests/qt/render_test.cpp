@@ -152,6 +152,12 @@ TEST_F(Render, FontsResolveToTwinsAndMeasureAlike) {
   QFontMetricsF metrics(PageFont("Arial", 8, false));
   EXPECT_NEAR(page.TextWidth("-70"), metrics.horizontalAdvance("-70"), 0.01);
   EXPECT_GT(page.TextWidth("-70"), page.TextWidth("0"));
+  // Without a font at hand the estimate follows the same metrics.
+  for (bool bold : {false, true}) {
+    const char* text = "Bandwidth:  4.2MHz 1.5483uH (Even-ordered";
+    double real = QFontMetricsF(PageFont("Arial", 12, bold)).horizontalAdvance(text);
+    EXPECT_NEAR(EstimateTextWidth(text, 12, bold), real, real * 0.005) << bold;
+  }
 }
 
 TEST_F(Render, WidgetRepaintsAndMapsThePointerToPageUnits) {
