@@ -38,7 +38,7 @@ ControlPageView::ControlPageView(ControlSet& controls, PageCanvas& drawing,
   entries_.reserve(places.size());
   for (const ControlPlace& place : places) {
     Control* control = controls_.Find(place.name);
-    if (!control) throw std::logic_error(std::string("no control named ") + place.name);
+    if (!control) continue;  // a place for a control this page does not have
     Entry entry{place, control, nullptr, false};
     entries_.push_back(entry);
     byControl_[control] = entries_.size() - 1;

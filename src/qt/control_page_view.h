@@ -37,7 +37,7 @@ class ControlPageView : public QWidget {
   Q_OBJECT
  public:
   // The widgets are created in the order of `places`, which is also the tab
-  // order. Every place must name a control of the set.
+  // order; a frame comes before the controls inside it.
   ControlPageView(ControlSet& controls, PageCanvas& drawing, std::vector<ControlPlace> places,
                   QWidget* parent = nullptr);
 

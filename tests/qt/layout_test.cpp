@@ -139,11 +139,16 @@ TEST_F(LayoutTest, ScreenshotsOfThePages) {
   save("opening.png");
   Click(Button(Window().OpeningView(), "cmdStart"));
   save("design.png");
+  Click(Radio("optZelmar"));
+  save("design-zelmar.png");
   Click(Button(Window().DesignView(), "cmdDesign"));
   Click(Button(Window().DisplayView(), "cmdVSWR"));
   Click(Button(Window().DisplayView(), "cmdTime"));
   MoveMouse(DisplayPixel(5200, 6100));
   save("display.png");
+  Window().resize(1600, 900);  // wider than 4:3: margins left and right
+  QPixmap wide = Window().grab();
+  EXPECT_TRUE(wide.save(out.filePath("display-wide.png")));
 }
 
 }  // namespace
