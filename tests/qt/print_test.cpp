@@ -16,13 +16,23 @@
 namespace drenik::testing {
 namespace {
 
-TEST(PrintPage, TitleNamesRippleAndStopbandOnlyWhereTheFamilyHasThem) {
+TEST(PrintPage, TitleByFamilyAndPrinterError) {
   EXPECT_EQ(PrintTitle(FirstStartDesign(kCauer)),
             "Cauer filter, order 5, cutoff 4.2MHz, ripple 0.044 dB, stopband 40 dB");
   EXPECT_EQ(PrintTitle(FirstStartDesign(kChebyshev, 7)),
             "Chebyshev filter, order 7, cutoff 4.2MHz, ripple 0.044 dB");
   EXPECT_EQ(PrintTitle(FirstStartDesign(kButterworth, 3)),
             "Butterworth filter, order 3, cutoff 4.2MHz");
+
+  PrepareQtDrawing();
+  QPrinter printer;
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName("/nonexistent-folder/page.pdf");
+  RecordingPlatform platform;
+  EXPECT_FALSE(
+      PrintDisplayPage(FirstStartDesign(kChebyshev), RecordingCanvas(), printer, platform));
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text, "Printer Error");
 }
 
 TEST(PrintPage, PdfHoldsTitleAxisLabelsAndFooter) {
@@ -55,19 +65,6 @@ TEST(PrintPage, PdfHoldsTitleAxisLabelsAndFooter) {
         std::string("VSWR"), std::string("Drenik Filter Designer 2.12")}) {
     EXPECT_TRUE(text.contains(QString::fromStdString(expected))) << expected;
   }
-}
-
-TEST(PrintPage, PrinterThatCannotBeDrawnOnShowsPrinterError) {
-  PrepareQtDrawing();
-  DesignRecord d = FirstStartDesign(kChebyshev);
-  RecordingCanvas page;
-  QPrinter printer;
-  printer.setOutputFormat(QPrinter::PdfFormat);
-  printer.setOutputFileName("/nonexistent-folder/page.pdf");
-  RecordingPlatform platform;
-  EXPECT_FALSE(PrintDisplayPage(d, page, printer, platform));
-  ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(platform.messages[0].text, "Printer Error");
 }
 
 }  // namespace
