@@ -16,7 +16,6 @@
 namespace drenik {
 
 // Curve colours of the legends (blue in the high byte).
-inline constexpr int32_t kLightRed = 8947967;
 
 // The data readout for a cursor position on the display page.
 struct DataReadout {
@@ -82,8 +81,6 @@ class DisplayPage {
   void Time();
   void Inductors();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
-  void PrintBandwidth();
-  void PrintLegends();
   void PrintReadout(const DataReadout& readout);
   // A save dialog proposing the last file's name with `extension`; a
   // cancelled dialog writes nothing and says nothing.
