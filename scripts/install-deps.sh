@@ -10,6 +10,7 @@ packages=(
   fonts-liberation2 fontconfig              # metric twins of Arial and Times New Roman
   libgtest-dev libgmock-dev libbenchmark-dev
   ngspice                                   # independent check of the analysis
+  poppler-utils                             # pdftotext: texts of the printed page
   clang libclang-rt-14-dev                  # libFuzzer targets
   clang-format
 )

@@ -30,6 +30,17 @@ void Application::ShowDisplayPage() {
   Enter(PageId::Display);
 }
 
+void Application::ShowSpicePage() {
+  spice_.emplace(record_, platform_);
+  if (spiceObserver_) spiceObserver_(*spice_);
+}
+
+bool Application::PrintDisplayPage() {
+  if (!printService_) return false;
+  printService_();
+  return true;
+}
+
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {

@@ -4,6 +4,7 @@
 // command line drives it without a view.
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/design_record.h"
@@ -13,6 +14,7 @@
 #include "pages/display_page.h"
 #include "pages/opening_page.h"
 #include "pages/page_host.h"
+#include "pages/spice_page.h"
 #include "plot/recording_canvas.h"
 
 namespace drenik {
@@ -64,6 +66,17 @@ class Application : public PageHost {
   PageCanvas& DesignCanvas() { return designCanvas_; }
   PageCanvas& DisplayCanvas() { return displayCanvas_; }
 
+  // The LTspice export page, made afresh each time the display page asks
+  // for it (null before that). The observer shows it; the window opens its
+  // dialog there.
+  SpicePage* Spice() { return spice_ ? &*spice_ : nullptr; }
+  void SetSpiceObserver(std::function<void(SpicePage&)> observer) {
+    spiceObserver_ = std::move(observer);
+  }
+  // Prints the display page (the window's print dialog). Without a service
+  // the display page's print button shows a message.
+  void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
+
   // Called after each change of page, once the new page has loaded.
   void SetPageObserver(std::function<void(PageId)> observer) {
     pageObserver_ = std::move(observer);
@@ -74,6 +87,8 @@ class Application : public PageHost {
   void ShowDisplayPage() override;
   void EndProgram(bool writeSession) override;
   const std::string& UserGuideUrl() const override { return options_.userGuideUrl; }
+  void ShowSpicePage() override;
+  bool PrintDisplayPage() override;
 
  private:
   void Enter(PageId page);
@@ -87,8 +102,11 @@ class Application : public PageHost {
   OpeningPage opening_;
   DesignPage design_;
   DisplayPage display_;
+  std::optional<SpicePage> spice_;
   PageId current_ = PageId::Opening;
   std::function<void(PageId)> pageObserver_;
+  std::function<void(SpicePage&)> spiceObserver_;
+  std::function<void()> printService_;
 };
 
 }  // namespace drenik

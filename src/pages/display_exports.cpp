@@ -1,22 +1,34 @@
-// The display page's export buttons.
+// The display page's export buttons: printing, the overlay files, the Pallis
+// file, the LTspice page, and the netlist, Touchstone and CSV files.
+#include <filesystem>
+
 #include "export/writers.h"
 #include "pages/display_page.h"
+#include "plot/overlay.h"
 
 namespace drenik {
 
+namespace {
+
+// The last file's name with the writer's extension, else "Default" with it.
+std::string ProposedName(const std::string& fileName, const std::string& extension) {
+  if (fileName.empty()) return "Default" + extension;
+  return std::filesystem::path(fileName).replace_extension(extension).string();
+}
+
+}  // namespace
+
 void DisplayPage::SaveWithDialog(const std::string& title, const std::string& filter,
+                                 const std::string& extension,
                                  bool (*writer)(const DesignRecord&, const std::string&,
                                                 Platform&)) {
   controls_.RunEvent([&] {
-    std::string name = platform_.SaveFileDialog(title, filter, d_.FileName);
+    std::string name =
+        platform_.SaveFileDialog(title, filter, ProposedName(d_.FileName, extension));
     if (name.empty()) return;
     d_.FileName = name;
     writer(d_, name, platform_);
   });
-}
-
-void DisplayPage::NotAvailableYet(const std::string& what) {
-  platform_.ShowMessage(what + " is not available yet.", "", MessageIcon::Information);
 }
 
 void DisplayPage::OnWritePallis() {
@@ -33,31 +45,35 @@ void DisplayPage::OnWritePallis() {
 }
 
 void DisplayPage::OnExportNetlist() {
-  SaveWithDialog("Save SPICE netlist", "SPICE netlists (*.cir)|*.cir", &WriteSpiceNetlist);
+  SaveWithDialog("Save SPICE netlist", "SPICE netlist (*.cir)|*.cir", ".cir", &WriteSpiceNetlist);
 }
 
 void DisplayPage::OnExportTouchstone() {
-  SaveWithDialog("Save Touchstone file", "Touchstone files (*.s2p)|*.s2p", &WriteTouchstone);
+  SaveWithDialog("Save Touchstone file", "Touchstone file (*.s2p)|*.s2p", ".s2p", &WriteTouchstone);
 }
 
 void DisplayPage::OnExportCsv() {
-  SaveWithDialog("Save sweep as CSV", "CSV files (*.csv)|*.csv", &WriteSweepCsv);
+  SaveWithDialog("Save sweep as CSV", "CSV file (*.csv)|*.csv", ".csv", &WriteSweepCsv);
 }
 
-// TODO(exports): the LTspice export page.
 void DisplayPage::OnSpice() {
-  NotAvailableYet("The LTspice export");
+  controls_.RunEvent([this] { host_.ShowSpicePage(); });
 }
-// TODO(exports): printing the page.
+
 void DisplayPage::OnPrint() {
-  NotAvailableYet("Printing");
+  controls_.RunEvent([this] {
+    if (!host_.PrintDisplayPage()) {
+      platform_.ShowMessage("Printing is available in the designer window.");
+    }
+  });
 }
-// TODO(exports): the overlay files Data.S21, Data.S11 and Data.SWR.
+
 void DisplayPage::OnSaveOverlay() {
-  NotAvailableYet("Saving an overlay");
+  controls_.RunEvent([this] { SaveOverlay(d_, platform_); });
 }
+
 void DisplayPage::OnGetOverlay() {
-  NotAvailableYet("Loading an overlay");
+  controls_.RunEvent([this] { GetOverlay(d_, canvas_, platform_); });
 }
 
 }  // namespace drenik

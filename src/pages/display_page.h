@@ -49,7 +49,8 @@ class DisplayPage {
   void OnExit();
   void OnMouseMove(float x, float y);
 
-  // Exports.
+  // Exports. Print and LTspice go through the host: without a window the
+  // print button shows a message and the LTspice page is not shown.
   void OnPrint();
   void OnSaveOverlay();
   void OnGetOverlay();
@@ -81,9 +82,11 @@ class DisplayPage {
   void Inductors();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
   void PrintReadout(const DataReadout& readout);
+  // A save dialog proposing the last file's name with `extension`; a
+  // cancelled dialog writes nothing and says nothing.
   void SaveWithDialog(const std::string& title, const std::string& filter,
+                      const std::string& extension,
                       bool (*writer)(const DesignRecord&, const std::string&, Platform&));
-  void NotAvailableYet(const std::string& what);
 
   DesignRecord& d_;
   Platform& platform_;

@@ -1,6 +1,7 @@
 #pragma once
 // What a page asks of the application that holds it: going to another page,
-// ending the program and the address of the user guide.
+// ending the program, the address of the user guide, and the two services
+// only a window has (the LTspice page, printing).
 
 #include <string>
 
@@ -15,6 +16,10 @@ class PageHost {
   virtual void EndProgram(bool writeSession) = 0;
   // The maker's page opened by the web links: the program's user guide.
   virtual const std::string& UserGuideUrl() const = 0;
+  // The LTspice export page; a host without a window has none.
+  virtual void ShowSpicePage() {}
+  // Prints the display page; false when the host cannot print.
+  virtual bool PrintDisplayPage() { return false; }
 };
 
 }  // namespace drenik

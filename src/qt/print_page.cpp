@@ -1,0 +1,121 @@
+#include "qt/print_page.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPrintDialog>
+
+#include "core/formatters.h"
+#include "pages/opening_page.h"
+#include "plot/response_plot.h"
+#include "qt/painter_canvas.h"
+
+namespace drenik {
+
+namespace {
+
+std::string Trimmed(const std::string& text) {
+  size_t first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+const char* FamilyName(int16_t family) {
+  switch (family) {
+    case kButterworth:
+      return "Butterworth";
+    case kChebyshev:
+      return "Chebyshev";
+    case kCauer:
+      return "Cauer";
+    case kZelmar:
+      return "Zelmar";
+    case kBessel:
+      return "Bessel";
+    default:
+      return "LC";
+  }
+}
+
+QFont PrintFont(double points, bool bold) {
+  QFont font(ResolvedFamily("Arial"));
+  font.setPointSizeF(points);
+  font.setBold(bold);
+  return font;
+}
+
+// The axis labels over the replayed page, in page units: the main plot's
+// two curves share one dB scale.
+void DrawAxisLabels(QPainter& painter, const QRectF& target) {
+  PainterCanvas canvas(painter, target, PenMode::Scaled);
+  canvas.SetFont("Arial", 8, true);
+  canvas.SetForeColor(kBlack);
+  canvas.SetTextPosition(kPlotLeft, kPlotTop - 330);
+  canvas.Print("Transmission, dB");
+  const std::string back = "Return, dB";
+  canvas.SetTextPosition(kPlotRight - canvas.TextWidth(back), kPlotTop - 330);
+  canvas.Print(back);
+}
+
+}  // namespace
+
+std::string PrintTitle(const DesignRecord& d) {
+  std::string title = std::string(FamilyName(d.Family)) + " filter, order " +
+                      std::to_string(d.Order) + ", cutoff " + Trimmed(FormatFrequency(d.Width));
+  if (d.Family == kChebyshev || d.Family == kCauer) {
+    title += ", ripple " + Trimmed(FormatSmall(d.Apass)) + " dB";
+  } else if (d.Family == kZelmar) {
+    title += ", ripple " + Trimmed(FormatSmall(0.2)) + " dB";
+  }
+  if (d.Family == kCauer) title += ", stopband " + Trimmed(FormatValue(d.Astop)) + " dB";
+  return title;
+}
+
+bool PrintDisplayPage(const DesignRecord& d, const RecordingCanvas& page, QPrinter& printer,
+                      Platform& platform) {
+  PrepareQtDrawing();
+  QPainter painter;
+  if (!printer.isValid() || !painter.begin(&printer)) {
+    platform.ShowMessage(kPrinterError);
+    return false;
+  }
+  const QRectF area(0, 0, printer.width(), printer.height());
+  const QFont titleFont = PrintFont(14, true);
+  const QFont footerFont = PrintFont(9, false);
+  const double titleHeight = QFontMetricsF(titleFont, &printer).height();
+  const double footerHeight = QFontMetricsF(footerFont, &printer).height();
+
+  painter.setPen(Qt::black);
+  painter.setFont(titleFont);
+  painter.drawText(QRectF(area.left(), area.top(), area.width(), titleHeight),
+                   Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(PrintTitle(d)));
+
+  const std::string program = (d.ProgramTitle.empty() ? kProgramTitle : d.ProgramTitle) + " " +
+                              (d.Version.empty() ? kProgramVersion : d.Version);
+  painter.setFont(footerFont);
+  painter.drawText(QRectF(area.left(), area.bottom() - footerHeight, area.width(), footerHeight),
+                   Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(program));
+
+  const QRectF drawing(area.left(), area.top() + 1.5 * titleHeight, area.width(),
+                       area.height() - 1.5 * titleHeight - 1.5 * footerHeight);
+  ReplayPage(painter, page, drawing, PenMode::Scaled);
+  DrawAxisLabels(painter, drawing);
+  if (!painter.end()) {
+    platform.ShowMessage(kPrinterError);
+    return false;
+  }
+  return true;
+}
+
+void PrintDisplayPageWithDialog(const DesignRecord& d, const RecordingCanvas& page,
+                                Platform& platform, QWidget* parent) {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setPageOrientation(QPageLayout::Landscape);
+  printer.setDocName(QString::fromUtf8(kProgramTitle));
+  printer.setCreator(QString::fromUtf8(kProgramTitle));
+  QPrintDialog dialog(&printer, parent);
+  dialog.setWindowTitle(QStringLiteral("Print"));
+  if (dialog.exec() != QDialog::Accepted) return;
+  PrintDisplayPage(d, page, printer, platform);
+}
+
+}  // namespace drenik
