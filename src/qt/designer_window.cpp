@@ -1,5 +1,8 @@
 #include "qt/designer_window.h"
 
+#include "qt/print_page.h"
+#include "qt/spice_dialog.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QUrl>
@@ -131,6 +134,12 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
       [&app](float x, float y) { app.Display().OnMouseMove(x, y); });
   setMinimumSize(400, 300);
 
+  // The display page's Print and LTspice buttons need the desktop: the print
+  // dialog and the export page open over this window.
+  app.SetPrintService([this] {
+    PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
+  });
+  app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());
 }
