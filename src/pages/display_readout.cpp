@@ -35,7 +35,8 @@ DataReadout ComputeReadout(const DesignRecord& d, float x, float y) {
   float vswr = d.VSWR[i];
   if (vswr > 2.4f) vswr = 2.4f;
   r.vswr = (vswr == 2.4f ? ">" : "") + FormatValue(vswr) + ":1";
-  r.delay = FormatPrefixed(std::fabs(d.Delay[i]));
+  // The prefix formatter leaves the unit to its caller: seconds here.
+  r.delay = FormatPrefixed(std::fabs(d.Delay[i])) + "s";
   return r;
 }
 

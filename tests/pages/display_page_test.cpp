@@ -149,7 +149,7 @@ TEST_F(ReadoutTest, TextsCarryTheirSignsUnitsAndTheVswrLimit) {
   EXPECT_EQ(r.transmission, "-" + std::string("0.2") + "dB");
   EXPECT_EQ(r.reflection, "-23.5dB:");
   EXPECT_EQ(r.vswr, ">" + FormatValue(2.4f) + ":1");
-  EXPECT_EQ(r.delay, FormatPrefixed(1.5e-7f));
+  EXPECT_EQ(r.delay, FormatPrefixed(1.5e-7f) + "s");
 
   d.VSWR[500] = 2.4f;  // exactly the limit reads as "more than"
   EXPECT_EQ(ComputeReadout(d, 5500, 6000).vswr, ">" + FormatValue(2.4f) + ":1");
