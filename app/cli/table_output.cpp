@@ -30,18 +30,7 @@ const char* ElementKindName(int code) {
   }
 }
 
-const char* FamilyName(int family) {
-  static const char* const kNames[] = {"Butterworth", "Chebyshev", "Cauer", "Zelmar", "Bessel"};
-  return family >= 1 && family <= 5 ? kNames[family - 1] : "unknown";
-}
-
 namespace {
-
-std::string Trim(const std::string& s) {
-  size_t a = s.find_first_not_of(' ');
-  if (a == std::string::npos) return {};
-  return s.substr(a, s.find_last_not_of(' ') - a + 1);
-}
 
 std::string Padded(const std::string& s, size_t width) {
   return s.size() >= width ? s + " " : s + std::string(width - s.size(), ' ');
@@ -63,14 +52,15 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   const DesignRecord& d = chosen;
   out << d.ProgramTitle << " " << d.Version << "\n";
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
-  out << "Cutoff " << RippleCaption(d.Family) << ": " << Trim(FormatFrequency(d.Width)) << "\n";
+  out << "Cutoff " << RippleCaption(d.Family) << ": " << TrimBlanks(FormatFrequency(d.Width))
+      << "\n";
   if (d.Family == kButterworth || d.Family == kBessel) {
     out << "Passband: no ripple, 3 dB down at the cutoff\n";
   } else {
-    out << "Passband ripple: " << Trim(FormatValue(exact.Apass)) << " dB\n";
+    out << "Passband ripple: " << TrimBlanks(FormatValue(exact.Apass)) << " dB\n";
   }
   if (d.Family == kCauer) {
-    out << "Stopband depth: " << Trim(FormatValue(exact.Astop)) << " dB";
+    out << "Stopband depth: " << TrimBlanks(FormatValue(exact.Astop)) << " dB";
     // The true edge of this design: the design page's StopbandEdge figure is
     // kept from an earlier odd order when the order is even, and is always
     // the lowpass one.
@@ -78,15 +68,15 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
       const bool highpass = d.Topology.find("highpass") != std::string::npos;
       const double edge =
           highpass ? d.Width / exact.FstopNormalized : double{d.Width} * exact.FstopNormalized;
-      out << ", edge " << Trim(FormatFrequency(edge));
+      out << ", edge " << TrimBlanks(FormatFrequency(edge));
     }
     out << "\n";
   }
-  out << "Rsource: " << Trim(FormatValue(d.Rsource))
-      << " ohms, Rload: " << Trim(FormatValue(d.Rload)) << " ohms\n";
-  out << "Transmission at cutoff: " << Trim(FormatValue(TransmissionAtCutoff(exact)))
-      << " dB (exact), " << Trim(FormatValue(TransmissionAtCutoff(d))) << " dB (" << chosenTitle
-      << ")\n\n";
+  out << "Rsource: " << TrimBlanks(FormatValue(d.Rsource))
+      << " ohms, Rload: " << TrimBlanks(FormatValue(d.Rload)) << " ohms\n";
+  out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
+      << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
+      << chosenTitle << ")\n\n";
 
   out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12) << Padded("C exact", 12)
       << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";

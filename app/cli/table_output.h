@@ -15,6 +15,5 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
                       const std::string& chosenTitle, std::ostream& out);
 
 const char* ElementKindName(int code);
-const char* FamilyName(int family);
 
 }  // namespace drenik::cli

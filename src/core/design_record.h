@@ -31,6 +31,13 @@ inline constexpr int16_t kCauer = 3;
 inline constexpr int16_t kZelmar = 4;
 inline constexpr int16_t kBessel = 5;
 
+// "Butterworth", "Chebyshev", "Cauer", "Zelmar", "Bessel"; "unknown" for any
+// other code.
+inline const char* FamilyName(int family) {
+  static const char* const kNames[] = {"Butterworth", "Chebyshev", "Cauer", "Zelmar", "Bessel"};
+  return family >= 1 && family <= 5 ? kNames[family - 1] : "unknown";
+}
+
 // Qind of 1e6 stands for an ideal inductor; Qcap of 1e7 for an ideal capacitor.
 inline constexpr float kInfiniteQind = 1e6f;
 inline constexpr float kInfiniteQcap = 1e7f;

@@ -327,4 +327,10 @@ float CheckEntry(std::string& entry) {
   return static_cast<float>(result);
 }
 
+std::string TrimBlanks(const std::string& text) {
+  const size_t first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
 }  // namespace drenik

@@ -22,6 +22,10 @@ std::string FormatValue(double value);
 // The passband ripple in the printed title.
 std::string FormatSmall(double value);
 
+// The formatters' texts without their leading and trailing blanks, for labels
+// that are laid out by their own position.
+std::string TrimBlanks(const std::string& text);
+
 // Reads a typed entry. Cuts the caller's text to 12 characters when longer.
 // Never fails: unreadable text reads as 0; the result is clamped to +-1e10.
 float CheckEntry(std::string& entry);

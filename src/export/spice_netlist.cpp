@@ -24,23 +24,6 @@ std::string Number(double v) {
   return buf;
 }
 
-const char* FamilyName(int16_t family) {
-  switch (family) {
-    case kButterworth:
-      return "Butterworth";
-    case kChebyshev:
-      return "Chebyshev";
-    case kCauer:
-      return "Cauer";
-    case kZelmar:
-      return "Zelmar";
-    case kBessel:
-      return "Bessel";
-    default:
-      return "LC";
-  }
-}
-
 bool IsSeries(int16_t code) {
   return code == 1 || code == 3 || code == 7;
 }

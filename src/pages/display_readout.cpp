@@ -7,16 +7,7 @@
 
 namespace drenik {
 
-namespace {
-
-std::string Trimmed(const std::string& text) {
-  size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return {};
-  size_t last = text.find_last_not_of(' ');
-  return text.substr(first, last - first + 1);
-}
-
-}  // namespace
+namespace {}  // namespace
 
 DataReadout ComputeReadout(const DesignRecord& d, float x, float y) {
   DataReadout r;
@@ -29,9 +20,9 @@ DataReadout ComputeReadout(const DesignRecord& d, float x, float y) {
   if (i >= kSweepSlots) i = kSweepSlots - 1;
   r.index = i;
   // FormatFrequency carries its unit already; the readout adds "Hz" again.
-  r.frequency = Trimmed(FormatFrequency(d.Freq[i])) + "Hz";
-  r.transmission = "-" + Trimmed(FormatValue(std::fabs(d.Transmission[i]))) + "dB";
-  r.reflection = "-" + Trimmed(FormatValue(std::fabs(d.Reflection[i]))) + "dB:";
+  r.frequency = TrimBlanks(FormatFrequency(d.Freq[i])) + "Hz";
+  r.transmission = "-" + TrimBlanks(FormatValue(std::fabs(d.Transmission[i]))) + "dB";
+  r.reflection = "-" + TrimBlanks(FormatValue(std::fabs(d.Reflection[i]))) + "dB:";
   float vswr = d.VSWR[i];
   if (vswr > 2.4f) vswr = 2.4f;
   r.vswr = (vswr == 2.4f ? ">" : "") + FormatValue(vswr) + ":1";

@@ -19,13 +19,6 @@ float ScaleBottom(float stored) {
   return stored == 0 ? kDefaultBottom : stored;
 }
 
-std::string Trim(const std::string& s) {
-  size_t a = s.find_first_not_of(' ');
-  if (a == std::string::npos) return {};
-  size_t b = s.find_last_not_of(' ');
-  return s.substr(a, b - a + 1);
-}
-
 // Mantissa rank of a grid frequency: 0 for 1, 2, 5; 1 for 1.5, 3, 4; 2 else.
 int LabelRank(double f) {
   double decade = std::pow(10.0, std::floor(std::log10(f) + 1e-6));
@@ -152,7 +145,7 @@ void DrawFrequencyLabels(const DesignRecord& d, Canvas& canvas, float left, floa
   for (int i = 0; i <= count; ++i) {
     double p;
     if (!LogFraction(d, d.GridFrequency[i], p) || p < minFraction || p > 1.001) continue;
-    std::string text = Trim(FormatFrequency(d.GridFrequency[i]));
+    std::string text = TrimBlanks(FormatFrequency(d.GridFrequency[i]));
     float w = canvas.TextWidth(text);
     float x = static_cast<float>(left + (right - left) * p);
     float l;

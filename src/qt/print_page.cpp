@@ -13,29 +13,6 @@ namespace drenik {
 
 namespace {
 
-std::string Trimmed(const std::string& text) {
-  size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-const char* FamilyName(int16_t family) {
-  switch (family) {
-    case kButterworth:
-      return "Butterworth";
-    case kChebyshev:
-      return "Chebyshev";
-    case kCauer:
-      return "Cauer";
-    case kZelmar:
-      return "Zelmar";
-    case kBessel:
-      return "Bessel";
-    default:
-      return "LC";
-  }
-}
-
 QFont PrintFont(double points, bool bold) {
   QFont font(ResolvedFamily("Arial"));
   font.setPointSizeF(points);
@@ -60,13 +37,13 @@ void DrawAxisLabels(QPainter& painter, const QRectF& target) {
 
 std::string PrintTitle(const DesignRecord& d) {
   std::string title = std::string(FamilyName(d.Family)) + " filter, order " +
-                      std::to_string(d.Order) + ", cutoff " + Trimmed(FormatFrequency(d.Width));
+                      std::to_string(d.Order) + ", cutoff " + TrimBlanks(FormatFrequency(d.Width));
   if (d.Family == kChebyshev || d.Family == kCauer) {
-    title += ", ripple " + Trimmed(FormatSmall(d.Apass)) + " dB";
+    title += ", ripple " + TrimBlanks(FormatSmall(d.Apass)) + " dB";
   } else if (d.Family == kZelmar) {
-    title += ", ripple " + Trimmed(FormatSmall(0.2)) + " dB";
+    title += ", ripple " + TrimBlanks(FormatSmall(0.2)) + " dB";
   }
-  if (d.Family == kCauer) title += ", stopband " + Trimmed(FormatValue(d.Astop)) + " dB";
+  if (d.Family == kCauer) title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";
   return title;
 }
 
