@@ -7,8 +7,6 @@
 
 namespace drenik {
 
-namespace {}  // namespace
-
 DataReadout ComputeReadout(const DesignRecord& d, float x, float y) {
   DataReadout r;
   r.onPlot = x > kPlotLeft && x < kPlotRight && y > kPlotTop && y < kPlotBottom;
