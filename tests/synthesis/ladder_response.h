@@ -15,30 +15,11 @@ inline std::complex<double> LadderGain(const DesignRecord& d, double w) {
   const Cx s(0, w);
   Cx a = 1, b = 0, c = 0, dd = 1;
   for (int k = 1; k <= d.Stages; ++k) {
-    const double l = d.L[k], cap = d.C[k];
-    Cx z = 0, y = 0;  // series impedance or shunt admittance of the position
-    switch (d.ElementType[k]) {
-      case 1:
-        z = s * l;
-        break;
-      case 2:
-        y = 1.0 / (s * l);
-        break;
-      case 3:
-        z = 1.0 / (s * cap);
-        break;
-      case 4:
-        y = s * cap;
-        break;
-      case 6:
-        y = 1.0 / (s * l + 1.0 / (s * cap));
-        break;
-      case 7:
-        z = 1.0 / (1.0 / (s * l) + s * cap);
-        break;
-      default:
-        continue;
-    }
+    // Series impedance z or shunt admittance y of the position; other codes are empty.
+    const int t = d.ElementType[k];
+    const Cx zl = s * double(d.L[k]), yc = s * double(d.C[k]);
+    const Cx z = t == 1 ? zl : t == 3 ? 1.0 / yc : t == 7 ? 1.0 / (1.0 / zl + yc) : 0.0;
+    const Cx y = t == 2 ? 1.0 / zl : t == 4 ? yc : t == 6 ? 1.0 / (zl + 1.0 / yc) : 0.0;
     b += a * z, dd += c * z;  // times [1 z; 0 1]
     a += b * y, c += dd * y;  // times [1 0; y 1]
   }
