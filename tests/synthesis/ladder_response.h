@@ -1,7 +1,6 @@
 #pragma once
-// Independent check for the synthesis tests: the loss of the ladder in d
-// (ElementType, L, C at 1..Stages, ideal parts, Rsource to Rload) by a plain
-// ABCD chain, in dB relative to a matched source and load.
+// Independent check for the synthesis tests: the ladder in d (ElementType, L, C
+// at 1..Stages, Rsource to Rload) by a plain ABCD chain.
 
 #include <cmath>
 #include <complex>
@@ -27,6 +26,7 @@ inline std::complex<double> LadderGain(const DesignRecord& d, double w) {
   return 2.0 * std::sqrt(rs * rl) / (a * rl + b + c * rs * rl + dd * rs);
 }
 
+// Loss in dB relative to a matched source and load.
 inline double LossDb(const DesignRecord& d, double w) {
   return -20.0 * std::log10(std::abs(LadderGain(d, w)));
 }
