@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kMessage = "We did not read the last-session file.";
+constexpr const char* kDefaults = "5,4200000,2,.044,40,\"Cinlowpass\",50,1000000";
 
 // A fresh folder per test; removed again afterwards.
 class SessionFile : public ::testing::Test {
@@ -37,9 +38,6 @@ class SessionFile : public ::testing::Test {
     std::ifstream in(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   }
-  static void ExpectDefaults(const DesignRecord& d) {
-    EXPECT_EQ(LastSessionLine(d), "5,4200000,2,.044,40,\"Cinlowpass\",50,1000000");
-  }
   static DesignRecord Sample() {
     DesignRecord d;
     EXPECT_TRUE(ParseLastSession("7,1E+10,3,.2,60,\"Linhighpass\",75.5,123.4", d));
@@ -51,13 +49,7 @@ class SessionFile : public ::testing::Test {
   testing::RecordingPlatform platform;
 };
 
-TEST_F(SessionFile, WritesTheLineAndReadsItBack) {
-  DesignRecord d;
-  SetLastSessionDefaults(d);
-  d.Width = 4500000;
-  WriteLastSession(d, platform, file);
-  EXPECT_EQ(Get(), "5,4500000,2,.044,40,\"Cinlowpass\",50,1000000\r\n");
-
+TEST_F(SessionFile, WritesTheLineAndReadsItBackInAnySpelling) {
   const DesignRecord written = Sample();
   WriteLastSession(written, platform, file);
   EXPECT_EQ(Get(), "7,1E+10,3,.2,60,\"Linhighpass\",75.5,123.4\r\n");
@@ -67,9 +59,8 @@ TEST_F(SessionFile, WritesTheLineAndReadsItBack) {
   EXPECT_EQ(read.Width, 1e10f);
   EXPECT_TRUE(platform.messages.empty());
   EXPECT_FALSE(fs::exists(file + ".tmp"));
-}
 
-TEST_F(SessionFile, ReadsOtherSpellingsAndKeepsOddValues) {
+  // Other spellings are read and odd values kept.
   Put("4 , 0.044E+8,9,0.01,-3, Linlowpass ,+50,1e6\n");
   DesignRecord d;
   ReadLastSession(d, file);
@@ -84,7 +75,6 @@ TEST_F(SessionFile, ReadsOtherSpellingsAndKeepsOddValues) {
 TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
   const char* faulty[] = {
       "",
-      "7,1E+10,3",
       "7,1E+10,3,.2,60",                                    // five fields
       "7,1E+10,3,.2,60,\"Linhighpass\",75,123,9",           // nine fields
       "7,1E+10,3,.2,60,\"Linhighpass\",75,x",               // garbage number
@@ -105,55 +95,47 @@ TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
     EXPECT_FALSE(ParseLastSession(Get(), d));
     EXPECT_EQ(d.Topology, "Linhighpass");  // a failed parse leaves the record alone
     ReadLastSession(d, file);
-    ExpectDefaults(d);
+    EXPECT_EQ(LastSessionLine(d), kDefaults);
   }
-
-  DesignRecord d = Sample();
-  ReadLastSession(d, (folder / "missing.dat").string());
-  ExpectDefaults(d);
-  d = Sample();
-  ReadLastSession(d, folder.string());  // a folder, not a file
-  ExpectDefaults(d);
+  // A missing file, and a folder in place of the file.
+  for (const fs::path& missing : {folder / "missing.dat", folder}) {
+    DesignRecord d = Sample();
+    ReadLastSession(d, missing.string());
+    EXPECT_EQ(LastSessionLine(d), kDefaults);
+  }
 }
 
 TEST_F(SessionFile, FailedWriteKeepsTheOldFile) {
   const std::string old = "3,1000,1,0,0,\"Cinhighpass\",75,100\r\n";
   Put(old);
+  auto fails = [&](const std::string& path) {
+    platform.messages.clear();
+    WriteLastSession(Sample(), platform, path);
+    ASSERT_EQ(platform.messages.size(), 1u);
+    EXPECT_EQ(platform.messages[0].text, kMessage);
+    EXPECT_EQ(Get(), old);
+  };
 
-  // The temporary copy cannot be created: its name is taken by a folder.
+  // The temporary copy's name is taken by a folder.
   fs::create_directories(file + ".tmp/inside");
-  WriteLastSession(Sample(), platform, file);
-  ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(platform.messages[0].text, kMessage);
-  EXPECT_EQ(Get(), old);
+  fails(file);
   EXPECT_TRUE(fs::is_directory(file + ".tmp/inside"));
   fs::remove_all(file + ".tmp");
 
   // A read-only folder; root writes there regardless, so only when not root.
   if (geteuid() != 0) {
     fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
-    WriteLastSession(Sample(), platform, file);
+    fails(file);
     fs::permissions(folder, fs::perms::owner_all);
-    ASSERT_EQ(platform.messages.size(), 2u);
-    EXPECT_EQ(platform.messages[1].text, kMessage);
-    EXPECT_EQ(Get(), old);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
   }
 
   // The session name itself is a folder: the copy cannot replace it and goes.
   const std::string blocked = (folder / "taken").string();
   fs::create_directories(blocked + "/inside");
-  platform.messages.clear();
-  WriteLastSession(Sample(), platform, blocked);
-  ASSERT_EQ(platform.messages.size(), 1u);
+  fails(blocked);
   EXPECT_TRUE(fs::is_directory(blocked + "/inside"));
   EXPECT_FALSE(fs::exists(blocked + ".tmp"));
-
-  // A path below a regular file.
-  platform.messages.clear();
-  WriteLastSession(Sample(), platform, file + "/below");
-  ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(Get(), old);
 }
 
 }  // namespace

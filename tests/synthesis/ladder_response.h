@@ -1,7 +1,6 @@
 #pragma once
-// Independent check for the synthesis tests: the loss of the ladder in d
-// (ElementType, L, C at 1..Stages, ideal parts, Rsource to Rload) by a plain
-// ABCD chain, in dB relative to a matched source and load.
+// Independent check for the synthesis tests: the ladder in d (ElementType, L, C
+// at 1..Stages, Rsource to Rload) by a plain ABCD chain.
 
 #include <cmath>
 #include <complex>
@@ -15,30 +14,11 @@ inline std::complex<double> LadderGain(const DesignRecord& d, double w) {
   const Cx s(0, w);
   Cx a = 1, b = 0, c = 0, dd = 1;
   for (int k = 1; k <= d.Stages; ++k) {
-    const double l = d.L[k], cap = d.C[k];
-    Cx z = 0, y = 0;  // series impedance or shunt admittance of the position
-    switch (d.ElementType[k]) {
-      case 1:
-        z = s * l;
-        break;
-      case 2:
-        y = 1.0 / (s * l);
-        break;
-      case 3:
-        z = 1.0 / (s * cap);
-        break;
-      case 4:
-        y = s * cap;
-        break;
-      case 6:
-        y = 1.0 / (s * l + 1.0 / (s * cap));
-        break;
-      case 7:
-        z = 1.0 / (1.0 / (s * l) + s * cap);
-        break;
-      default:
-        continue;
-    }
+    // Series impedance z or shunt admittance y of the position; other codes are empty.
+    const int t = d.ElementType[k];
+    const Cx zl = s * double(d.L[k]), yc = s * double(d.C[k]);
+    const Cx z = t == 1 ? zl : t == 3 ? 1.0 / yc : t == 7 ? 1.0 / (1.0 / zl + yc) : 0.0;
+    const Cx y = t == 2 ? 1.0 / zl : t == 4 ? yc : t == 6 ? 1.0 / (zl + 1.0 / yc) : 0.0;
     b += a * z, dd += c * z;  // times [1 z; 0 1]
     a += b * y, c += dd * y;  // times [1 0; y 1]
   }
@@ -46,6 +26,7 @@ inline std::complex<double> LadderGain(const DesignRecord& d, double w) {
   return 2.0 * std::sqrt(rs * rl) / (a * rl + b + c * rs * rl + dd * rs);
 }
 
+// Loss in dB relative to a matched source and load.
 inline double LossDb(const DesignRecord& d, double w) {
   return -20.0 * std::log10(std::abs(LadderGain(d, w)));
 }

