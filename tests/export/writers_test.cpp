@@ -1,10 +1,9 @@
-// The Touchstone and CSV writers, and their failures: each shows its own
-// message, keeps an old file as it was and leaves no part file behind.
-
-#include "export/touchstone.h"
+// The file writers: Pallis and LTspice files line by line, Touchstone read
+// back to the analysis, CSV, and failures that keep an old file as it was.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <functional>
@@ -13,6 +12,11 @@
 #include <vector>
 
 #include "analysis/sweep.h"
+#include "core/formatters.h"
+#include "core/number_text.h"
+#include "export/ltspice_file.h"
+#include "export/pallis_file.h"
+#include "export/touchstone.h"
 #include "export/writers.h"
 #include "support/recording_platform.h"
 #include "support/temp_folder.h"
@@ -21,6 +25,157 @@ namespace drenik {
 namespace {
 
 using testing::CrLfLines;
+using Lines = std::vector<std::string>;
+
+// A fifth-order C-input lowpass: shunt C at odd positions, series L at even.
+DesignRecord FifthOrderLowpass() {
+  DesignRecord d;
+  d.Topology = "Cinlowpass";
+  d.CauerType = "C";
+  d.Stages = 5;
+  d.Width = 4500000;
+  d.Apass = 0.01f;
+  d.Rsource = d.Rload = d.Rstandard = 50;
+  d.Qind = 1000000;
+  d.Qcap = 5000;
+  for (int j = 1; j <= 5; ++j) {
+    d.G[j] = j == 3 ? -0.5f : 1.25f * j;
+    d.ElementType[j] = j % 2 == 1 ? 4 : 1;
+    (j % 2 == 1 ? d.C : d.L)[j] = 1.5e-9f;
+  }
+  d.Fstart = 900000;
+  d.Fstop = 22500000;
+  d.NrIntervals = 1000;
+  d.GraphScale = 0.5f;
+  return d;
+}
+
+TEST(PallisFile, WritesEveryLineInOrder) {
+  testing::TempFolder folder;
+  testing::RecordingPlatform platform;
+  DesignRecord d = FifthOrderLowpass();
+  ASSERT_TRUE(WritePallisFile(d, folder / "a.LCT", platform));
+  const std::string v = ValueText(1.5e-9f);
+  const Lines lines = CrLfLines(folder / "a.LCT");
+  ASSERT_EQ(lines.size(), 33u);
+  std::string data;  // every line but the "*" comments
+  for (const std::string& line : lines)
+    if (!line.starts_with("*")) data += line + "|";
+  const std::string c = " 4  0  0 " + v + " 0 |", l = " 1 " + v + " 0  0  0 |";
+  EXPECT_EQ(data,
+            "Pallis file written by Drenikfilter|Drenik File|21.11.2026| (Expansion)|"
+            " 11  5  5 A 0 | 4500000  0  0 | .01  0 | 50  50  1  50 | 1000000  5000 |"
+            " 1.25  0 | 2.5  0 |-.5  0 | 5  0 | 6.25  0 |" +
+                c + l + c + l + c + " 2  900000  2.25E+07  1000 | 60  0  1  1  .5  120  10  6 |N|");
+  EXPECT_TRUE(platform.messages.empty());
+
+  // Positions outside codes 1..8 keep their G/H line but get no element line.
+  d.Topology = "Linhighpass";
+  d.CauerFlag = 1;
+  d.CauerType = "B";
+  d.ElementType[2] = 0;
+  d.ElementType[4] = 17;
+  ASSERT_TRUE(WritePallisFile(d, folder / "a.LCT", platform));
+  const Lines shorter = CrLfLines(folder / "a.LCT");
+  ASSERT_EQ(shorter.size(), 31u);  // the old, longer file is replaced
+  EXPECT_EQ(shorter[6], " 11  5  5 J 2 ");
+  EXPECT_EQ(shorter[24] + "|", c);
+  EXPECT_EQ(shorter[25], lines[27]);
+}
+
+TEST(PallisFile, DialogAndFailures) {
+  testing::TempFolder folder;
+  testing::RecordingPlatform platform;
+  DesignRecord d = FifthOrderLowpass();
+  d.FileName = "last.LCT";
+  platform.dialogAnswer = folder / "chosen.LCT";
+  SavePallisFromDialog(d, platform);
+  ASSERT_EQ(platform.dialogs.size(), 1u);
+  EXPECT_EQ(platform.dialogs[0].proposedName, "last.LCT");
+  EXPECT_EQ(CrLfLines(d.FileName).size(), 33u);
+  EXPECT_TRUE(platform.messages.empty());
+
+  platform.dialogAnswer = "";  // cancelled: the empty name is kept, no file
+  SavePallisFromDialog(d, platform);
+  EXPECT_EQ(d.FileName, "");
+  testing::WriteWhole(folder / "plain", "x");
+  EXPECT_FALSE(WritePallisFile(d, folder / "plain/a.LCT", platform));
+  std::filesystem::create_directory(folder / "dir.LCT");
+  EXPECT_FALSE(WritePallisFile(d, folder / "dir.LCT", platform));
+  // A zero Rsource stops before the resistance line; what was written stays.
+  d.Rsource = 0;
+  EXPECT_FALSE(WritePallisFile(d, folder / "z.LCT", platform));
+  EXPECT_EQ(CrLfLines(folder / "z.LCT").size(), 12u);
+  ASSERT_EQ(platform.messages.size(), 4u);
+  for (const auto& m : platform.messages) EXPECT_EQ(m.text, "We did not write an Pallis file.");
+}
+
+bool Has(const Lines& lines, const std::string& line) {
+  return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+// Shunt C, series L, shunt C: blocks at X = 224, 336, 480, the load at 592.
+TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
+  testing::TempFolder folder;
+  testing::RecordingPlatform platform;
+  DesignRecord d;
+  d.Pi = 3.14159265f;
+  d.Stages = 3;
+  d.ElementType = {0, 4, 1, 4};
+  d.C[1] = d.C[3] = 1e-9f;
+  d.L[2] = 2e-6f;
+  d.Rsource = d.Rload = 50;
+  d.Qind = 100;
+  d.Width = 1000000;
+  d.Fstart = 200000;
+  d.Fstop = 5000000;
+  d.SchematicWidth = 500;
+  ASSERT_TRUE(WriteLtspiceFile(d, folder / "a.ASC", platform));
+  EXPECT_TRUE(platform.messages.empty());
+  const Lines lines = CrLfLines(folder / "a.ASC");
+  ASSERT_GT(lines.size(), 2u);
+  EXPECT_EQ(lines[0], "Version 4");
+  EXPECT_EQ(lines[1], "SHEET 1  800  600");  // never narrower than 800
+  for (const std::string& line :
+       Lines{"TEXT 0 432 Left 0  !.AC DEC 100  200000  5000000 ", "SYMBOL cap  256  160 R0",
+             "SYMATTR InstName C1", "SYMATTR Value " + FormatCapacitance(1e-9),
+             "WIRE  224  80  336  80 ", "SYMBOL ind  352  96 R270", "SYMATTR InstName L2",
+             "SYMATTR Value " + FormatInductance(2e-6),
+             "SYMATTR SpiceLine Rser=.12566371",  // 2 pi 1 MHz 2 uH / 100
+             "SYMBOL cap  512  160 R0", "SYMATTR InstName C3"})
+    EXPECT_TRUE(Has(lines, line)) << line;
+  const Lines load = {"SYMBOL res  672  144 R0",  "SYMATTR InstName RL",
+                      "SYMATTR Value 50 ",        "WIRE  592  80  688  80 ",
+                      "WIRE  688  80  688  160 ", "WIRE  592  336  688  336 ",
+                      "WIRE  688  336  688  160 "};
+  EXPECT_EQ(Lines(lines.end() - load.size(), lines.end()), load);
+
+  // Codes 5 and 8 have blocks of their own; other codes are reported once
+  // per stage and skipped, and the file is still written.
+  d.SchematicWidth = 1234.5f;
+  d.Stages = 7;
+  d.ElementType = {0, 1, 2, 3, 5, 6, 7, 8};
+  ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
+  EXPECT_EQ(d.X, 224 + 144 + 96 + 144 + 256 + 176 + 208 + 352);
+  const Lines wide = CrLfLines(folder / "b.ASC");
+  EXPECT_EQ(wide[1], "SHEET 1  1234.5  600");
+  for (const char* name : {"L4", "C4", "L7", "C7"})
+    EXPECT_TRUE(Has(wide, std::string("SYMATTR InstName ") + name)) << name;
+  EXPECT_TRUE(platform.messages.empty());
+
+  d.Stages = 3;
+  d.ElementType = {0, 0, 4, 17};
+  ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
+  EXPECT_EQ(d.X, 224 + 112);
+  EXPECT_TRUE(Has(CrLfLines(folder / "b.ASC"), "SYMATTR InstName C2"));
+  ASSERT_EQ(platform.messages.size(), 2u);
+  EXPECT_EQ(platform.messages[0].text,
+            "The element at stage 1 was not written to the file.\n"
+            "In addition to the input and output terminations,\n"
+            "only capacitors and inductors in the filter are\n"
+            "written to the schematic file.");
+  EXPECT_TRUE(platform.messages[1].text.starts_with("The element at stage 3 "));
+}
 
 // A lossy third-order Butterworth ladder (1 MHz) between 50 and 75 ohms, and
 // a ladder of every other element kind, read back to their analysis.
@@ -94,9 +249,8 @@ TEST(SweepCsv, HeaderAndRows) {
   d.Delay = {1.5e-7f, 1.5e-7f};
   d.Phase = {-90, -90};
   ASSERT_TRUE(WriteSweepCsv(d, folder / "a.csv", platform));
-  const std::vector<std::string> expected = {
-      "frequency_hz,transmission_db,reflection_db,vswr,delay_s,phase_deg",
-      "1e+06,0,-20.5,1.2,1.5e-07,-90", "12345678,-0.2,-20.5,1.2,1.5e-07,-90"};
+  const Lines expected = {"frequency_hz,transmission_db,reflection_db,vswr,delay_s,phase_deg",
+                          "1e+06,0,-20.5,1.2,1.5e-07,-90", "12345678,-0.2,-20.5,1.2,1.5e-07,-90"};
   EXPECT_EQ(CrLfLines(folder / "a.csv"), expected);
 }
 

@@ -1,18 +1,26 @@
+// The main and side plots, legends, overlays and the recording canvas.
+
 #include "plot/response_plot.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "core/formatters.h"
 #include "plot/legends.h"
+#include "plot/overlay.h"
 #include "plot/recording_canvas.h"
+#include "support/recording_platform.h"
+#include "support/temp_folder.h"
 
 namespace drenik {
 namespace {
+
+using testing::CrLfLines;
 
 // A record with a log sweep of 1001 points from 0.84 to 21 MHz and a
 // transmission that falls from 0 dB to far below the scale.
@@ -66,7 +74,9 @@ TEST(GridFrequencies, DecadeStepsFromStartToJustPastStop) {
   EXPECT_EQ(d.GridCount, -1);
 }
 
-TEST(MainPlot, FrameGridAndScaleLabels) {
+// Grid rows, frequency and scale labels, curves clamped to the frame, and
+// mode 2 drawing over mode 1 without clearing it.
+TEST(MainPlot, GridLabelsCurvesAndModes) {
   DesignRecord d = Swept();
   d.Divisions = 10;
   RecordingCanvas c;
@@ -77,26 +87,31 @@ TEST(MainPlot, FrameGridAndScaleLabels) {
   std::vector<float> expected;
   for (int k = 0; k <= 10; ++k) expected.push_back(4000.f + 399.f * static_cast<float>(k));
   EXPECT_EQ(rows, expected);  // 4000, 4399, ..., 7990
+  EXPECT_EQ(c.DrawWidth(), 1);
 
-  // N + 1 scale labels, right-aligned at 2800, each beside its grid row.
-  d.Divisions = 7;
-  RecordingCanvas c7;
-  DrawMainPlot(d, c7);
-  std::vector<float> tops;
-  for (const DrawOp& op : c7.Ops())
-    if (op.kind == DrawOp::Kind::Text && op.x1 < 2800) {
-      EXPECT_NEAR(op.x1 + op.textWidth, 2800, 0.01) << op.text;
-      tops.push_back(op.y1);
+  // Frequency labels: no overlap, inside the axis past its first 4%, decade
+  // values always present.
+  std::vector<DrawOp> labels;
+  for (const DrawOp& op : c.Ops())
+    if (op.kind == DrawOp::Kind::Text && op.y1 > 8000) labels.push_back(op);
+  ASSERT_GE(labels.size(), 5u);
+  std::sort(labels.begin(), labels.end(),
+            [](const DrawOp& a, const DrawOp& b) { return a.x1 < b.x1; });
+  for (size_t i = 0; i < labels.size(); ++i) {
+    EXPECT_LE(labels[i].x1 + labels[i].textWidth, 8000.01f);
+    EXPECT_GE(labels[i].x1, 3000 + 0.04f * 5000 - labels[i].textWidth / 2 - 1);
+    if (i > 0) {
+      EXPECT_GT(labels[i].x1, labels[i - 1].x1 + labels[i - 1].textWidth);
     }
-  ASSERT_EQ(tops.size(), 8u);
-  for (int k = 0; k <= 7; ++k) EXPECT_NEAR(tops[k], 3900 + k * 4000 / 7.0, 1) << k;  // beside rows
-  EXPECT_EQ(c7.DrawWidth(), 1);
-}
+  }
+  for (double f : {1e6, 2e6, 5e6, 1e7, 2e7}) {
+    std::string t = FormatFrequency(f);
+    t = t.substr(t.find_first_not_of(' '), t.find_last_not_of(' ') - t.find_first_not_of(' ') + 1);
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [&](const DrawOp& op) {
+      return op.text == t;
+    })) << t;
+  }
 
-TEST(MainPlot, CurvesAreClampedAndLaterModesDrawOver) {
-  DesignRecord d = Swept();
-  RecordingCanvas c;
-  DrawMainPlot(d, c);
   auto black = LinesIn(c, 0);
   std::vector<DrawOp> curve;
   for (const DrawOp& op : black)
@@ -125,34 +140,19 @@ TEST(MainPlot, CurvesAreClampedAndLaterModesDrawOver) {
   d.ValueMode = 1;  // starts over: the blue curves are gone
   DrawMainPlot(d, c);
   EXPECT_TRUE(LinesIn(c, 16711680).empty());
-}
 
-// Frequency labels: no overlap, inside the axis past its first 4%, decade
-// values always present.
-TEST(MainPlot, FrequencyLabelsAreThinnedAndInside) {
-  DesignRecord d = Swept();
-  RecordingCanvas c;
-  DrawMainPlot(d, c);
-  std::vector<DrawOp> labels;
-  for (const DrawOp& op : c.Ops())
-    if (op.kind == DrawOp::Kind::Text && op.y1 > 8000) labels.push_back(op);
-  ASSERT_GE(labels.size(), 5u);
-  std::sort(labels.begin(), labels.end(),
-            [](const DrawOp& a, const DrawOp& b) { return a.x1 < b.x1; });
-  for (size_t i = 0; i < labels.size(); ++i) {
-    EXPECT_LE(labels[i].x1 + labels[i].textWidth, 8000.01f);
-    EXPECT_GE(labels[i].x1, 3000 + 0.04f * 5000 - labels[i].textWidth / 2 - 1);
-    if (i > 0) {
-      EXPECT_GT(labels[i].x1, labels[i - 1].x1 + labels[i - 1].textWidth);
+  // N + 1 scale labels, right-aligned at 2800, each beside its grid row.
+  d.Divisions = 7;
+  RecordingCanvas c7;
+  DrawMainPlot(d, c7);
+  std::vector<float> tops;
+  for (const DrawOp& op : c7.Ops())
+    if (op.kind == DrawOp::Kind::Text && op.x1 < 2800) {
+      EXPECT_NEAR(op.x1 + op.textWidth, 2800, 0.01) << op.text;
+      tops.push_back(op.y1);
     }
-  }
-  for (double f : {1e6, 2e6, 5e6, 1e7, 2e7}) {
-    std::string t = FormatFrequency(f);
-    t = t.substr(t.find_first_not_of(' '), t.find_last_not_of(' ') - t.find_first_not_of(' ') + 1);
-    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [&](const DrawOp& op) {
-      return op.text == t;
-    })) << t;
-  }
+  ASSERT_EQ(tops.size(), 8u);
+  for (int k = 0; k <= 7; ++k) EXPECT_NEAR(tops[k], 3900 + k * 4000 / 7.0, 1) << k;
 }
 
 // Side plots stay right of the main plot with curves clamped to their
@@ -246,6 +246,119 @@ TEST(RecordingCanvas, OpaqueBoxDropsHiddenOperationsAndPrintAdvances) {
   EXPECT_EQ(canvas.Ops().back().text, "Cursor on plot");
   EXPECT_GT(canvas.TextY(), 6100);
   EXPECT_GT(canvas.TextWidth("MMMM"), canvas.TextWidth("iiii"));
+}
+
+// 101 points from 1 MHz to 100 MHz.
+DesignRecord OverlaySweep() {
+  DesignRecord d;
+  d.Fstart = 1e6f;
+  d.Fstop = 1e8f;
+  d.NrIntervals = 100;
+  for (int i = 0; i <= 100; ++i) {
+    d.Freq[i] = static_cast<float>(1e6 * std::pow(10.0, i / 50.0));
+    d.Transmission[i] = 0.0f - 0.5f * i;
+    d.Reflection[i] = -20;
+    d.VSWR[i] = 1.5f;
+  }
+  return d;
+}
+
+std::vector<DrawOp> Points(const RecordingCanvas& canvas) {
+  std::vector<DrawOp> points;
+  for (const DrawOp& op : canvas.Ops())
+    if (op.kind == DrawOp::Kind::Point) points.push_back(op);
+  return points;
+}
+
+TEST(Overlay, SaveThenGetDrawsEveryFile) {
+  testing::TempFolder folder;
+  testing::RecordingPlatform platform;
+  DesignRecord d = OverlaySweep();
+  SaveOverlay(d, platform, folder.Path());
+  const auto s21 = CrLfLines(folder / "Data.S21");
+  ASSERT_EQ(s21.size(), 101u);
+  EXPECT_EQ(s21[0], " 1000000  0 ");
+  EXPECT_TRUE(s21[1].ends_with(" -.5 ")) << s21[1];
+  EXPECT_EQ(CrLfLines(folder / "Data.S11").at(100), " 1E+08 -20 ");
+  EXPECT_EQ(CrLfLines(folder / "Data.SWR").size(), 101u);
+
+  d.Freq.fill(0);
+  RecordingCanvas canvas;
+  GetOverlay(d, canvas, platform, folder.Path());
+  EXPECT_TRUE(platform.messages.empty());
+  EXPECT_EQ(d.FileName, "DATA.SWR");
+  EXPECT_FLOAT_EQ(d.Freq[100], 1e8f);  // read back over the current sweep
+  const std::vector<DrawOp> points = Points(canvas);
+  ASSERT_EQ(points.size(), 303u);
+  EXPECT_NEAR(points[50].x1, 5500, 0.01);  // -25 dB halfway across
+  EXPECT_NEAR(points[50].y1, 4000 + 4000 * 25 / 70.0, 0.01);
+  EXPECT_NEAR(points[108].y1, 4000 + 4000 * 20 / 70.0, 0.01);  // -20 dB return
+  EXPECT_NEAR(points[202].y1, 4000 + 4000 * 0.9 / 1.4, 0.01);  // VSWR 1.5
+  canvas.Line(0, 0, 1, 1);
+  EXPECT_EQ(canvas.Ops().back().width, 1);  // the pen is restored
+}
+
+TEST(Overlay, FailuresAndAMissingFileStopTheChain) {
+  testing::TempFolder folder;
+  testing::RecordingPlatform platform;
+  DesignRecord d = OverlaySweep();
+  testing::WriteWhole(folder / "plain", "x");
+  SaveOverlay(d, platform, folder / "plain");  // the folder is a file
+  // "Data.S11" cannot be written: the first file stays, the last is not made.
+  d.NrIntervals = 10;
+  std::filesystem::create_directory(folder / "Data.S11");
+  SaveOverlay(d, platform, folder.Path());
+  EXPECT_EQ(CrLfLines(folder / "Data.S21").size(), 11u);
+  EXPECT_FALSE(std::filesystem::exists(folder / "Data.SWR"));
+  ASSERT_EQ(platform.messages.size(), 2u);
+  EXPECT_EQ(platform.messages[1].text, "We are unable to save an overlay file");
+
+  std::filesystem::remove(folder / "Data.S11");
+  platform.messages.clear();
+  RecordingCanvas canvas;
+  GetOverlay(d, canvas, platform, folder.Path());
+  EXPECT_EQ(Points(canvas).size(), 11u);  // only the transmission
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text, "File  is not available.");
+  EXPECT_EQ(platform.messages[0].title, "File Test");
+  EXPECT_EQ(platform.messages[0].icon, MessageIcon::Exclamation);
+  EXPECT_EQ(d.FileName, "DATA.S11");
+}
+
+TEST(Overlay, DrawClampsToTheFrame) {
+  DesignRecord d = OverlaySweep();
+  d.Freq[0] = 5e5f;  // below Fstart
+  d.Freq[1] = 0;     // no logarithm
+  d.Freq[2] = 1e9f;  // above Fstop
+  d.Overlay[0] = 3;  // above the top of 2.4
+  d.Overlay[1] = 0.5f;
+  d.Overlay[2] = 2.4f;
+  RecordingCanvas canvas;
+  DrawOverlay(d, canvas, 2, 2.4f, 1, 1);
+  DrawOverlay(d, canvas, 2, 0, -70, 2);  // other modes draw nothing
+  const std::vector<DrawOp> points = Points(canvas);
+  ASSERT_EQ(points.size(), 3u);
+  const float expected[3][2] = {{3000, 4000}, {3000, 8000}, {8000, 4000}};
+  for (int i = 0; i < 3; ++i)
+    EXPECT_TRUE(points[i].x1 == expected[i][0] && points[i].y1 == expected[i][1]) << i;
+}
+
+// Names in any case; reading stops at the first pair that is not two
+// numbers, and every point read is drawn.
+TEST(Overlay, ShortAndDamagedFiles) {
+  testing::TempFolder folder;
+  testing::RecordingPlatform platform;
+  DesignRecord d = OverlaySweep();
+  testing::WriteWhole(folder / "data.s21", " 1000000 -3 \r\n 2000000 abc\r\n 3000000 -4 \r\n");
+  testing::WriteWhole(folder / "DATA.S11", "");
+  testing::WriteWhole(folder / "Data.SWR", "1e6 1.2\n1e7 1.3 1e99 2");
+  RecordingCanvas canvas;
+  GetOverlay(d, canvas, platform, folder.Path());
+  EXPECT_TRUE(platform.messages.empty());
+  const std::vector<DrawOp> points = Points(canvas);
+  ASSERT_EQ(points.size(), 3u);
+  EXPECT_NEAR(points[0].y1, 4000 + 4000 * 3 / 70.0, 0.01);
+  EXPECT_NEAR(points[2].x1, 5500, 0.01);
 }
 
 }  // namespace
