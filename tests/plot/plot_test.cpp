@@ -8,6 +8,7 @@
 #include <cmath>
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/formatters.h"
@@ -59,19 +60,19 @@ TEST(GridFrequencies, DecadeStepsFromStartToJustPastStop) {
   ASSERT_EQ(d.GridCount, 13);
   for (int i = 0; i <= 13; ++i) EXPECT_NEAR(d.GridFrequency[i], mhz[i] * 1e6f, mhz[i]) << i;
 
-  // A stop frequency on a grid step keeps it (1.0001 margin); the list never
-  // passes index 200; a stop below 1 mHz builds nothing.
-  d.Fstart = 1e3f;
-  d.Fstop = 2e4f;
-  BuildGridFrequencies(d);
-  EXPECT_NEAR(d.GridFrequency[d.GridCount], 2e4f, 0.1f);
-  d.Fstart = 0.001f;
-  d.Fstop = 1e30f;
-  BuildGridFrequencies(d);
-  EXPECT_EQ(d.GridCount, 200);
-  d.Fstop = 0.0005f;
-  BuildGridFrequencies(d);
-  EXPECT_EQ(d.GridCount, -1);
+  // A stop on a grid step keeps it (1.0001 margin); the list never passes
+  // index 200; a stop below 1 mHz builds nothing.
+  for (auto [start, stop, count] :
+       {std::tuple{1e3f, 2e4f, 0}, {1e-3f, 1e30f, 200}, {1e-3f, 5e-4f, -1}}) {
+    d.Fstart = start;
+    d.Fstop = stop;
+    BuildGridFrequencies(d);
+    if (count == 0) {
+      EXPECT_NEAR(d.GridFrequency[d.GridCount], stop, 0.1f);
+    } else {
+      EXPECT_EQ(d.GridCount, count) << stop;
+    }
+  }
 }
 
 // Grid rows, frequency and scale labels, curves clamped to the frame, and
@@ -156,7 +157,7 @@ TEST(MainPlot, GridLabelsCurvesAndModes) {
 }
 
 // Side plots stay right of the main plot with curves clamped to their
-// frames; redraws do not grow the page; switching a plot off erases it.
+// frames; switching a plot off erases it.
 TEST(SidePlots, PlacementClampingAndSwitchingOff) {
   DesignRecord d = Swept();
   d.ShowVSWR = 1;
@@ -183,19 +184,6 @@ TEST(SidePlots, PlacementClampingAndSwitchingOff) {
   EXPECT_FLOAT_EQ(blue[999].y2, kVswrTop);
   EXPECT_TRUE(std::any_of(c.Ops().begin(), c.Ops().end(),  // delay scale top
                           [](const DrawOp& op) { return op.text == "200ns"; }));
-
-  auto sequence = [&] {
-    d.ValueMode = 1;
-    DrawMainPlot(d, c);
-    d.ValueMode = 2;
-    DrawMainPlot(d, c);
-    DrawVswrPlot(d, c);
-    DrawDelayPlot(d, c);
-  };
-  sequence();
-  size_t size = c.Ops().size();
-  for (int k = 0; k < 5; ++k) sequence();
-  EXPECT_EQ(c.Ops().size(), size);
 
   d.ShowVSWR = 0;
   d.ShowDelay = 0;
@@ -227,7 +215,7 @@ TEST(Legends, StayAboveTheReadoutBoxAndEraseTheBandwidth) {
 
 // An opaque box drops what it hides completely and keeps what sticks out, so
 // a page redrawn again and again does not grow its display list.
-TEST(RecordingCanvas, OpaqueBoxDropsHiddenOperationsAndPrintAdvances) {
+TEST(RecordingCanvas, OpaqueBoxDropsHiddenOperations) {
   RecordingCanvas canvas;
   canvas.Line(3100, 4100, 7900, 7900);  // inside the plot
   canvas.Line(2900, 4100, 7900, 7900);  // sticks out on the left
@@ -240,12 +228,6 @@ TEST(RecordingCanvas, OpaqueBoxDropsHiddenOperationsAndPrintAdvances) {
     canvas.Line(3500, 4500, 7000, 7000);
   }
   EXPECT_LE(canvas.Ops().size(), 4u);
-
-  canvas.SetTextPosition(500, 6100);
-  canvas.Print("Cursor on plot");
-  EXPECT_EQ(canvas.Ops().back().text, "Cursor on plot");
-  EXPECT_GT(canvas.TextY(), 6100);
-  EXPECT_GT(canvas.TextWidth("MMMM"), canvas.TextWidth("iiii"));
 }
 
 // 101 points from 1 MHz to 100 MHz.
@@ -278,7 +260,6 @@ TEST(Overlay, SaveThenGetDrawsEveryFile) {
   const auto s21 = CrLfLines(folder / "Data.S21");
   ASSERT_EQ(s21.size(), 101u);
   EXPECT_EQ(s21[0], " 1000000  0 ");
-  EXPECT_TRUE(s21[1].ends_with(" -.5 ")) << s21[1];
   EXPECT_EQ(CrLfLines(folder / "Data.S11").at(100), " 1E+08 -20 ");
   EXPECT_EQ(CrLfLines(folder / "Data.SWR").size(), 101u);
 
