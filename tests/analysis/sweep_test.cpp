@@ -187,31 +187,23 @@ TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
 }
 
 TEST(AnalyzeSweep, RefusesWhatWouldDivideByZeroBeforeTouchingResults) {
-  const struct {
-    const char* what;
-    void (*spoil)(DesignRecord&);
-  } cases[] = {
-      {"Fstart 0", [](DesignRecord& d) { d.Fstart = 0; }},
-      {"Fstop < 0", [](DesignRecord& d) { d.Fstop = -5; }},
-      {"NrIntervals 0", [](DesignRecord& d) { d.NrIntervals = 0; }},
-      {"NrIntervals 2001", [](DesignRecord& d) { d.NrIntervals = 2001; }},
-      {"Stages 21", [](DesignRecord& d) { d.Stages = 21; }},
-      {"Stages -1", [](DesignRecord& d) { d.Stages = -1; }},
-      {"Rload 0", [](DesignRecord& d) { d.Rload = 0; }},
-      {"Rsource 0", [](DesignRecord& d) { d.Rsource = 0; }},
-      {"TwoPi unset", [](DesignRecord& d) { d.TwoPi = 0; }},
-      {"Qind 0", [](DesignRecord& d) { d.Qind = 0; }},
-      {"Qcap 0", [](DesignRecord& d) { d.Qcap = 0; }},
-      {"L 0 shunt", [](DesignRecord& d) { d.L[2] = 0; }},
-      {"L 0 tank", [](DesignRecord& d) { d.L[3] = 0; }},
-  };
+  using Spoil = std::pair<const char*, void (*)(DesignRecord&)>;
+#define SPOIL(change) Spoil(#change, [](DesignRecord& d) { change; })
+  const Spoil cases[] = {SPOIL(d.Fstart = 0),      SPOIL(d.Fstop = -5),
+                         SPOIL(d.NrIntervals = 0), SPOIL(d.NrIntervals = 2001),
+                         SPOIL(d.Stages = 21),     SPOIL(d.Stages = -1),
+                         SPOIL(d.Rload = 0),       SPOIL(d.Rsource = 0),
+                         SPOIL(d.TwoPi = 0),       SPOIL(d.Qind = 0),
+                         SPOIL(d.Qcap = 0),        SPOIL(d.L[2] = 0),
+                         SPOIL(d.L[3] = 0)};
+#undef SPOIL
   RecordingPlatform p;
-  for (const auto& c : cases) {
-    DesignRecord d = Bench({4, 2, 7}, 1e-3f, 1e-8f);
+  for (const auto& [what, spoil] : cases) {
+    DesignRecord d = Bench({4, 2, 7}, 1e-3f, 1e-8f);  // L[2] shunt, L[3] in a tank
     d.Freq[0] = d.Transmission[0] = d.Delay[0] = 42;
-    c.spoil(d);
-    EXPECT_THROW(AnalyzeSweep(d, p), RunTimeError) << c.what;
-    EXPECT_TRUE(d.Freq[0] == 42 && d.Transmission[0] == 42 && d.Delay[0] == 42) << c.what;
+    spoil(d);
+    EXPECT_THROW(AnalyzeSweep(d, p), RunTimeError) << what;
+    EXPECT_TRUE(d.Freq[0] == 42 && d.Transmission[0] == 42 && d.Delay[0] == 42) << what;
   }
   // A zero Q of a part kind not in the ladder is harmless; a zero series L is a wire.
   DesignRecord caps = Bench({3}, 0, 1e-8f);

@@ -46,10 +46,12 @@ DesignRecord Swept() {
   return d;
 }
 
-std::vector<DrawOp> LinesIn(const RecordingCanvas& c, int32_t color) {
+// Operations of one kind, in one colour unless color is -1.
+std::vector<DrawOp> OpsOf(const RecordingCanvas& c, int32_t color,
+                          DrawOp::Kind kind = DrawOp::Kind::Line) {
   std::vector<DrawOp> out;
   for (const DrawOp& op : c.Ops())
-    if (op.kind == DrawOp::Kind::Line && op.color == color) out.push_back(op);
+    if (op.kind == kind && (color == -1 || op.color == color)) out.push_back(op);
   return out;
 }
 
@@ -83,11 +85,10 @@ TEST(MainPlot, GridLabelsCurvesAndModes) {
   RecordingCanvas c;
   DrawMainPlot(d, c);
   std::vector<float> rows;
-  for (const DrawOp& op : LinesIn(c, kGridColor))
+  for (const DrawOp& op : OpsOf(c, kGridColor))
     if (op.y1 == op.y2) rows.push_back(op.y1);
-  std::vector<float> expected;
-  for (int k = 0; k <= 10; ++k) expected.push_back(4000.f + 399.f * static_cast<float>(k));
-  EXPECT_EQ(rows, expected);  // 4000, 4399, ..., 7990
+  ASSERT_EQ(rows.size(), 11u);
+  for (int k = 0; k <= 10; ++k) EXPECT_EQ(rows[k], 4000.f + 399.f * k) << k;  // ..., 7990
   EXPECT_EQ(c.DrawWidth(), 1);
 
   // Frequency labels: no overlap, inside the axis past its first 4%, decade
@@ -113,7 +114,7 @@ TEST(MainPlot, GridLabelsCurvesAndModes) {
     })) << t;
   }
 
-  auto black = LinesIn(c, 0);
+  auto black = OpsOf(c, 0);
   std::vector<DrawOp> curve;
   for (const DrawOp& op : black)
     if (op.width == 2 && !(op.x1 == op.x2 && std::abs(op.y2 - op.y1) >= 4000) &&
@@ -129,18 +130,18 @@ TEST(MainPlot, GridLabelsCurvesAndModes) {
   EXPECT_NEAR(curve.back().x2, 8000, 0.5);
   for (const DrawOp& op : curve) EXPECT_LE(std::max(op.y1, op.y2), 8000);
   // A reflection of -0.01 dB lies at the top edge (within 1 unit).
-  EXPECT_NEAR(LinesIn(c, 8947848).back().y2, 4000.6, 0.1);
+  EXPECT_NEAR(OpsOf(c, 8947848).back().y2, 4000.6, 0.1);
 
   size_t blackCount = black.size();
   d.ValueMode = 2;
   for (int i = 0; i <= 1000; ++i) d.Transmission[i] -= 1;
   DrawMainPlot(d, c);
-  EXPECT_EQ(LinesIn(c, 0).size(), blackCount);  // mode 2 clears nothing
-  EXPECT_GE(LinesIn(c, 16711680).size(), 1000u);
-  EXPECT_GE(LinesIn(c, 16746632).size(), 1000u);
+  EXPECT_EQ(OpsOf(c, 0).size(), blackCount);  // mode 2 clears nothing
+  EXPECT_GE(OpsOf(c, 16711680).size(), 1000u);
+  EXPECT_GE(OpsOf(c, 16746632).size(), 1000u);
   d.ValueMode = 1;  // starts over: the blue curves are gone
   DrawMainPlot(d, c);
-  EXPECT_TRUE(LinesIn(c, 16711680).empty());
+  EXPECT_TRUE(OpsOf(c, 16711680).empty());
 
   // N + 1 scale labels, right-aligned at 2800, each beside its grid row.
   d.Divisions = 7;
@@ -174,7 +175,7 @@ TEST(SidePlots, PlacementClampingAndSwitchingOff) {
     float right = op.kind == DrawOp::Kind::Text ? op.x1 + op.textWidth : std::max(op.x1, op.x2);
     EXPECT_LE(right, 12000) << op.text;
   }
-  auto blue = LinesIn(c, 16711680);
+  auto blue = OpsOf(c, 16711680);
   ASSERT_GE(blue.size(), 2000u);
   for (const DrawOp& op : blue)
     EXPECT_TRUE((op.y1 >= kVswrTop && op.y1 <= kVswrBottom) ||
@@ -245,13 +246,6 @@ DesignRecord OverlaySweep() {
   return d;
 }
 
-std::vector<DrawOp> Points(const RecordingCanvas& canvas) {
-  std::vector<DrawOp> points;
-  for (const DrawOp& op : canvas.Ops())
-    if (op.kind == DrawOp::Kind::Point) points.push_back(op);
-  return points;
-}
-
 TEST(Overlay, SaveThenGetDrawsEveryFile) {
   testing::TempFolder folder;
   testing::RecordingPlatform platform;
@@ -269,7 +263,7 @@ TEST(Overlay, SaveThenGetDrawsEveryFile) {
   EXPECT_TRUE(platform.messages.empty());
   EXPECT_EQ(d.FileName, "DATA.SWR");
   EXPECT_FLOAT_EQ(d.Freq[100], 1e8f);  // read back over the current sweep
-  const std::vector<DrawOp> points = Points(canvas);
+  const std::vector<DrawOp> points = OpsOf(canvas, -1, DrawOp::Kind::Point);
   ASSERT_EQ(points.size(), 303u);
   EXPECT_NEAR(points[50].x1, 5500, 0.01);  // -25 dB halfway across
   EXPECT_NEAR(points[50].y1, 4000 + 4000 * 25 / 70.0, 0.01);
@@ -298,7 +292,7 @@ TEST(Overlay, FailuresAndAMissingFileStopTheChain) {
   platform.messages.clear();
   RecordingCanvas canvas;
   GetOverlay(d, canvas, platform, folder.Path());
-  EXPECT_EQ(Points(canvas).size(), 11u);  // only the transmission
+  EXPECT_EQ(OpsOf(canvas, -1, DrawOp::Kind::Point).size(), 11u);  // only the transmission
   ASSERT_EQ(platform.messages.size(), 1u);
   EXPECT_EQ(platform.messages[0].text, "File  is not available.");
   EXPECT_EQ(platform.messages[0].title, "File Test");
@@ -317,7 +311,7 @@ TEST(Overlay, DrawClampsToTheFrame) {
   RecordingCanvas canvas;
   DrawOverlay(d, canvas, 2, 2.4f, 1, 1);
   DrawOverlay(d, canvas, 2, 0, -70, 2);  // other modes draw nothing
-  const std::vector<DrawOp> points = Points(canvas);
+  const std::vector<DrawOp> points = OpsOf(canvas, -1, DrawOp::Kind::Point);
   ASSERT_EQ(points.size(), 3u);
   const float expected[3][2] = {{3000, 4000}, {3000, 8000}, {8000, 4000}};
   for (int i = 0; i < 3; ++i)
@@ -336,7 +330,7 @@ TEST(Overlay, ShortAndDamagedFiles) {
   RecordingCanvas canvas;
   GetOverlay(d, canvas, platform, folder.Path());
   EXPECT_TRUE(platform.messages.empty());
-  const std::vector<DrawOp> points = Points(canvas);
+  const std::vector<DrawOp> points = OpsOf(canvas, -1, DrawOp::Kind::Point);
   ASSERT_EQ(points.size(), 3u);
   EXPECT_NEAR(points[0].y1, 4000 + 4000 * 3 / 70.0, 0.01);
   EXPECT_NEAR(points[2].x1, 5500, 0.01);
