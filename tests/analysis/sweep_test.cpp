@@ -1,18 +1,32 @@
-#include "analysis/sweep.h"
+// The sweep: single elements against closed forms, guards, delay, and
+// ladders made by the real synthesis in every topology (energy balance,
+// ripple, cutoff, elliptic stopband depth, lowpass/highpass mirror, ngspice).
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <initializer_list>
+#include <string>
+#include <vector>
 
+#include "analysis/sweep.h"
 #include "core/runtime_error.h"
+#include "export/writers.h"
 #include "support/recording_platform.h"
+#include "synthesis/denormalize.h"
+#include "synthesis/prototypes.h"
 
 namespace drenik {
 namespace {
 
 using testing::RecordingPlatform;
+namespace fs = std::filesystem;
 using Cx = std::complex<double>;
 constexpr double kPi = 3.14159265358979323846;
 
@@ -34,14 +48,9 @@ DesignRecord Bench(std::initializer_list<int16_t> codes = {}, float l = 0, float
   return d;
 }
 
-// Transducer gain (dB) of one series impedance or shunt admittance between
-// 50-ohm ends.
-double SeriesDb(Cx z) {
-  return -20 * std::log10(std::abs(1.0 + z / 100.0));
-}
-double ShuntDb(Cx y) {
-  return -20 * std::log10(std::abs(1.0 + y * 25.0));
-}
+// Transducer gain (dB) of one series Z or shunt Y between 50-ohm ends.
+const auto SeriesDb = [](Cx z) { return -20 * std::log10(std::abs(1.0 + z / 100.0)); };
+const auto ShuntDb = [](Cx y) { return -20 * std::log10(std::abs(1.0 + y * 25.0)); };
 
 TEST(AnalyzeSweep, GridWireAndReflectionClamps) {
   DesignRecord d = Bench();
@@ -65,8 +74,7 @@ TEST(AnalyzeSweep, GridWireAndReflectionClamps) {
   EXPECT_NEAR(d.VSWR[3], 4.0, 1e-5);
   EXPECT_NEAR(d.Reflection[3], 20 * std::log10(0.6), 1e-5);
 
-  // A missing series capacitor is 10 Mohm of reactance, not an open, and
-  // the mismatch puts rho on its upper clamp.
+  // A missing series capacitor is 10 Mohm, not an open; rho hits its upper clamp.
   d = Bench({3});
   const PointResult r = AnalyzePoint(d, 5000, 0, 0, p);
   EXPECT_NEAR(r.ZinMagnitude, 1e7, 1);
@@ -107,8 +115,7 @@ TEST(AnalyzePoint, EachElementMatchesItsClosedForm) {
         << "code " << k.code << " Q " << k.qind << " " << k.qcap;
   }
 
-  // Resonant branches where the lossy tank's susceptances cancel, and a
-  // fraction of a part per million to a few ppm either side.
+  // Lossy resonant branches at resonance and a few ppm either side.
   for (int16_t code : {6, 7}) {
     DesignRecord d = Bench({code}, 1e-6f, 1e-9f);
     d.Qind = 200;
@@ -135,16 +142,14 @@ TEST(AnalyzeSweep, UnknownCodesBeepAndActAsWires) {
   AnalyzeSweep(odd, q);
   EXPECT_EQ(p.beeps, 0);
   EXPECT_EQ(q.beeps, 3 * 401);
-  for (int i = 0; i <= 400; i += 50) {
-    EXPECT_EQ(odd.Transmission[i], plain.Transmission[i]);
-    EXPECT_EQ(odd.Phase[i], plain.Phase[i]);
-    EXPECT_EQ(odd.Reflection[i], plain.Reflection[i]);
-  }
+  for (int i = 0; i <= 400; i += 50)
+    EXPECT_TRUE(odd.Transmission[i] == plain.Transmission[i] && odd.Phase[i] == plain.Phase[i] &&
+                odd.Reflection[i] == plain.Reflection[i])
+        << i;
 }
 
 TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
-  // Series L between 50-ohm ends: phase -atan(ωτ), delay τ/(1 + (ωτ)²),
-  // τ = L/2R.
+  // Series L between 50-ohm ends: phase -atan(ωτ), delay τ/(1 + (ωτ)²), τ = L/2R.
   DesignRecord d = Bench({1}, 1e-3f);
   RecordingPlatform p;
   AnalyzeSweep(d, p);
@@ -170,8 +175,7 @@ TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
   EXPECT_FLOAT_EQ(d.Delay[0], 1e-9f);
   EXPECT_EQ(d.MaxDelay, 0.0f);
 
-  // Seven poles turn the phase through -630 degrees: it wraps, stays in
-  // (-180, 180], and the delay does not jump at the wraps.
+  // Seven poles: the phase wraps within (-180, 180], the delay does not jump.
   d = Bench({4, 1, 4, 1, 4, 1, 4}, 5e-4f, 2e-7f);
   AnalyzeSweep(d, p);
   int wraps = 0;
@@ -183,34 +187,25 @@ TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
 }
 
 TEST(AnalyzeSweep, RefusesWhatWouldDivideByZeroBeforeTouchingResults) {
-  const struct {
-    const char* what;
-    void (*spoil)(DesignRecord&);
-  } cases[] = {
-      {"Fstart 0", [](DesignRecord& d) { d.Fstart = 0; }},
-      {"Fstop < 0", [](DesignRecord& d) { d.Fstop = -5; }},
-      {"NrIntervals 0", [](DesignRecord& d) { d.NrIntervals = 0; }},
-      {"NrIntervals 2001", [](DesignRecord& d) { d.NrIntervals = 2001; }},
-      {"Stages 21", [](DesignRecord& d) { d.Stages = 21; }},
-      {"Stages -1", [](DesignRecord& d) { d.Stages = -1; }},
-      {"Rload 0", [](DesignRecord& d) { d.Rload = 0; }},
-      {"Rsource 0", [](DesignRecord& d) { d.Rsource = 0; }},
-      {"TwoPi unset", [](DesignRecord& d) { d.TwoPi = 0; }},
-      {"Qind 0", [](DesignRecord& d) { d.Qind = 0; }},
-      {"Qcap 0", [](DesignRecord& d) { d.Qcap = 0; }},
-      {"L 0 shunt", [](DesignRecord& d) { d.L[2] = 0; }},
-      {"L 0 tank", [](DesignRecord& d) { d.L[3] = 0; }},
-  };
+  using Spoil = std::pair<const char*, void (*)(DesignRecord&)>;
+#define SPOIL(change) Spoil(#change, [](DesignRecord& d) { change; })
+  const Spoil cases[] = {SPOIL(d.Fstart = 0),      SPOIL(d.Fstop = -5),
+                         SPOIL(d.NrIntervals = 0), SPOIL(d.NrIntervals = 2001),
+                         SPOIL(d.Stages = 21),     SPOIL(d.Stages = -1),
+                         SPOIL(d.Rload = 0),       SPOIL(d.Rsource = 0),
+                         SPOIL(d.TwoPi = 0),       SPOIL(d.Qind = 0),
+                         SPOIL(d.Qcap = 0),        SPOIL(d.L[2] = 0),
+                         SPOIL(d.L[3] = 0)};
+#undef SPOIL
   RecordingPlatform p;
-  for (const auto& c : cases) {
-    DesignRecord d = Bench({4, 2, 7}, 1e-3f, 1e-8f);
+  for (const auto& [what, spoil] : cases) {
+    DesignRecord d = Bench({4, 2, 7}, 1e-3f, 1e-8f);  // L[2] shunt, L[3] in a tank
     d.Freq[0] = d.Transmission[0] = d.Delay[0] = 42;
-    c.spoil(d);
-    EXPECT_THROW(AnalyzeSweep(d, p), RunTimeError) << c.what;
-    EXPECT_TRUE(d.Freq[0] == 42 && d.Transmission[0] == 42 && d.Delay[0] == 42) << c.what;
+    spoil(d);
+    EXPECT_THROW(AnalyzeSweep(d, p), RunTimeError) << what;
+    EXPECT_TRUE(d.Freq[0] == 42 && d.Transmission[0] == 42 && d.Delay[0] == 42) << what;
   }
-  // A zero Q of a kind of part the ladder does not hold is harmless, and so
-  // is a zero series inductor (a wire).
+  // A zero Q of a part kind not in the ladder is harmless; a zero series L is a wire.
   DesignRecord caps = Bench({3}, 0, 1e-8f);
   caps.Qind = 0;
   EXPECT_NO_THROW(AnalyzeSweep(caps, p));
@@ -218,6 +213,175 @@ TEST(AnalyzeSweep, RefusesWhatWouldDivideByZeroBeforeTouchingResults) {
   wire.Qcap = 0;
   EXPECT_NO_THROW(AnalyzeSweep(wire, p));
   EXPECT_NEAR(wire.Transmission[10], 0.0, 1e-9);
+}
+
+TEST(SpiceNetlist, LossResistorsTerminationsAndUnmodelledPositions) {
+  DesignRecord d = Bench({4, 7, 5, 2});
+  d.Width = 1e6f;
+  d.Rload = 75;
+  d.Qind = 100;
+  d.Fstart = 2e5f;
+  d.Fstop = 5e6f;
+  d.NrIntervals = 1000;
+  d.L = {0, 0, 8e-6f, 1, 2e-6f};
+  d.C = {0, 3e-9f, 5e-10f, 1, 0};
+  const std::string net = SpiceNetlistText(d);
+  const char* lines[] = {"VGEN gen 0 DC 0 AC 2\r\n",     "RSOURCE gen in 50\r\n",
+                         "C1 in 0 3.00000003e-09\r\n",   "L2 in l2 7.99999998e-06\r\n",
+                         "RSER2 l2 out 0.50265485\r\n",  // 2 pi 1 MHz L / Q, single precision
+                         "C2 in out 4.99999986e-10\r\n", "* position 3: element code 5",
+                         "L4 out l4 1.99999999e-06\r\n", "RSER4 l4 0 0.125663713\r\n",
+                         "RLOAD out 0 75\r\n",           ".ac dec 716 200000 5000000\r\n.end\r\n"};
+  for (const char* line : lines) EXPECT_NE(net.find(line), std::string::npos) << line << net;
+}
+
+constexpr int kPoints = 2000;  // Width/20 to Width*20: point 1000 is the cutoff
+struct Choice {
+  int16_t family;
+  float ripple, depth;
+  std::string name;
+};
+std::vector<Choice> Families() {
+  std::vector<Choice> out = {{kButterworth, 0, 40, "Butterworth"},
+                             {kChebyshev, 0.01f, 40, "Chebyshev .01"},
+                             {kChebyshev, 0.2f, 40, "Chebyshev .2"},
+                             {kBessel, 0, 40, "Bessel"},
+                             {kZelmar, 0.01f, 40, "Zelmar"}};
+  for (float ripple : {0.01f, 0.044f, 0.2f})
+    for (float depth : {30.f, 40.f, 50.f, 60.f})
+      out.push_back(
+          {kCauer, ripple, depth, "Cauer " + std::to_string(ripple) + "/" + std::to_string(depth)});
+  return out;
+}
+// Each lowpass with the highpass made from it by the transformation.
+const std::pair<const char*, const char*> kTwins[] = {{"Cinlowpass", "Linhighpass"},
+                                                      {"Linlowpass", "Cinhighpass"}};
+
+DesignRecord Designed(const Choice& c, int order, const char* topology, float q) {
+  DesignRecord d = Bench();
+  d.Family = c.family;
+  d.Order = static_cast<int16_t>(order);
+  d.Topology = topology;
+  d.Apass = c.ripple;
+  d.Astop = c.depth;
+  d.CauerType = "C";
+  d.Width = 1e6f;
+  d.Qind = d.Qcap = q;
+  RecordingPlatform p;
+  DesignPrototype(d, p);
+  Denormalize(d);
+  if (c.family == kZelmar) d.Rload = d.Rsource;
+  d.Fstart = d.Width / 20;
+  d.Fstop = d.Width * 20;
+  d.NrIntervals = kPoints;
+  AnalyzeSweep(d, p);
+  EXPECT_TRUE(p.messages.empty());
+  return d;
+}
+
+// Energy balance, passband ripple and loss at the cutoff; for elliptic
+// designs also positive finite parts, terminations and stopband depth.
+void CheckLadder(const DesignRecord& d, bool lowpass, const std::string& what) {
+  ASSERT_EQ(d.Stages, d.Order) << what;
+  for (int k = 1; k <= d.Stages; ++k) {
+    const int code = d.ElementType[k];
+    ASSERT_TRUE(code >= 1 && code <= 8) << what << " position " << k;
+    const bool hasL = code <= 2 || code >= 6, hasC = code >= 3 && code != 5;
+    EXPECT_TRUE(!hasL || (std::isfinite(d.L[k]) && d.L[k] > 0)) << what << " L" << k;
+    EXPECT_TRUE(!hasC || (std::isfinite(d.C[k]) && d.C[k] > 0)) << what << " C" << k;
+  }
+  double energy = 0, passLoss = 0, stopLoss = 1e9;
+  for (int i = 0; i <= kPoints; ++i) {
+    const double s21 = std::pow(10.0, d.Transmission[i] / 10);
+    energy = std::max(energy, std::fabs(s21 + std::pow(10.0, d.Reflection[i] / 10) - 1));
+    const double f = lowpass ? d.Freq[i] / d.Width : d.Width / d.Freq[i];  // as the lowpass sees it
+    if (lowpass ? i <= kPoints / 2 : i >= kPoints / 2)
+      passLoss = std::max(passLoss, -double{d.Transmission[i]});
+    if (f >= d.FstopNormalized * 1.0001) stopLoss = std::min(stopLoss, -double{d.Transmission[i]});
+  }
+  EXPECT_LT(energy, 1e-4) << what;  // |S11|² + |S21|² = 1
+  const double atCutoff = -d.Transmission[kPoints / 2];
+  if (d.Family == kChebyshev || d.Family == kCauer) {
+    EXPECT_NEAR(passLoss, d.Apass, 0.05 * d.Apass + 2e-4) << what;
+    EXPECT_NEAR(atCutoff, d.Apass, 0.02 * d.Apass + 2e-4) << what;
+  } else if (d.Family == kButterworth || d.Family == kBessel) {
+    EXPECT_NEAR(atCutoff, 10 * std::log10(2.0), d.Family == kBessel ? 0.1 : 0.01) << what;
+  }
+  if (d.Family == kCauer) {
+    EXPECT_LE(passLoss, d.Apass + 0.002) << what;
+    EXPECT_TRUE(stopLoss >= d.Astop - 0.01 && stopLoss < 1e9) << what << " " << stopLoss;
+    EXPECT_EQ(d.Order % 2 == 0, d.Rload != d.Rsource) << what;  // even orders are unequal
+  }
+}
+
+TEST(DesignedLadders, LosslessRippleCutoffStopbandAndHighpassMirror) {
+  for (const Choice& c : Families()) {
+    for (int order = 3; order <= 7; ++order) {
+      if (c.family == kZelmar && order != 5) continue;  // one fixed design
+      for (const auto& [lp, hp] : kTwins) {
+        const std::string what = c.name + " order " + std::to_string(order) + " ";
+        const DesignRecord low = Designed(c, order, lp, 1e12f);
+        const DesignRecord high = Designed(c, order, hp, 1e12f);
+        CheckLadder(low, true, what + lp);
+        CheckLadder(high, false, what + hp);
+        // A highpass at f is its lowpass twin at fc²/f: the grid is
+        // symmetric about the cutoff.
+        for (int i = 0; i <= kPoints; ++i) {
+          const float a = low.Transmission[i], b = high.Transmission[kPoints - i];
+          if (a < -60 && b < -60) continue;
+          ASSERT_NEAR(a, b, 0.01) << what << hp << " point " << i;
+        }
+      }
+    }
+  }
+}
+
+// ngspice in batch mode on the netlist of d; V(out) per point.
+std::vector<std::pair<double, std::complex<double>>> Simulate(const DesignRecord& d,
+                                                              const fs::path& dir) {
+  const std::string net = SpiceNetlistText(d);
+  const fs::path out = dir / "vout.txt", cir = dir / "ladder.cir";
+  std::ofstream(cir) << net.substr(0, net.rfind(".end")) << ".control\nset wr_singlescale\nrun\n"
+                     << "wrdata " << out.string() << " v(out)\n.endc\n.end\n";
+  fs::remove(out);
+  // ngspice -b exits with 1 without a .print line: the data file tells.
+  (void)std::system(("ngspice -b " + cir.string() + " > /dev/null 2>&1").c_str());
+  std::vector<std::pair<double, std::complex<double>>> points;
+  std::ifstream in(out);
+  double f, re, im;
+  while (in >> f >> re >> im) points.push_back({f, {re, im}});
+  return points;
+}
+
+TEST(DesignedLadders, AgreeWithNgspice) {
+  if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+  const fs::path dir = fs::temp_directory_path() / ("drenik_ngspice_" + std::to_string(getpid()));
+  fs::create_directories(dir);
+  RecordingPlatform p;
+  for (const Choice& c : Families()) {
+    if (c.family == kCauer && (c.ripple != 0.044f || c.depth != 40)) continue;
+    for (int order : {4, 5}) {
+      if (c.family == kZelmar && order != 5) continue;
+      for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"}) {
+        const DesignRecord d = Designed(c, order, topology, kInfiniteQind);
+        const std::string what = c.name + " order " + std::to_string(order) + " " + topology;
+        const auto points = Simulate(d, dir);
+        ASSERT_GT(points.size(), 700u) << what;
+        EXPECT_NEAR(points.back().first, d.Fstop, 1e-3 * d.Fstop) << what;
+        for (const auto& [f, v] : points) {
+          // 2 V behind Rsource: |S21|² = (Rsource/Rload)|V(out)|².
+          const double db = 20 * std::log10(std::abs(v)) + 10 * std::log10(d.Rsource / d.Rload);
+          if (db < -60) continue;
+          const PointResult r = AnalyzePoint(d, static_cast<float>(f), 0, 0, p);
+          double deg = std::fabs(r.Phase - std::arg(v) * 180 / M_PI);
+          deg = std::min(deg, 360 - deg);
+          ASSERT_NEAR(r.TransmissionDb, db, 0.02) << what << " at " << f << " Hz";
+          ASSERT_LT(deg, 0.1) << what << " at " << f << " Hz";
+        }
+      }
+    }
+  }
+  fs::remove_all(dir);
 }
 
 }  // namespace
