@@ -1,25 +1,15 @@
 // The designer window end to end: clicks and typing through the widgets,
 // the pages they lead to, and the last-session file between runs.
-#include <QGroupBox>
 #include <QLabel>
-#include <QStackedWidget>
 #include <sstream>
 #include <vector>
 
 #include "core/formatters.h"
-#include "pages/display_page.h"
-#include "window_fixture.h"
+#include "fixture.h"
+#include "qt/spice_dialog.h"
 
 namespace drenik::testing {
 namespace {
-
-std::vector<std::string> SplitFields(std::string line) {
-  while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
-  std::vector<std::string> fields;
-  std::stringstream in(line);
-  for (std::string field; std::getline(in, field, ',');) fields.push_back(field);
-  return fields;
-}
 
 TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   Launch();
@@ -33,13 +23,11 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   EXPECT_EQ(D().Family, 4);
   EXPECT_EQ(D().Order, 5);
   EXPECT_TRUE(Radio("optOrder5")->isChecked());
-  for (const char* frame : {"frmOrder", "frmRipple", "frmStopbandDepth"}) {
+  for (const char* frame : {"frmOrder", "frmRipple", "frmStopbandDepth"})
     EXPECT_FALSE(Window().DesignView().WidgetFor(frame)->isEnabled()) << frame;
-  }
   EXPECT_FALSE(Radio("optOrder3")->isEnabled());
-  for (const char* ripple : {"opt01", "opt044", "opt200"}) {
+  for (const char* ripple : {"opt01", "opt044", "opt200"})
     EXPECT_FALSE(Radio(ripple)->isChecked()) << ripple;
-  }
   EXPECT_EQ(Widget<QLabel>(Window().DesignView(), "lblRipple")->text(), "(0.2 dB)");
 
   // Every keystroke in the bandwidth box redesigns and redraws the strip.
@@ -48,12 +36,10 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   EXPECT_FLOAT_EQ(D().Width, 7.5e6f);
   EXPECT_GE(App().Design().SchematicRedraws(), redraws + 4);
   EXPECT_EQ(Edit("txtBandwidth")->text(), "7.5M");
-  // The box keeps what was typed even when the page clamps the value.
-  TypeInto(Edit("txtQother"), "1");  // disabled while "Infinite": typing is refused
+  TypeInto(Edit("txtQother"), "1");  // refused while "Infinite"
   EXPECT_EQ(Edit("txtQother")->text(), "1M");
-  EXPECT_EQ(D().Qind, 1e6f);
   Click(Radio("optQ2"));
-  TypeInto(Edit("txtQother"), "1");
+  TypeInto(Edit("txtQother"), "1");  // clamped to 2; the box keeps what was typed
   EXPECT_EQ(D().Qind, 2.0f);
   EXPECT_EQ(Edit("txtQother")->text(), "1");
   Click(Radio("optQ1"));
@@ -84,15 +70,14 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   // The readout follows the mouse over the plot, and leaves it.
   QPoint onPlot = DisplayPixel(5200, 6100);
   MoveMouse(onPlot);
-  QPointF pagePos = display.Surface().ToPage(onPlot);
+  QPointF at = display.Surface().ToPage(onPlot);
   DataReadout expected =
-      ComputeReadout(D(), static_cast<float>(pagePos.x()), static_cast<float>(pagePos.y()));
+      ComputeReadout(D(), static_cast<float>(at.x()), static_cast<float>(at.y()));
   ASSERT_TRUE(expected.onPlot);
   EXPECT_FALSE(HasText(page, "Cursor on plot"));
   for (const std::string& value : {expected.frequency, expected.transmission, expected.reflection,
-                                   expected.vswr, expected.delay}) {
+                                   expected.vswr, expected.delay})
     EXPECT_TRUE(HasText(page, value)) << value;
-  }
   MoveMouse(DisplayPixel(2000, 2000));
   EXPECT_TRUE(HasText(page, "Cursor on plot"));
   EXPECT_FALSE(HasText(page, expected.frequency));
@@ -108,8 +93,11 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   Click(Button(Window().DesignView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
   EXPECT_FALSE(Window().isVisible());
-  std::vector<std::string> fields = SplitFields(SessionFile());
-  ASSERT_EQ(fields.size(), 8u) << SessionFile();
+  std::vector<std::string> lines = CrLfLines(SessionPath()), fields;
+  ASSERT_EQ(lines.size(), 1u);
+  std::stringstream in(lines[0]);
+  for (std::string field; std::getline(in, field, ',');) fields.push_back(field);
+  ASSERT_EQ(fields.size(), 8u) << lines[0];
   EXPECT_EQ(fields[0], "5");
   EXPECT_EQ(std::stof(fields[1]), width);
   EXPECT_EQ(fields[2], "4");
@@ -120,38 +108,43 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   Click(Button(Window().OpeningView(), "cmdStart"));
   EXPECT_TRUE(Radio("optZelmar")->isChecked());
   EXPECT_TRUE(Radio("optOrder5")->isChecked());
-  EXPECT_TRUE(Radio("optQ1")->isChecked());
   EXPECT_EQ(Edit("txtBandwidth")->text().toStdString(), FormatFrequency(width));
   EXPECT_EQ(D().Width, width);
   EXPECT_TRUE(platform->messages.empty());
 }
 
-TEST_F(WindowTest, FirstStartShowsDefaultsAndOpeningExitKeepsTheFile) {
+TEST_F(WindowTest, FirstStartShowsDefaultsLinksOpenTheGuideAndOpeningExitKeepsTheFile) {
   Launch();
   Click(Button(Window().OpeningView(), "cmdStart"));
   EXPECT_TRUE(platform->messages.empty());
   for (const char* option :
-       {"optChebycheff", "optOrder5", "optCinlowpass", "opt044", "optAstop40", "optZ50", "optQ1"}) {
+       {"optChebycheff", "optOrder5", "optCinlowpass", "opt044", "optAstop40", "optZ50", "optQ1"})
     EXPECT_TRUE(Radio(option)->isChecked()) << option;
-  }
   EXPECT_EQ(Edit("txtBandwidth")->text().toStdString(), FormatFrequency(4.2e6));
   EXPECT_FALSE(Edit("txtZother")->isEnabled());
   EXPECT_FALSE(Window().DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
   EXPECT_EQ(Widget<QLabel>(Window().DesignView(), "lblRipple")->text(), "(ripple)");
+  Click(Button(Window().DesignView(), "cmdZelmarSoftware"));
+  EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
+  EXPECT_EQ(App().CurrentPage(), PageId::Design);
 
   const std::string odd = "3,1E+10,1,.01,30,\"Linhighpass\",75,200\r\n";
-  WriteSessionFile(odd);
+  WriteWhole(SessionPath(), odd);
   Launch();
   auto* heading = Widget<QLabel>(Window().OpeningView(), "lblHeading1");
   EXPECT_EQ(heading->text(), "Drenik Filter Designer");
   EXPECT_EQ(heading->font().family(), "Times New Roman");
   EXPECT_EQ(Widget<QLabel>(Window().OpeningView(), "lblVersion")->text(), "Version 2.12");
+  auto* visit = Widget<QLabel>(Window().OpeningView(), "lblVisit");
+  EXPECT_TRUE(visit->text().contains("User guide"));
+  emit visit->linkActivated("#");
+  EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
   Click(Button(Window().OpeningView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
-  EXPECT_EQ(SessionFile(), odd);
+  EXPECT_EQ(ReadWhole(SessionPath()), odd);
 }
 
-TEST_F(WindowTest, KeyboardMovesThroughOptionsAndPressesButtons) {
+TEST_F(WindowTest, KeyboardMovesThroughOptionsAndPressesButtonsAndRetunesStayBounded) {
   Launch();
   QPushButton* start = Button(Window().OpeningView(), "cmdStart");
   start->setFocus();
@@ -170,29 +163,51 @@ TEST_F(WindowTest, KeyboardMovesThroughOptionsAndPressesButtons) {
   ASSERT_EQ(QApplication::focusWidget(), chebyshev);
 
   // Tab leaves the family group for the order group.
-  std::vector<QWidget*> chain;
   QWidget* w = Radio("optBessel");
-  for (int i = 0; i < 3; ++i) chain.push_back(w = w->nextInFocusChain());
   bool reachesOrder = false;
-  for (QWidget* next : chain)
-    reachesOrder |= next->parentWidget() == Window().DesignView().WidgetFor("frmOrder");
+  for (int i = 0; i < 3; ++i)
+    reachesOrder |=
+        (w = w->nextInFocusChain())->parentWidget() == Window().DesignView().WidgetFor("frmOrder");
   EXPECT_TRUE(reachesOrder);
 
   QPushButton* show = Button(Window().DesignView(), "cmdDesign");
   show->setFocus();
   QTest::keyClick(show, Qt::Key_Enter);
-  EXPECT_EQ(App().CurrentPage(), PageId::Display);
+  ASSERT_EQ(App().CurrentPage(), PageId::Display);
+
+  // Each retune redraws the page; nothing piles up.
+  Click(Button(Window().DisplayView(), "cmdUp"));
+  size_t drawn = App().DisplayCanvas().Ops().size();
+  for (int i = 0; i < 10; ++i) {
+    Click(Button(Window().DisplayView(), "cmdDown"));
+    Click(Button(Window().DisplayView(), "cmdUp"));
+  }
+  EXPECT_LE(App().DisplayCanvas().Ops().size(), drawn + drawn / 10);
 }
 
-TEST_F(WindowTest, LinksOpenTheUserGuide) {
+// The LTspice dialog: "Draw" writes the file the save dialog names, "Cancel"
+// closes without writing.
+TEST_F(WindowTest, SpiceDialogDrawsAndCancels) {
   Launch();
-  auto* visit = Widget<QLabel>(Window().OpeningView(), "lblVisit");
-  EXPECT_TRUE(visit->text().contains("User guide"));
-  emit visit->linkActivated("#");
   Click(Button(Window().OpeningView(), "cmdStart"));
-  Click(Button(Window().DesignView(), "cmdZelmarSoftware"));
-  EXPECT_EQ(platform->urls, (std::vector<std::string>{"guide", "guide"}));
-  EXPECT_EQ(App().CurrentPage(), PageId::Design);
+  Click(Button(Window().DesignView(), "cmdDesign"));
+  SpicePage page(D(), *platform);
+  SpiceDialog dialog(page, &Window());
+  dialog.show();
+  EXPECT_EQ(dialog.windowTitle().toStdString(), page.Caption());
+  EXPECT_EQ(dialog.findChild<QLabel*>("lblHeading")->text().toStdString(), page.Heading());
+
+  TempFolder folder;
+  platform->dialogAnswer = folder / "ladder.ASC";
+  Click(dialog.DrawButton());
+  ASSERT_EQ(platform->dialogs.size(), 1u);
+  EXPECT_EQ(platform->dialogs[0].proposedName, "Default.ASC");
+  EXPECT_TRUE(ReadWhole(platform->dialogAnswer).starts_with("Version 4"));
+  EXPECT_TRUE(platform->messages.empty());
+
+  Click(dialog.CancelButton());
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(platform->dialogs.size(), 1u);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #pragma once
-// A designer window over a recording platform, in a fresh working folder
-// (where the last-session file lives), shown at 1280 x 960 under the
-// offscreen platform.
+// A designer window over a recording platform in a fresh working folder,
+// shown at 1280 x 960; and the display page drawn without a window.
 
 #include <gtest/gtest.h>
 
@@ -13,27 +12,71 @@
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "pages/application.h"
+#include "pages/display_page.h"
 #include "qt/designer_window.h"
 #include "qt/painter_canvas.h"
 #include "support/recording_platform.h"
+#include "support/temp_folder.h"
+#include "synthesis/prototypes.h"
 
 namespace drenik::testing {
 
-inline void TestApplication() {
-  PrepareQtDrawing();
+inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
+  DesignRecord d;
+  d.Pi = 3.14159265f;
+  d.TwoPi = 6.28318531f;
+  d.ProgramTitle = "Drenik Filter Designer";
+  d.Version = "2.12";
+  d.Family = family;
+  d.Order = family == kZelmar ? 5 : order;
+  d.CauerFlag = family == kCauer || family == kZelmar;
+  d.Topology = "Cinlowpass";
+  d.CauerType = "C";
+  d.Apass = 0.044f;
+  d.Astop = 40;
+  d.Width = 4.2e6f;
+  d.Rsource = d.Rload = d.Rstandard = 50;
+  d.Qind = kInfiniteQind;
+  d.Qcap = kInfiniteQcap;
+  return d;
+}
+
+// The display page's load, then the 5% L values if asked; false when the
+// design is refused.
+inline bool DrawDisplayPageLoad(DesignRecord& d, RecordingCanvas& canvas, bool inductors = false) {
+  struct : PageHost {
+    void ShowDesignPage() override {}
+    void ShowDisplayPage() override {}
+    void EndProgram(bool) override {}
+    const std::string& UserGuideUrl() const override { return url; }
+    std::string url;
+  } host;
+  RecordingPlatform platform;
+  try {
+    DesignPrototype(d, platform);
+  } catch (const std::exception&) {
+    return false;
+  }
+  DisplayPage page(d, platform, canvas, host);
+  page.Load();
+  if (inductors) page.OnInductors();
+  return platform.messages.empty();
+}
+
+inline bool HasText(const RecordingCanvas& canvas, const std::string& text) {
+  for (const DrawOp& op : canvas.Ops())
+    if (op.kind == DrawOp::Kind::Text && op.text == text) return true;
+  return false;
 }
 
 class WindowTest : public ::testing::Test {
  protected:
-  WindowTest() {
-    TestApplication();
-    previous_ = QDir::currentPath();
+  WindowTest() : previous_(QDir::currentPath()) {
+    PrepareQtDrawing();
     QDir::setCurrent(folder_.path());
   }
   ~WindowTest() override {
@@ -59,15 +102,13 @@ class WindowTest : public ::testing::Test {
   DesignRecord& D() { return app_->Record(); }
   DesignerWindow& Window() { return *window_; }
 
-  template <typename T>
+  template <typename T = QPushButton>
   T* Widget(ControlPageView& view, const char* name) {
     T* w = qobject_cast<T*>(view.WidgetFor(name));
     EXPECT_NE(w, nullptr) << name;
     return w;
   }
-  QPushButton* Button(ControlPageView& view, const char* name) {
-    return Widget<QPushButton>(view, name);
-  }
+  QPushButton* Button(ControlPageView& view, const char* name) { return Widget(view, name); }
   QRadioButton* Radio(const char* name) {
     return Widget<QRadioButton>(Window().DesignView(), name);
   }
@@ -76,8 +117,7 @@ class WindowTest : public ::testing::Test {
   void Click(QAbstractButton* button) {
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
   }
-
-  // Replaces the text of a box by typing, one keystroke at a time.
+  // Replaces the text of a box one keystroke at a time.
   void TypeInto(QLineEdit* edit, const QString& text) {
     edit->setFocus();
     edit->selectAll();
@@ -91,9 +131,7 @@ class WindowTest : public ::testing::Test {
     return QPoint(static_cast<int>(x / kPageWidth * s.width()),
                   static_cast<int>(y / kPageHeight * s.height()));
   }
-
-  // The pointer moving over the display page without a button held (sent
-  // directly: the platform drops a move to where the pointer already is).
+  // Sent directly: the platform drops a move to where the pointer already is.
   void MoveMouse(QPoint pixel) {
     PageSurface& surface = Window().DisplayView().Surface();
     ASSERT_TRUE(surface.hasMouseTracking());
@@ -102,21 +140,8 @@ class WindowTest : public ::testing::Test {
     QApplication::sendEvent(&surface, &move);
   }
 
-  std::string SessionFile() const {
-    std::ifstream in(QDir(folder_.path()).filePath(kLastSessionFile).toStdString(),
-                     std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
-  void WriteSessionFile(const std::string& bytes) const {
-    std::ofstream(QDir(folder_.path()).filePath(kLastSessionFile).toStdString(), std::ios::binary)
-        << bytes;
-  }
-
-  static bool HasText(const RecordingCanvas& canvas, const std::string& text) {
-    for (const DrawOp& op : canvas.Ops()) {
-      if (op.kind == DrawOp::Kind::Text && op.text == text) return true;
-    }
-    return false;
+  std::string SessionPath() const {
+    return QDir(folder_.path()).filePath(kLastSessionFile).toStdString();
   }
 
   std::unique_ptr<RecordingPlatform> platform;
