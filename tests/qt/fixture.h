@@ -10,13 +10,14 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTemporaryDir>
 #include <QTest>
 #include <memory>
 #include <string>
 
+#include "core/last_session.h"
 #include "pages/application.h"
 #include "pages/display_page.h"
+#include "pages/opening_page.h"
 #include "qt/designer_window.h"
 #include "qt/painter_canvas.h"
 #include "support/recording_platform.h"
@@ -27,20 +28,13 @@ namespace drenik::testing {
 
 inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
   DesignRecord d;
-  d.Pi = 3.14159265f;
-  d.TwoPi = 6.28318531f;
-  d.ProgramTitle = "Drenik Filter Designer";
-  d.Version = "2.12";
+  SetProgramConstants(d);
+  SetLastSessionDefaults(d);
   d.Family = family;
   d.Order = family == kZelmar ? 5 : order;
   d.CauerFlag = family == kCauer || family == kZelmar;
-  d.Topology = "Cinlowpass";
   d.CauerType = "C";
-  d.Apass = 0.044f;
-  d.Astop = 40;
-  d.Width = 4.2e6f;
-  d.Rsource = d.Rload = d.Rstandard = 50;
-  d.Qind = kInfiniteQind;
+  d.Rload = d.Rstandard = 50;
   d.Qcap = kInfiniteQcap;
   return d;
 }
@@ -77,30 +71,28 @@ class WindowTest : public ::testing::Test {
  protected:
   WindowTest() : previous_(QDir::currentPath()) {
     PrepareQtDrawing();
-    QDir::setCurrent(folder_.path());
+    QDir::setCurrent(QString::fromStdString(folder.Path()));
   }
   ~WindowTest() override {
-    window_.reset();
-    app_.reset();
+    window.reset();
+    app.reset();
     QDir::setCurrent(previous_);
   }
 
   // A new run of the program in the same folder: the opening page is shown.
   void Launch() {
-    window_.reset();
-    app_.reset();
+    window.reset();
+    app.reset();
     platform = std::make_unique<RecordingPlatform>();
-    app_ = std::make_unique<Application>(*platform, ApplicationOptions{kLastSessionFile, "guide"});
-    window_ = std::make_unique<DesignerWindow>(*app_);
-    window_->resize(1280, 960);
-    app_->Start();
-    window_->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+    app = std::make_unique<Application>(*platform, ApplicationOptions{kLastSessionFile, "guide"});
+    window = std::make_unique<DesignerWindow>(*app);
+    window->resize(1280, 960);
+    app->Start();
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
   }
 
-  Application& App() { return *app_; }
-  DesignRecord& D() { return app_->Record(); }
-  DesignerWindow& Window() { return *window_; }
+  DesignRecord& D() { return app->Record(); }
 
   template <typename T = QPushButton>
   T* Widget(ControlPageView& view, const char* name) {
@@ -109,10 +101,8 @@ class WindowTest : public ::testing::Test {
     return w;
   }
   QPushButton* Button(ControlPageView& view, const char* name) { return Widget(view, name); }
-  QRadioButton* Radio(const char* name) {
-    return Widget<QRadioButton>(Window().DesignView(), name);
-  }
-  QLineEdit* Edit(const char* name) { return Widget<QLineEdit>(Window().DesignView(), name); }
+  QRadioButton* Radio(const char* name) { return Widget<QRadioButton>(window->DesignView(), name); }
+  QLineEdit* Edit(const char* name) { return Widget<QLineEdit>(window->DesignView(), name); }
   // Clicks near the left edge, where an option button has its circle.
   void Click(QAbstractButton* button) {
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
@@ -125,32 +115,26 @@ class WindowTest : public ::testing::Test {
     QTest::keyClicks(edit, text);
   }
 
-  // A page position on the display page, as a position in its surface.
-  QPoint DisplayPixel(float x, float y) {
-    PageSurface& s = Window().DisplayView().Surface();
-    return QPoint(static_cast<int>(x / kPageWidth * s.width()),
-                  static_cast<int>(y / kPageHeight * s.height()));
-  }
-  // Sent directly: the platform drops a move to where the pointer already is.
-  void MoveMouse(QPoint pixel) {
-    PageSurface& surface = Window().DisplayView().Surface();
-    ASSERT_TRUE(surface.hasMouseTracking());
-    QMouseEvent move(QEvent::MouseMove, QPointF(pixel), surface.mapToGlobal(QPointF(pixel)),
-                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(&surface, &move);
-  }
-
-  std::string SessionPath() const {
-    return QDir(folder_.path()).filePath(kLastSessionFile).toStdString();
+  // The pointer moving to a page position on the display page, without a
+  // button held; sent directly, as the platform drops a move to where the
+  // pointer already is. Returns the position in the page's surface.
+  QPoint MoveMouse(float x, float y) {
+    PageSurface& s = window->DisplayView().Surface();
+    EXPECT_TRUE(s.hasMouseTracking());
+    QPoint pixel(static_cast<int>(x / kPageWidth * s.width()),
+                 static_cast<int>(y / kPageHeight * s.height()));
+    QMouseEvent move(QEvent::MouseMove, QPointF(pixel), s.mapToGlobal(QPointF(pixel)), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&s, &move);
+    return pixel;
   }
 
-  std::unique_ptr<RecordingPlatform> platform;
-
- private:
-  QTemporaryDir folder_;
+  TempFolder folder;
+  const std::string sessionPath = folder / kLastSessionFile;
   QString previous_;
-  std::unique_ptr<Application> app_;
-  std::unique_ptr<DesignerWindow> window_;
+  std::unique_ptr<RecordingPlatform> platform;
+  std::unique_ptr<Application> app;
+  std::unique_ptr<DesignerWindow> window;
 };
 
 }  // namespace drenik::testing
