@@ -109,17 +109,13 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   MoveMouse(5200, 6100);
   save("display.png");
 
-  struct Page {
-    ControlPageView* view;
-    ControlSet* controls;
-  } pages[] = {{&window->OpeningView(), &app->Opening().Controls()},
-               {&window->DesignView(), &app->Design().Controls()},
-               {&display, &app->Display().Controls()}};
-  for (const Page& page : pages) {
-    for (const auto& control : page.controls->All())
-      EXPECT_NE(page.view->WidgetFor(control->Name()), nullptr) << control->Name();
-    page.view->resize(1280, 960);
-    ExpectNoOverlap(page.view);
+  for (auto [view, controls] : {std::pair{&window->OpeningView(), &app->Opening().Controls()},
+                                {&window->DesignView(), &app->Design().Controls()},
+                                {&display, &app->Display().Controls()}}) {
+    for (const auto& control : controls->All())
+      EXPECT_NE(view->WidgetFor(control->Name()), nullptr) << control->Name();
+    view->resize(1280, 960);
+    ExpectNoOverlap(view);
   }
   double scale = display.Scale();
   QPoint origin = display.Surface().geometry().topLeft();

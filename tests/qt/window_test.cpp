@@ -13,10 +13,8 @@ namespace {
 
 TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   Launch();
-  EXPECT_EQ(window->windowTitle(), "Drenik Filter Designer - Opening");
   Click(Button(window->OpeningView(), "cmdStart"));
   ASSERT_EQ(app->CurrentPage(), PageId::Design);
-  EXPECT_EQ(window->windowTitle(), "Drenik Filter Designer 2.12 - Design");
 
   // Zelmar: order fixed at 5, the order, ripple and stopband groups disabled.
   Click(Radio("optZelmar"));
@@ -127,7 +125,7 @@ TEST_F(WindowTest, FirstStartShowsDefaultsLinksOpenTheGuideAndOpeningExitKeepsTh
   EXPECT_EQ(ReadWhole(sessionPath), odd);
 }
 
-TEST_F(WindowTest, KeyboardMovesThroughOptionsAndPressesButtonsAndRetunesStayBounded) {
+TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDialogWorks) {
   Launch();
   QPushButton* start = Button(window->OpeningView(), "cmdStart");
   start->setFocus();
@@ -166,14 +164,8 @@ TEST_F(WindowTest, KeyboardMovesThroughOptionsAndPressesButtonsAndRetunesStayBou
     Click(Button(window->DisplayView(), "cmdUp"));
   }
   EXPECT_LE(app->DisplayCanvas().Ops().size(), drawn + drawn / 10);
-}
 
-// The LTspice dialog: "Draw" writes the file the save dialog names, "Cancel"
-// closes without writing.
-TEST_F(WindowTest, SpiceDialogDrawsAndCancels) {
-  Launch();
-  Click(Button(window->OpeningView(), "cmdStart"));
-  Click(Button(window->DesignView(), "cmdDesign"));
+  // LTspice: "Draw" writes the file the save dialog names, "Cancel" closes.
   SpicePage page(D(), *platform);
   SpiceDialog dialog(page, window.get());
   dialog.show();
