@@ -26,7 +26,7 @@ class Render : public ::testing::Test {
 // PNG: the page fills the image on white, lines land where the page puts
 // them, arcs run counter-clockwise as seen, and a wider image centres the
 // page between white margins. Then PDF, and the failures.
-TEST_F(Render, PngGeometryArcsAndAspectPdfAndFailures) {
+TEST_F(Render, PngGeometryArcsAndMarginsPdfAndFailures) {
   RecordingCanvas page;
   page.SetForeColor(kBlack);
   page.Line(3000, 4000, 3000, 8000);
