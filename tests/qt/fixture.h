@@ -1,0 +1,140 @@
+#pragma once
+// A designer window over a recording platform in a fresh working folder,
+// shown at 1280 x 960; and the display page drawn without a window.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <memory>
+#include <string>
+
+#include "core/last_session.h"
+#include "pages/application.h"
+#include "pages/display_page.h"
+#include "pages/opening_page.h"
+#include "qt/designer_window.h"
+#include "qt/painter_canvas.h"
+#include "support/recording_platform.h"
+#include "support/temp_folder.h"
+#include "synthesis/prototypes.h"
+
+namespace drenik::testing {
+
+inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
+  DesignRecord d;
+  SetProgramConstants(d);
+  SetLastSessionDefaults(d);
+  d.Family = family;
+  d.Order = family == kZelmar ? 5 : order;
+  d.CauerFlag = family == kCauer || family == kZelmar;
+  d.CauerType = "C";
+  d.Rload = d.Rstandard = 50;
+  d.Qcap = kInfiniteQcap;
+  return d;
+}
+
+// The display page's load, then the 5% L values if asked; false when the
+// design is refused.
+inline bool DrawDisplayPageLoad(DesignRecord& d, RecordingCanvas& canvas, bool inductors = false) {
+  struct : PageHost {
+    void ShowDesignPage() override {}
+    void ShowDisplayPage() override {}
+    void EndProgram(bool) override {}
+    const std::string& UserGuideUrl() const override { return url; }
+    std::string url;
+  } host;
+  RecordingPlatform platform;
+  try {
+    DesignPrototype(d, platform);
+  } catch (const std::exception&) {
+    return false;
+  }
+  DisplayPage page(d, platform, canvas, host);
+  page.Load();
+  if (inductors) page.OnInductors();
+  return platform.messages.empty();
+}
+
+inline bool HasText(const RecordingCanvas& canvas, const std::string& text) {
+  for (const DrawOp& op : canvas.Ops())
+    if (op.kind == DrawOp::Kind::Text && op.text == text) return true;
+  return false;
+}
+
+class WindowTest : public ::testing::Test {
+ protected:
+  WindowTest() : previous_(QDir::currentPath()) {
+    PrepareQtDrawing();
+    QDir::setCurrent(QString::fromStdString(folder.Path()));
+  }
+  ~WindowTest() override {
+    window.reset();
+    app.reset();
+    QDir::setCurrent(previous_);
+  }
+
+  // A new run of the program in the same folder: the opening page is shown.
+  void Launch() {
+    window.reset();
+    app.reset();
+    platform = std::make_unique<RecordingPlatform>();
+    app = std::make_unique<Application>(*platform, ApplicationOptions{kLastSessionFile, "guide"});
+    window = std::make_unique<DesignerWindow>(*app);
+    window->resize(1280, 960);
+    app->Start();
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  }
+
+  DesignRecord& D() { return app->Record(); }
+
+  template <typename T = QPushButton>
+  T* Widget(ControlPageView& view, const char* name) {
+    T* w = qobject_cast<T*>(view.WidgetFor(name));
+    EXPECT_NE(w, nullptr) << name;
+    return w;
+  }
+  QPushButton* Button(ControlPageView& view, const char* name) { return Widget(view, name); }
+  QRadioButton* Radio(const char* name) { return Widget<QRadioButton>(window->DesignView(), name); }
+  QLineEdit* Edit(const char* name) { return Widget<QLineEdit>(window->DesignView(), name); }
+  // Clicks near the left edge, where an option button has its circle.
+  void Click(QAbstractButton* button) {
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+  }
+  // Replaces the text of a box one keystroke at a time.
+  void TypeInto(QLineEdit* edit, const QString& text) {
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    QTest::keyClicks(edit, text);
+  }
+
+  // The pointer moving to a page position on the display page, without a
+  // button held; sent directly, as the platform drops a move to where the
+  // pointer already is. Returns the position in the page's surface.
+  QPoint MoveMouse(float x, float y) {
+    PageSurface& s = window->DisplayView().Surface();
+    EXPECT_TRUE(s.hasMouseTracking());
+    QPoint pixel(static_cast<int>(x / kPageWidth * s.width()),
+                 static_cast<int>(y / kPageHeight * s.height()));
+    QMouseEvent move(QEvent::MouseMove, QPointF(pixel), s.mapToGlobal(QPointF(pixel)), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&s, &move);
+    return pixel;
+  }
+
+  TempFolder folder;
+  const std::string sessionPath = folder / kLastSessionFile;
+  QString previous_;
+  std::unique_ptr<RecordingPlatform> platform;
+  std::unique_ptr<Application> app;
+  std::unique_ptr<DesignerWindow> window;
+};
+
+}  // namespace drenik::testing
