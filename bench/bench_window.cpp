@@ -16,25 +16,9 @@
 
 namespace {
 
-class SilentPlatform : public drenik::Platform {
- public:
-  using Platform::ShowMessage;
-  void ShowMessage(const std::string&, const std::string&, drenik::MessageIcon) override {}
-  std::string SaveFileDialog(const std::string&, const std::string&, const std::string&) override {
-    return {};
-  }
-  std::string OpenFileDialog(const std::string&, const std::string&, const std::string&) override {
-    return {};
-  }
-  void OpenUrl(const std::string&) override {}
-  void Beep() override {}
-  std::string TodayShort() override { return "21.11.2026"; }
-  void EndProgram() override {}
-};
-
 // The program at its first start (no last-session file), on the design page.
 struct Designer {
-  SilentPlatform platform;
+  drenik::NullPlatform platform;
   drenik::Application app{platform, drenik::ApplicationOptions{"", ""}};
   std::unique_ptr<drenik::DesignerWindow> window;
 
