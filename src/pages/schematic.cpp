@@ -154,7 +154,7 @@ void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   canvas.Line(x, d.Y + 540, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
   if (!values) return;
-  static constexpr float kRows[3] = {1100, 1300, 1500};
+  static constexpr float kRows[3] = {1100, 1300, 1480};
   int row = LabelRow(d);
   SetLabel(d, x0 + 40, kRows[row]);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
@@ -179,7 +179,7 @@ void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool value
   static constexpr float kLRows[3] = {250, 450, 650};
   SetLabel(d, x0 + 300, kLRows[row]);
   PrintLabel(d, canvas, FormatInductance(l), 660, kRowColor[row]);
-  static constexpr float kCRows[3] = {1100, 1300, 1500};
+  static constexpr float kCRows[3] = {1100, 1300, 1480};
   SetLabel(d, x0 + 40, kCRows[row]);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);

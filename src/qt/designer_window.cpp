@@ -90,15 +90,15 @@ std::vector<ControlPlace> DisplayPlaces() {
     p.push_back({name, x, 8600, x + kWidth, 8980, 8});
     x += kWidth + 100;
   }
-  // The files: two columns in the top right corner, right of the widest ladder
-  // (the note at the load of an even-order Chebyshev design reaches x = 9650) and above the
-  // bandwidth label.
+  // The files: one row along the top edge. Nothing is drawn above y = 420
+  // (the highest text is the "Chebyshev)" note of an unequally terminated
+  // load at 440), whatever the width of the ladder.
   const char* files[] = {"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis",
                          "cmdSpice", "cmdNetlist",     "cmdTouchstone", "cmdCsv"};
-  for (int i = 0; i < 8; ++i) {
-    float left = i % 2 == 0 ? 9720 : 10860;
-    float top = 150 + (i / 2) * 550;
-    p.push_back({files[i], left, top, left + 1040, top + 450, 8});
+  x = 2400;
+  for (const char* name : files) {
+    p.push_back({name, x, 40, x + kWidth * 7 / 8 - 12.5f, 400, 8});
+    x += kWidth * 7 / 8 - 12.5f + 100;
   }
   return p;
 }
