@@ -19,7 +19,6 @@ TEST(SpicePage, TextsAndProposedNames) {
   page.cmdExit_Click();
   EXPECT_FALSE(page.Visible());
   EXPECT_TRUE(platform.dialogs.empty());
-
   EXPECT_EQ(SpicePage::ProposedName(""), "Default.ASC");
   EXPECT_EQ(SpicePage::ProposedName("/home/u/filter.LCT"), "/home/u/filter.ASC");
   EXPECT_EQ(SpicePage::ProposedName("ab"), ".ASC");
