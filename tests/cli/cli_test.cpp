@@ -204,8 +204,7 @@ TEST(Cli, ValueStagesFollowTheDisplayPage) {
   EXPECT_NE(exact["Transmission"].items[800].text, c5["Transmission"].items[800].text);
 }
 
-// Read as the page reads its boxes; the session file is neither read nor
-// written.
+// Read as the page reads its boxes; the session file is left alone.
 TEST(Cli, ChoicesAreReadAsThePageReadsItsBoxesWithoutTheSessionFile) {
   EXPECT_EQ(DesignJson({"--bandwidth", "4,7k"})["Width"].AsFloat(), 4700.0f);
   EXPECT_EQ(DesignJson({"--q", "1"})["Qind"].AsFloat(), 2.0f);
@@ -261,8 +260,6 @@ TEST(Cli, RenderWritesThePageInTheFormatAsked) {
   EXPECT_NE(text.find("Cursor on plot"), std::string::npos);
 }
 
-// An even order ends in a plain element with a load below the source, and
-// every part is positive, in all four topologies.
 TEST(Cli, CauerDesignsInEveryTopology) {
   for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"}) {
     SCOPED_TRACE(topology);

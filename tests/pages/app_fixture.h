@@ -1,6 +1,5 @@
 #pragma once
-// An application over a recording platform, with its last-session file in a
-// fresh temporary folder.
+// An application over a recording platform, its session file in a new folder.
 
 #include <gtest/gtest.h>
 

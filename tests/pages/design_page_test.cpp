@@ -1,5 +1,4 @@
-// The opening and design pages, the session file, and the control set's
-// error guard.
+// The opening and design pages, the session file, the controls' error guard.
 #include "pages/design_page.h"
 
 #include <gtest/gtest.h>
@@ -22,8 +21,7 @@ Names SelectedIn(DesignPage& page, const std::string& frame) {
   return names;
 }
 
-// Each of the groups frmOrder, frmRipple and frmStopbandDepth is enabled as
-// the matching flag says, frame and options alike.
+// The order, ripple and stopband groups, frames and options, are enabled so.
 void ExpectGroups(DesignPage& page, bool order, bool ripple, bool stopband) {
   for (const auto& [frame, enabled] : {std::pair{"frmOrder", order}, std::pair{"frmRipple", ripple},
                                        std::pair{"frmStopbandDepth", stopband}}) {
@@ -34,24 +32,16 @@ void ExpectGroups(DesignPage& page, bool order, bool ripple, bool stopband) {
   }
 }
 
-TEST_F(DesignPageTest, OpeningReadsTheSessionAndExitWritesNothing) {
+TEST_F(DesignPageTest, OpeningExitWritesNothingAndNoSessionPathMeansDefaults) {
   const std::string line = "7,1E+10,1,.2,60,\"Linhighpass\",600,300";
   WriteSession(line);
   App().Start();
   EXPECT_EQ(App().CurrentPage(), PageId::Opening);
-  ControlSet& c = App().Opening().Controls();
-  EXPECT_EQ(c.FindLabel("lblVersion")->Caption(), "Version 2.12");
-  EXPECT_EQ(App().Opening().Caption(), "Drenik Filter Designer - Opening");
-  EXPECT_EQ(D().Width, 1e10f);
-  EXPECT_EQ(D().Qind, 300.0f);
-  App().Opening().VisitUserGuide();
-  EXPECT_EQ(platform.urls, Names{"guide.html"});
-  c.FindButton("cmdExit")->Click();
+  App().Opening().Controls().FindButton("cmdExit")->Click();
   EXPECT_TRUE(platform.ended);
   EXPECT_EQ(App().CurrentPage(), PageId::Ended);
   EXPECT_EQ(ReadSession(), line + "\r\n");
 
-  // Without a session path the file is neither read nor written.
   Application app(platform, ApplicationOptions{"", ""});
   app.Start();
   EXPECT_EQ(app.Record().Order, 5);
@@ -80,8 +70,9 @@ TEST_F(DesignPageTest, FirstStartWithoutSessionFileShowsTheDefaultsQuietly) {
   EXPECT_GT(page.SchematicRedraws(), 0);
 }
 
-// The ripple choice comes back with Chebyshev.
-TEST_F(DesignPageTest, ZelmarFixesOrderFiveAndLocksTheOtherGroups) {
+// Zelmar fixes order 5 and locks the other groups; Chebyshev brings the ripple
+// choice back.
+TEST_F(DesignPageTest, ZelmarLocksTheGroupsAndExitKeepsTheChoices) {
   DesignPage& page = StartDesign();
   page.Option("optOrder3").Click();
   page.Option("opt200").Click();
@@ -98,24 +89,50 @@ TEST_F(DesignPageTest, ZelmarFixesOrderFiveAndLocksTheOtherGroups) {
   ExpectGroups(page, true, true, false);
   EXPECT_EQ(SelectedIn(page, "frmRipple").size(), 1u);
   EXPECT_EQ(page.LabelNamed("lblRipple").Caption(), "(ripple)");
+
+  // Choices reach the record; "Exit" keeps them for the next start.
+  page.Option("optLinhighpass").Click();
+  page.Option("optOrder7").Click();
+  page.Option("optBessel").Click();
+  EXPECT_EQ(D().CauerFlag, 0);
+  EXPECT_EQ(page.LabelNamed("lblRipple").Caption(), "(3 dB)");
+  ExpectGroups(page, true, false, false);
+  page.Button("cmdZelmarSoftware").Click();
+  EXPECT_EQ(platform.urls, Names{"guide.html"});
+
+  page.Button("cmdExit").Click();
+  EXPECT_TRUE(platform.ended);
+  Application next(platform, ApplicationOptions{session_, ""});
+  next.Start();
+  EXPECT_EQ(next.Record().Family, kBessel);
+  EXPECT_EQ(next.Record().Order, 7);
+  EXPECT_EQ(next.Record().Topology, "Linhighpass");
 }
 
-TEST_F(DesignPageTest, ZelmarFromTheSessionFileLoadsLockedAndMatchesTheLoad) {
-  WriteSession("3,4500000,4,.01,0,\"Linlowpass\",75,1000000");
-  DesignPage& page = StartDesign();
+TEST_F(DesignPageTest, OpeningReadsTheSessionAndZelmarLoadsLockedMatchingTheLoad) {
+  WriteSession("3,4500000,4,.01,0,\"Linlowpass\",75,300");
+  App().Start();
+  ControlSet& c = App().Opening().Controls();
+  EXPECT_EQ(c.FindLabel("lblVersion")->Caption(), "Version 2.12");
+  EXPECT_EQ(App().Opening().Caption(), "Drenik Filter Designer - Opening");
+  EXPECT_EQ(D().Width, 4.5e6f);
+  EXPECT_EQ(D().Qind, 300.0f);
+  App().Opening().VisitUserGuide();
+  EXPECT_EQ(platform.urls, Names{"guide.html"});
+
+  c.FindButton("cmdStart")->Click();
+  DesignPage& page = Design();
   EXPECT_EQ(D().Order, 5);
   EXPECT_TRUE(SelectedIn(page, "frmRipple").empty());
   ExpectGroups(page, false, false, false);
   EXPECT_EQ(SelectedIn(page, "frmImpedance"), Names{"optZother"});
-
   D().Rload = 1;  // "Display responses" ties the load to the source
   page.Button("cmdDesign").Click();
   EXPECT_EQ(D().Rload, 75.0f);
 }
 
-// The clamps store the limit but leave the box as typed. optZ50 writes "50"
-// into the Other box; when that changes the text, the box's own change
-// handling (one more redraw) runs before the rest.
+// Clamps leave the box as typed. optZ50's "50" runs the Other box's change
+// (one more redraw) first, and only when the text changes.
 TEST_F(DesignPageTest, BoxesClampWithoutWritingBackAndZ50RunsTheOtherBoxChange) {
   DesignPage& page = StartDesign();
   int redraws = page.SchematicRedraws();
@@ -146,8 +163,7 @@ TEST_F(DesignPageTest, BoxesClampWithoutWritingBackAndZ50RunsTheOtherBoxChange) 
   EXPECT_EQ(page.SchematicRedraws(), redraws + 3);
 }
 
-// The load's snap (open bounds) is narrower for 0.01 dB than the one before
-// a Cauer design.
+// The load's snap (open bounds) is narrower for 0.01 dB than a Cauer design's.
 TEST_F(DesignPageTest, RippleSnapsNarrowlyOnLoadAndWidelyBeforeACauerDesign) {
   const float in[] = {0.015f, 0.0105f, 0.0499f, 0.05f, 0.2001f};
   const float out[] = {0.015f, 0.01f, 0.044f, 0.05f, 0.2f};
@@ -192,28 +208,7 @@ TEST_F(DesignPageTest, StopbandEdgeOnlyForOddCauerOrdersInTheTable) {
   EXPECT_EQ(D().StopbandEdge, 0.0f);
 }
 
-TEST_F(DesignPageTest, ChoicesReachTheRecordAndExitKeepsThem) {
-  DesignPage& page = StartDesign();
-  page.Option("optLinhighpass").Click();
-  page.Option("optOrder7").Click();
-  page.Option("optBessel").Click();
-  EXPECT_EQ(D().CauerFlag, 0);
-  EXPECT_EQ(page.LabelNamed("lblRipple").Caption(), "(3 dB)");
-  ExpectGroups(page, true, false, false);
-  page.Button("cmdZelmarSoftware").Click();
-  EXPECT_EQ(platform.urls, Names{"guide.html"});
-
-  page.Button("cmdExit").Click();
-  EXPECT_TRUE(platform.ended);
-  Application next(platform, ApplicationOptions{session_, ""});
-  next.Start();
-  EXPECT_EQ(next.Record().Family, kBessel);
-  EXPECT_EQ(next.Record().Order, 7);
-  EXPECT_EQ(next.Record().Topology, "Linhighpass");
-}
-
-// An engine error inside a nested event stops the whole outer event and is
-// shown once, by the outermost one.
+// An engine error in a nested event stops the outer one and shows once.
 TEST(Controls, EngineErrorsAreShownOnceByTheOutermostEvent) {
   RecordingPlatform platform;
   ControlSet set(platform);

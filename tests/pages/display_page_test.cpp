@@ -1,5 +1,4 @@
-// The display page: sweep and curves, width steps, the readout, leaving, and
-// the export buttons.
+// The display page with its export buttons, and the LTspice page.
 #include "pages/display_page.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +8,9 @@
 
 #include "app_fixture.h"
 #include "core/formatters.h"
+#include "pages/spice_page.h"
 #include "plot/overlay.h"
+#include "support/temp_folder.h"
 
 namespace drenik::testing {
 namespace {
@@ -91,8 +92,7 @@ TEST_F(DisplayPageTest, UpThenDownLeavesPointNineNineNineNineOfTheWidth) {
   EXPECT_NE(ReadSession().find("\"Cinlowpass\""), std::string::npos);
 }
 
-// Only strictly inside the plot reads values; the texts carry their signs,
-// units and the VSWR limit.
+// Only strictly inside the plot reads values.
 TEST(Readout, InsideThePlotReadsSignedTextsWithUnits) {
   DesignRecord d;
   d.NrIntervals = 1000;
@@ -205,6 +205,42 @@ TEST_F(DisplayPageTest, OverlayLtspiceAndPrintingGoThroughTheApplication) {
   page.OnPrint();
   EXPECT_EQ(prints, 1);
   EXPECT_EQ(platform.messages.size(), 2u);
+}
+
+TEST(SpicePage, TextsProposedNamesAndDrawing) {
+  TempFolder folder;
+  RecordingPlatform platform;
+  DesignRecord d;
+  d.Qind = 1e6f;
+  d.SchematicWidth = 10;
+  d.FileName = folder / "x.LCT";
+  SpicePage page(d, platform);
+  EXPECT_EQ(page.Caption(), "Pallis - Write Spice schematic");
+  EXPECT_EQ(page.Heading(), "Write an LTspice schematic file");
+  EXPECT_EQ(page.Label1(), "Zelmar Software has no connection with LinearTechnology Corporation");
+  EXPECT_EQ(page.DrawCaption() + page.ExitCaption(), "DrawCancel");
+  EXPECT_EQ(SpicePage::ProposedName(""), "Default.ASC");
+  EXPECT_EQ(SpicePage::ProposedName("/home/u/filter.LCT"), "/home/u/filter.ASC");
+  EXPECT_EQ(SpicePage::ProposedName("ab"), ".ASC");
+
+  page.cmdDraw_Click();  // cancelled
+  ASSERT_EQ(platform.dialogs.size(), 1u);
+  EXPECT_EQ(platform.dialogs[0].title, "Pallis - write Spice schematic");
+  EXPECT_EQ(platform.dialogs[0].filter, "LTspice files (*.ASC) | *.ASC");
+  EXPECT_EQ(platform.dialogs[0].proposedName, folder / "x.ASC");
+  EXPECT_EQ(d.SchematicWidth, 800);
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text, "We could not write the LTspice file");
+
+  platform.dialogAnswer = folder / "y.ASC";
+  page.cmdDraw_Click();
+  EXPECT_EQ(platform.dialogs[1].proposedName, "Default.ASC");  // the cancel emptied the name
+  EXPECT_EQ(d.FileName, folder / "y.ASC");
+  EXPECT_EQ(CrLfLines(d.FileName).at(0), "Version 4");
+  EXPECT_EQ(platform.messages.size(), 1u);
+  page.cmdExit_Click();
+  EXPECT_FALSE(page.Visible());
+  EXPECT_EQ(platform.dialogs.size(), 2u);
 }
 
 }  // namespace

@@ -41,7 +41,6 @@ bool HasText(const RecordingCanvas& c, const std::string& text, int32_t color = 
   });
 }
 
-// Horizontal extent of the strokes (lines and arcs) of a drawing.
 std::pair<float, float> StrokeExtent(const RecordingCanvas& c) {
   float left = 1e9f, right = -1e9f;
   for (const DrawOp& op : c.Ops()) {
@@ -82,8 +81,8 @@ TEST(Schematic, WidthsAndCentringOfTheDesignStrip) {
   }
 }
 
-// Every kind advances the pen by its width, keeps its strokes inside it and
-// joins the upper rail at both ends; shunt kinds reach the ground rail.
+// Each kind advances by its width, stays inside it, joins the upper rail at
+// both ends; shunt kinds reach the ground rail.
 TEST(Schematic, EachKindAdvancesByItsWidthAndStaysInside) {
   for (auto [type, width, shunt] : {std::tuple{1, 960.f, false},
                                     {2, 640.f, true},
@@ -130,9 +129,8 @@ TEST(Schematic, LoadValueAndNoteOnlyForUnequalTerminations) {
   for (const DrawOp& op : Ops(c2, DrawOp::Kind::Text)) EXPECT_EQ(op.color, kBlack) << op.text;
 }
 
-// Each value mode prints in its own row and colour over the same ladder,
-// resonant branches keep their resonance, and redrawing does not grow the
-// drawing.
+// Each value mode prints in its own row and colour; redrawing does not grow
+// the drawing.
 TEST(Schematic, LabelRowsResonanceAndBoundedRedraw) {
   DesignRecord d = Ladder({4, 7, 4, 6, 1});
   RecordingCanvas c;
