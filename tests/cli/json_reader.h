@@ -1,9 +1,8 @@
 #pragma once
-// A small JSON reader for the tests: numbers keep their text so a test can
-// check how they read back.
+// A small JSON reader for the program's own output; numbers keep their text.
 
 #include <map>
-#include <memory>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -16,106 +15,72 @@ struct Json {
   std::vector<Json> items;
   std::map<std::string, Json> fields;
 
-  const Json& operator[](const std::string& name) const {
-    auto it = fields.find(name);
-    if (it == fields.end()) throw std::out_of_range("no field " + name);
-    return it->second;
-  }
+  const Json& operator[](const std::string& name) const { return fields.at(name); }
   float AsFloat() const { return std::stof(text); }
   double AsDouble() const { return std::stod(text); }
   long AsInt() const { return std::stol(text); }
 };
 
-class JsonReader {
- public:
-  explicit JsonReader(const std::string& s) : s_(s) {}
-  Json Read() {
-    Json j = Value();
-    Space();
-    if (p_ != s_.size()) throw std::runtime_error("trailing text");
-    return j;
-  }
-
- private:
-  void Space() {
-    while (p_ < s_.size() && std::isspace(static_cast<unsigned char>(s_[p_]))) ++p_;
-  }
-  void Expect(char c) {
-    Space();
-    if (p_ >= s_.size() || s_[p_] != c) throw std::runtime_error(std::string("expected ") + c);
-    ++p_;
-  }
-  std::string String() {
-    Expect('"');
+inline Json ParseJsonAt(const std::string& s, size_t& p) {
+  auto space = [&] { p = s.find_first_not_of(" \t\r\n", p); };
+  auto expect = [&](char c) {
+    space();
+    if (p == std::string::npos || s[p] != c) throw std::runtime_error(std::string("want ") + c);
+    ++p;
+  };
+  auto string = [&] {
+    expect('"');
     std::string out;
-    while (p_ < s_.size() && s_[p_] != '"') {
-      if (s_[p_] == '\\') ++p_;
-      out += s_[p_++];
-    }
-    Expect('"');
+    for (; s.at(p) != '"'; ++p) out += s[p] == '\\' ? s.at(++p) : s[p];
+    ++p;
     return out;
-  }
-  Json Value() {
-    Space();
-    Json j;
-    char c = s_.at(p_);
-    if (c == '{') {
-      j.kind = Json::Kind::Object;
-      ++p_;
-      Space();
-      if (s_[p_] == '}') return ++p_, j;
-      do {
-        std::string name = String();
-        Expect(':');
-        j.fields[name] = Value();
-        Space();
-      } while (s_[p_] == ',' && ++p_);
-      Expect('}');
-    } else if (c == '[') {
-      j.kind = Json::Kind::Array;
-      ++p_;
-      Space();
-      if (s_[p_] == ']') return ++p_, j;
-      do {
-        j.items.push_back(Value());
-        Space();
-      } while (s_[p_] == ',' && ++p_);
-      Expect(']');
-    } else if (c == '"') {
-      j.kind = Json::Kind::String;
-      j.text = String();
-    } else if (s_.compare(p_, 4, "null") == 0) {
-      p_ += 4;
-    } else {
-      // JSON's number grammar: -?(0|[1-9]digits)(.digits)?([eE][+-]?digits)?
-      j.kind = Json::Kind::Number;
-      size_t start = p_;
-      if (s_[p_] == '-') ++p_;
-      if (!std::isdigit(static_cast<unsigned char>(s_.at(p_)))) {
-        throw std::runtime_error("bad number at " + std::to_string(start));
+  };
+  space();
+  Json j;
+  char c = s.at(p);
+  if (c == '{' || c == '[') {
+    j.kind = c == '{' ? Json::Kind::Object : Json::Kind::Array;
+    const char close = c == '{' ? '}' : ']';
+    ++p;
+    space();
+    for (bool more = s.at(p) != close; more;) {
+      if (c == '{') {
+        std::string name = string();
+        expect(':');
+        j.fields[name] = ParseJsonAt(s, p);
+      } else {
+        j.items.push_back(ParseJsonAt(s, p));
       }
-      if (s_[p_] == '0' && p_ + 1 < s_.size() &&
-          std::isdigit(static_cast<unsigned char>(s_[p_ + 1]))) {
-        throw std::runtime_error("leading zero at " + std::to_string(start));
-      }
-      while (p_ < s_.size() && (std::isdigit(static_cast<unsigned char>(s_[p_])) ||
-                                std::string(".eE+-").find(s_[p_]) != std::string::npos)) {
-        if (s_[p_] == '.' && !std::isdigit(static_cast<unsigned char>(s_.at(p_ + 1)))) {
-          throw std::runtime_error("no digit after the point");
-        }
-        ++p_;
-      }
-      j.text = s_.substr(start, p_ - start);
+      space();
+      if ((more = s.at(p) == ',')) ++p;
     }
-    return j;
+    expect(close);
+  } else if (c == '"') {
+    j.kind = Json::Kind::String;
+    j.text = string();
+  } else if (s.compare(p, 4, "null") == 0) {
+    p += 4;
+  } else {
+    // JSON's grammar; a leading zero's digits or a bare point fail as the next token.
+    static const std::regex number(R"(-?(0|[1-9]\d*)(\.\d+)?([eE][+-]?\d+)?)");
+    std::smatch m;
+    if (!std::regex_search(s.begin() + static_cast<long>(p), s.end(), m, number,
+                           std::regex_constants::match_continuous)) {
+      throw std::runtime_error("bad number at " + std::to_string(p));
+    }
+    j.kind = Json::Kind::Number;
+    j.text = m.str();
+    p += j.text.size();
   }
-
-  const std::string& s_;
-  size_t p_ = 0;
-};
+  return j;
+}
 
 inline Json ParseJson(const std::string& text) {
-  return JsonReader(text).Read();
+  size_t p = 0;
+  Json j = ParseJsonAt(text, p);
+  p = text.find_first_not_of(" \t\r\n", p);
+  if (p != std::string::npos) throw std::runtime_error("trailing text");
+  return j;
 }
 
 }  // namespace drenik::testing

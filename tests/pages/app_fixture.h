@@ -1,30 +1,22 @@
 #pragma once
-// An application over a recording platform, with its last-session file in a
-// fresh temporary folder.
+// An application over a recording platform, its session file in a new folder.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "pages/application.h"
 #include "plot/recording_canvas.h"
 #include "support/recording_platform.h"
+#include "support/temp_folder.h"
 
 namespace drenik::testing {
 
 class AppTest : public ::testing::Test {
  protected:
-  AppTest() {
-    folder_ = std::filesystem::temp_directory_path() /
-              ("drenik_pages_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-               "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-    session_ = (folder_ / "Drenikfilter.dat").string();
-  }
-  ~AppTest() override { std::filesystem::remove_all(folder_); }
+  AppTest() : folder_(temp_.Path()), session_((folder_ / "Drenikfilter.dat").string()) {}
 
   Application& App() {
     if (!app_) {
@@ -36,11 +28,8 @@ class AppTest : public ::testing::Test {
   DesignPage& Design() { return App().Design(); }
   DisplayPage& Display() { return App().Display(); }
 
-  void WriteSession(const std::string& line) { std::ofstream(session_) << line << "\r\n"; }
-  std::string ReadSession() const {
-    std::ifstream in(session_, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
+  void WriteSession(const std::string& line) { WriteWhole(session_, line + "\r\n"); }
+  std::string ReadSession() const { return ReadWhole(session_); }
 
   // Opening page, then "Start".
   DesignPage& StartDesign() {
@@ -49,16 +38,16 @@ class AppTest : public ::testing::Test {
     return Design();
   }
 
-  // Texts printed on a canvas at one place.
-  static const DrawOp* TextAt(const RecordingCanvas& canvas, const std::string& text, float x,
-                              float y) {
-    for (const DrawOp& op : canvas.Ops()) {
-      if (op.kind == DrawOp::Kind::Text && op.text == text && op.x1 == x && op.y1 == y) return &op;
-    }
-    return nullptr;
+  // Whether the display page has a text printed at one place.
+  bool Shows(const std::string& text, float x, float y) {
+    const auto& ops = App().DisplayCanvas().Ops();
+    return std::any_of(ops.begin(), ops.end(), [&](const DrawOp& op) {
+      return op.kind == DrawOp::Kind::Text && op.text == text && op.x1 == x && op.y1 == y;
+    });
   }
 
   RecordingPlatform platform;
+  TempFolder temp_;
   std::filesystem::path folder_;
   std::string session_;
   std::unique_ptr<Application> app_;
