@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/formatters.h"
+#include "plot/response_plot.h"
 
 namespace drenik {
 
@@ -46,6 +47,7 @@ void PrintLabel(DesignRecord& d, Canvas& canvas, const std::string& text, float 
   canvas.SetTextPosition(d.LabelX, d.LabelY);
   canvas.Print(text);
   canvas.SetForeColor(kBlack);
+  SetDefaultPageFont(canvas);
 }
 
 void SetLabel(DesignRecord& d, float x, float yOffset) {
@@ -120,9 +122,11 @@ void ShuntInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
   canvas.Line(x, d.Y + 760, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
   if (!values) return;
+  // The box ends on the element's right edge: the third row reaches down
+  // into the first resonance row of a neighbouring branch.
   static constexpr float kRows[3] = {1080, 1280, 1480};
   int row = LabelRow(d);
-  SetLabel(d, x0 + 40, kRows[row]);
+  SetLabel(d, x0 - 80, kRows[row]);
   PrintLabel(d, canvas, FormatInductance(l), 720, kRowColor[row]);
 }
 
@@ -154,9 +158,10 @@ void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   canvas.Line(x, d.Y + 540, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
   if (!values) return;
+  // Within the element, as for the shunt inductor.
   static constexpr float kRows[3] = {1100, 1300, 1500};
   int row = LabelRow(d);
-  SetLabel(d, x0 + 40, kRows[row]);
+  SetLabel(d, x0 + 10, kRows[row]);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
 }
 
@@ -179,8 +184,12 @@ void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool value
   static constexpr float kLRows[3] = {250, 450, 650};
   SetLabel(d, x0 + 300, kLRows[row]);
   PrintLabel(d, canvas, FormatInductance(l), 660, kRowColor[row]);
-  static constexpr float kCRows[3] = {1100, 1300, 1500};
-  SetLabel(d, x0 + 40, kCRows[row]);
+  // Under the ground rail the resonance rows follow the second row, so the
+  // third row stands right of the plates (its box stops short of the rail).
+  if (row < 2)
+    SetLabel(d, x0 + 40, row == 0 ? 1100 : 1300);
+  else
+    SetLabel(d, x0 + 300, 830);
   PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);
 }
@@ -316,6 +325,7 @@ void DrawLoad(DesignRecord& d, Canvas& canvas) {
     canvas.SetTextPosition(pen + 130, d.Y - 960);
     canvas.Print("Chebyshev)");
     canvas.SetForeColor(kBlack);
+    SetDefaultPageFont(canvas);
   }
 }
 

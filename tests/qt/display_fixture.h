@@ -69,4 +69,13 @@ inline void DrawDisplayPageLoad(DesignRecord& d, Canvas& canvas) {
   DrawDelayPlot(d, canvas);
 }
 
+// One press of "5% inductors" after the load: the 5% L row and legends.
+inline void DrawInductorCurves(DesignRecord& d, Canvas& canvas) {
+  NullPlatform platform;
+  NearestParts(d);
+  Inductors(d);
+  AnalyzeAndDraw(d, canvas, platform, 3);
+  DrawInductorLegends(d, canvas);
+}
+
 }  // namespace drenik::testing
