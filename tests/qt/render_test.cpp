@@ -7,6 +7,7 @@
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QImage>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -87,6 +88,32 @@ TEST_F(Render, PngGeometryArcsAndAspect) {
   // 900 / 9000 scale: the page is 1200 wide, centred from x = 200.
   EXPECT_EQ(wide.pixel(150, 450), qRgb(255, 255, 255));
   EXPECT_LT(qGray(wide.pixel(500, 600)), 160);  // (3000, 6000) -> (500, 600)
+}
+
+// Drawing straight onto a painter (printing) gives the picture the replay of
+// the recorded page gives.
+TEST_F(Render, PainterCanvasMatchesTheReplay) {
+  QImage direct(800, 600, QImage::Format_RGB32), replayed(800, 600, QImage::Format_RGB32);
+  direct.fill(Qt::white);
+  replayed.fill(Qt::white);
+  RecordingCanvas page;
+  DesignRecord d = testing::FirstStartDesign(kCauer);
+  testing::DrawDisplayPageLoad(d, page);
+  {
+    QPainter painter(&direct);
+    PainterCanvas canvas(painter, QRectF(0, 0, 800, 600));
+    DesignRecord again = testing::FirstStartDesign(kCauer);
+    testing::DrawDisplayPageLoad(again, canvas);
+  }
+  {
+    QPainter painter(&replayed);
+    ReplayPage(painter, page, QRectF(0, 0, 800, 600));
+  }
+  int differing = 0;
+  for (int y = 0; y < 600; ++y)
+    for (int x = 0; x < 800; ++x)
+      differing += std::abs(qGray(direct.pixel(x, y)) - qGray(replayed.pixel(x, y))) > 96;
+  EXPECT_LT(differing, 800 * 600 / 200);
 }
 
 TEST_F(Render, PdfAndFailures) {
