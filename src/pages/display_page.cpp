@@ -3,21 +3,13 @@
 #include "analysis/sweep.h"
 #include "core/formatters.h"
 #include "pages/schematic.h"
+#include "plot/legends.h"
 #include "plot/response_plot.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/prototypes.h"
 #include "synthesis/standard_values.h"
 
 namespace drenik {
-
-namespace {
-
-constexpr int32_t kExactReflection = 8947848;
-constexpr int32_t kStandardTransmission = 16711680;
-constexpr int32_t kStandardReflection = 16746632;
-constexpr int32_t kInductorReflection = 10066431;
-
-}  // namespace
 
 DisplayPage::DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host)
     : d_(d), platform_(platform), canvas_(canvas), host_(host), controls_(platform) {
@@ -85,9 +77,8 @@ void DisplayPage::OnExit() {
 void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
   canvas_.Clear();
-  canvas_.SetFont("Arial", 8, false);
-  PrintLegends();
-  PrintBandwidth();
+  DrawDisplayLegends(d_, canvas_);
+  DrawBandwidthLabel(d_, canvas_);
   PrintReadout(DataReadout{});
 
   d_.Fstart = static_cast<float>(static_cast<double>(d_.Width) * 0.2);
@@ -151,8 +142,7 @@ void DisplayPage::DrawSidePlots() {
 void DisplayPage::Retune(double factor, float eraseRight) {
   d_.Width = static_cast<float>(static_cast<double>(d_.Width) * factor);
   d_.InductorMode = 1;
-  canvas_.FilledBox(9000, 2700, eraseRight, 3300, kWhite);
-  PrintBandwidth();
+  DrawBandwidthLabel(d_, canvas_, eraseRight);
   RetuneSequence();
 }
 
@@ -195,31 +185,15 @@ void DisplayPage::Inductors() {
   NearestParts(d_);
   drenik::Inductors(d_);
   AnalyzeAndDraw(3);
-  PrintAt(800, 4500, "5% L values", kRed);
-  PrintAt(800, 5600, "5% L values", kLightRed);
-  canvas_.SetForeColor(kBlack);
+  DrawInductorLegends(d_, canvas_);
 }
 
+// The readout's texts, always in the page's own small font.
 void DisplayPage::PrintAt(float x, float y, const std::string& text, int32_t color) {
+  canvas_.SetFont("Arial", 8, false);
   canvas_.SetForeColor(color);
   canvas_.SetTextPosition(x, y);
   canvas_.Print(text);
-}
-
-void DisplayPage::PrintBandwidth() {
-  PrintAt(9000, 2700, "Bandwidth: " + FormatFrequency(d_.Width));
-}
-
-void DisplayPage::PrintLegends() {
-  PrintAt(500, 4050, "Transmission, dB:");
-  PrintAt(800, 4200, "Exact values", kBlack);
-  PrintAt(800, 4350, "5% C values", kStandardTransmission);
-  PrintAt(800, 4500, "5% L values", kRed);
-  PrintAt(500, 5150, "Reflection, dB:");
-  PrintAt(800, 5300, "Exact values", kExactReflection);
-  PrintAt(800, 5450, "5% C values", kStandardReflection);
-  PrintAt(800, 5600, "5% L values", kInductorReflection);
-  canvas_.SetForeColor(kBlack);
 }
 
 }  // namespace drenik

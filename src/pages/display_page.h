@@ -16,7 +16,6 @@
 namespace drenik {
 
 // Curve colours of the legends (blue in the high byte).
-inline constexpr int32_t kLightRed = 8947967;
 
 // The data readout for a cursor position on the display page.
 struct DataReadout {
@@ -81,8 +80,6 @@ class DisplayPage {
   void Time();
   void Inductors();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
-  void PrintBandwidth();
-  void PrintLegends();
   void PrintReadout(const DataReadout& readout);
   void SaveWithDialog(const std::string& title, const std::string& filter,
                       bool (*writer)(const DesignRecord&, const std::string&, Platform&));

@@ -1,0 +1,167 @@
+#include "qt/designer_window.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <cmath>
+
+namespace drenik {
+
+namespace {
+
+constexpr Qt::Alignment kCentred = Qt::AlignHCenter | Qt::AlignVCenter;
+
+// One option per row inside a frame, from `top`, 370 apart.
+void AddOptionColumn(std::vector<ControlPlace>& places, const char* frame,
+                     std::initializer_list<const char*> names, float x1, float x2, float top) {
+  float y = top;
+  for (const char* name : names) {
+    places.push_back({name, x1, y, x2, y + 340, 8, frame});
+    y += 370;
+  }
+}
+
+}  // namespace
+
+std::vector<ControlPlace> OpeningPlaces() {
+  return {
+      {"lblHeading1", 0, 450, 12000, 1250, 28, nullptr, "Times New Roman", true, kCentred},
+      {"lblHeading2", 1000, 1300, 11000, 2100, 10, nullptr, "Arial", false, kCentred, true},
+      {"lblVersion", 0, 3950, 12000, 4350, 10, nullptr, "Arial", false, kCentred},
+      {"lblNotice", 1000, 4500, 11000, 5100, 9, nullptr, "Arial", false, kCentred, true},
+      {"lblVisit", 4000, 5300, 8000, 5700, 10, nullptr, "Arial", false, kCentred},
+      {"cmdStart", 3600, 6700, 5600, 7300, 10},
+      {"cmdExit", 6400, 6700, 8400, 7300, 10},
+  };
+}
+
+std::vector<ControlPlace> DesignPlaces() {
+  std::vector<ControlPlace> p;
+  p.push_back({"lblTitle", 400, 3550, 4000, 3900, 11, nullptr, "Arial", true});
+  p.push_back({"frmFamily", 400, 3950, 2700, 6250});
+  AddOptionColumn(p, "frmFamily",
+                  {"optButterworth", "optChebycheff", "optCauer", "optZelmar", "optBessel"}, 600,
+                  2600, 4300);
+  p.push_back({"frmOrder", 2900, 3950, 4300, 6250});
+  AddOptionColumn(p, "frmOrder", {"optOrder3", "optOrder4", "optOrder5", "optOrder6", "optOrder7"},
+                  3100, 4200, 4300);
+  p.push_back({"frmTopology", 4500, 3950, 7200, 5900});
+  AddOptionColumn(p, "frmTopology",
+                  {"optCinlowpass", "optLinlowpass", "optCinhighpass", "optLinhighpass"}, 4700,
+                  7100, 4300);
+  p.push_back({"frmRipple", 7400, 3950, 9600, 5500});
+  AddOptionColumn(p, "frmRipple", {"opt01", "opt044", "opt200"}, 7600, 9500, 4300);
+  p.push_back({"frmStopbandDepth", 9800, 3950, 11600, 5900});
+  AddOptionColumn(p, "frmStopbandDepth", {"optAstop30", "optAstop40", "optAstop50", "optAstop60"},
+                  10000, 11500, 4300);
+
+  p.push_back({"frmImpedance", 400, 6450, 3400, 7850});
+  p.push_back({"optZ50", 600, 6800, 1500, 7140, 8, "frmImpedance"});
+  p.push_back({"optZother", 1600, 6800, 2700, 7140, 8, "frmImpedance"});
+  p.push_back({"txtZother", 600, 7280, 2000, 7640, 8, "frmImpedance"});
+  p.push_back({"lblOhms", 2100, 7280, 3000, 7640, 8, "frmImpedance"});
+  p.push_back({"frmBandwidth", 3600, 6450, 7200, 7850});
+  p.push_back({"lblMHz", 3800, 7000, 4350, 7360, 8, "frmBandwidth"});
+  p.push_back({"txtBandwidth", 4400, 7000, 5900, 7360, 8, "frmBandwidth"});
+  p.push_back({"lblRipple", 6000, 7000, 7100, 7360, 8, "frmBandwidth"});
+  p.push_back({"frmQ", 7400, 6450, 10200, 7850});
+  p.push_back({"optQ1", 7600, 6800, 8800, 7140, 8, "frmQ"});
+  p.push_back({"optQ2", 8900, 6800, 10000, 7140, 8, "frmQ"});
+  p.push_back({"txtQother", 7600, 7280, 9000, 7640, 8, "frmQ"});
+
+  p.push_back({"cmdDesign", 400, 8200, 3000, 8750, 9});
+  p.push_back({"cmdZelmarSoftware", 6700, 8200, 9000, 8750, 9});
+  p.push_back({"cmdExit", 9300, 8200, 11600, 8750, 9});
+  return p;
+}
+
+std::vector<ControlPlace> DisplayPlaces() {
+  std::vector<ControlPlace> p;
+  // Along the bottom, under the plots and right of the readout box.
+  const char* bottom[] = {"cmdUp",        "cmdDown",   "cmdVSWR", "cmdTime",
+                          "cmdInductors", "cmdDesign", "cmdExit"};
+  float x = 2400;
+  constexpr float kWidth = (11900 - 2400 - 6 * 100) / 7.0f;
+  for (const char* name : bottom) {
+    p.push_back({name, x, 8600, x + kWidth, 8980, 8});
+    x += kWidth + 100;
+  }
+  // The files: two columns in the top right corner, right of the widest ladder
+  // (the note at the load of an even-order Chebyshev design reaches x = 9650) and above the
+  // bandwidth label.
+  const char* files[] = {"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis",
+                         "cmdSpice", "cmdNetlist",     "cmdTouchstone", "cmdCsv"};
+  for (int i = 0; i < 8; ++i) {
+    float left = i % 2 == 0 ? 9720 : 10860;
+    float top = 150 + (i / 2) * 550;
+    p.push_back({files[i], left, top, left + 1040, top + 450, 8});
+  }
+  return p;
+}
+
+std::string FindUserGuide(const QString& programDir, const QString& sourceDir) {
+  for (const QString& dir : {programDir, sourceDir + "/docs"}) {
+    QFileInfo guide(QDir(dir).filePath("user-guide.html"));
+    if (!dir.isEmpty() && guide.isFile()) {
+      return QUrl::fromLocalFile(guide.absoluteFilePath()).toString().toStdString();
+    }
+  }
+  return {};
+}
+
+QSize DesignerWindow::InitialSize(const QRect& available) {
+  int width = static_cast<int>(std::min(available.width() * 0.8, available.height() * 0.8 * 4 / 3));
+  return QSize(width, width * 3 / 4);
+}
+
+DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
+    : QWidget(parent), app_(app), stack_(new QStackedWidget(this)) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(stack_);
+  opening_ = new ControlPageView(app.Opening().Controls(), app.OpeningCanvas(), OpeningPlaces());
+  design_ = new ControlPageView(app.Design().Controls(), app.DesignCanvas(), DesignPlaces());
+  display_ = new ControlPageView(app.Display().Controls(), app.DisplayCanvas(), DisplayPlaces());
+  stack_->addWidget(opening_);
+  stack_->addWidget(design_);
+  stack_->addWidget(display_);
+  opening_->MakeLink("lblVisit", [&app] { app.Opening().VisitUserGuide(); });
+  display_->Surface().SetMouseMoveHandler(
+      [&app](float x, float y) { app.Display().OnMouseMove(x, y); });
+  setMinimumSize(400, 300);
+
+  app.SetPageObserver([this](PageId page) { ShowPage(page); });
+  ShowPage(app.CurrentPage());
+}
+
+ControlPageView* DesignerWindow::CurrentView() const {
+  return qobject_cast<ControlPageView*>(stack_->currentWidget());
+}
+
+void DesignerWindow::ShowPage(PageId page) {
+  switch (page) {
+    case PageId::Opening:
+      setWindowTitle(QString::fromStdString(app_.Opening().Caption()));
+      stack_->setCurrentWidget(opening_);
+      break;
+    case PageId::Design:
+      setWindowTitle(QString::fromStdString(app_.Design().Caption()));
+      stack_->setCurrentWidget(design_);
+      break;
+    case PageId::Display:
+      setWindowTitle(QString::fromStdString(app_.Display().Caption()));
+      stack_->setCurrentWidget(display_);
+      break;
+    case PageId::Ended:
+      close();
+      return;
+  }
+  if (ControlPageView* view = CurrentView()) {
+    view->SyncAll();
+    view->Surface().update();
+    if (QWidget* first = view->nextInFocusChain(); first && isVisible()) first->setFocus();
+  }
+}
+
+}  // namespace drenik

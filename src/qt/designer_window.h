@@ -1,0 +1,45 @@
+#pragma once
+// The designer window: the opening, design and display pages of an
+// Application, one at a time, each a view over its page logic.
+
+#include <QStackedWidget>
+#include <QWidget>
+
+#include "pages/application.h"
+#include "qt/control_page_view.h"
+
+namespace drenik {
+
+class DesignerWindow : public QWidget {
+  Q_OBJECT
+ public:
+  explicit DesignerWindow(Application& app, QWidget* parent = nullptr);
+
+  ControlPageView& OpeningView() { return *opening_; }
+  ControlPageView& DesignView() { return *design_; }
+  ControlPageView& DisplayView() { return *display_; }
+  ControlPageView* CurrentView() const;
+
+  // 80% of the available screen area, at 4:3.
+  static QSize InitialSize(const QRect& available);
+
+ private:
+  void ShowPage(PageId page);
+
+  Application& app_;
+  QStackedWidget* stack_;
+  ControlPageView* opening_;
+  ControlPageView* design_;
+  ControlPageView* display_;
+};
+
+// Page layouts, in tab order.
+std::vector<ControlPlace> OpeningPlaces();
+std::vector<ControlPlace> DesignPlaces();
+std::vector<ControlPlace> DisplayPlaces();
+
+// The user guide next to the program, else the one in `sourceDir`/docs, as
+// a file URL (empty when neither exists).
+std::string FindUserGuide(const QString& programDir, const QString& sourceDir);
+
+}  // namespace drenik
