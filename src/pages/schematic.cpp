@@ -95,8 +95,6 @@ void PrintResonance(DesignRecord& d, Canvas& canvas, float x0, float l, float c)
 
 // Kind 1: coil in the upper rail, value above it. Advance 960.
 void SeriesInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
-  float x0 = d.X;
-  SetLabel(d, x0 + 200, 160);
   DrawWireStep(d, canvas);
   canvas.Line(d.X, d.Y, d.X + 80, d.Y);
   HorizontalCoil(d, canvas, d.X + 80);
