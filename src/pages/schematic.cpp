@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/formatters.h"
+#include "plot/response_plot.h"
 
 namespace drenik {
 
@@ -46,6 +47,15 @@ void PrintLabel(DesignRecord& d, Canvas& canvas, const std::string& text, float 
   canvas.SetTextPosition(d.LabelX, d.LabelY);
   canvas.Print(text);
   canvas.SetForeColor(kBlack);
+  SetDefaultPageFont(canvas);
+}
+
+// A part without a positive value shows no text.
+std::string InductanceText(float l) {
+  return l > 0 ? FormatInductance(l) : std::string();
+}
+std::string CapacitanceText(float c) {
+  return c > 0 ? FormatCapacitance(c) : std::string();
 }
 
 void SetLabel(DesignRecord& d, float x, float yOffset) {
@@ -93,8 +103,6 @@ void PrintResonance(DesignRecord& d, Canvas& canvas, float x0, float l, float c)
 
 // Kind 1: coil in the upper rail, value above it. Advance 960.
 void SeriesInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
-  float x0 = d.X;
-  SetLabel(d, x0 + 200, 160);
   DrawWireStep(d, canvas);
   canvas.Line(d.X, d.Y, d.X + 80, d.Y);
   HorizontalCoil(d, canvas, d.X + 80);
@@ -106,7 +114,7 @@ void SeriesInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
   static constexpr float kRows[3] = {-330, -530, -730};
   int row = LabelRow(d);
   SetLabel(d, d.X - 920, kRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 1000, kRowColor[row]);
+  PrintLabel(d, canvas, InductanceText(l), 1000, kRowColor[row]);
 }
 
 // Kind 2: coil from the upper rail to ground, value under the ground rail.
@@ -120,10 +128,12 @@ void ShuntInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
   canvas.Line(x, d.Y + 760, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
   if (!values) return;
+  // The box ends on the element's right edge: the third row reaches down
+  // into the first resonance row of a neighbouring branch.
   static constexpr float kRows[3] = {1080, 1280, 1480};
   int row = LabelRow(d);
-  SetLabel(d, x0 + 40, kRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 720, kRowColor[row]);
+  SetLabel(d, x0 - 80, kRows[row]);
+  PrintLabel(d, canvas, InductanceText(l), 720, kRowColor[row]);
 }
 
 // Kind 3: capacitor in the upper rail, value just under the rail. Advance 680.
@@ -140,7 +150,7 @@ void SeriesCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   static constexpr float kRows[3] = {150, 350, 550};
   int row = LabelRow(d);
   SetLabel(d, x0 + 30, kRows[row]);
-  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
 }
 
 // Kind 4: capacitor from the upper rail to ground, plates at 480 and 540
@@ -154,10 +164,12 @@ void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   canvas.Line(x, d.Y + 540, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
   if (!values) return;
+  // Within the element, as for the shunt inductor; the third row ends
+  // before the resonance row of a neighbouring trap begins.
   static constexpr float kRows[3] = {1100, 1300, 1480};
   int row = LabelRow(d);
-  SetLabel(d, x0 + 40, kRows[row]);
-  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+  SetLabel(d, x0 + 10, kRows[row]);
+  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
 }
 
 // Kind 6: series-resonant branch from the upper rail to ground, one wire step
@@ -178,10 +190,14 @@ void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool value
   int row = LabelRow(d);
   static constexpr float kLRows[3] = {250, 450, 650};
   SetLabel(d, x0 + 300, kLRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 660, kRowColor[row]);
-  static constexpr float kCRows[3] = {1100, 1300, 1480};
-  SetLabel(d, x0 + 40, kCRows[row]);
-  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+  PrintLabel(d, canvas, InductanceText(l), 660, kRowColor[row]);
+  // Under the ground rail the resonance rows follow the second row, so the
+  // third row stands right of the plates (its box stops short of the rail).
+  if (row < 2)
+    SetLabel(d, x0 + 40, row == 0 ? 1100 : 1300);
+  else
+    SetLabel(d, x0 + 300, 830);
+  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);
 }
 
@@ -210,10 +226,10 @@ void SeriesResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool valu
   int row = LabelRow(d);
   static constexpr float kLRows[3] = {440, 640, 840};
   SetLabel(d, x0 - 320, kLRows[row]);
-  PrintLabel(d, canvas, FormatInductance(l), 680, kRowColor[row]);
+  PrintLabel(d, canvas, InductanceText(l), 680, kRowColor[row]);
   static constexpr float kCRows[3] = {400, 600, 800};
   SetLabel(d, x0 + 370, kCRows[row]);
-  PrintLabel(d, canvas, FormatCapacitance(c), 620, kRowColor[row]);
+  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
   PrintResonance(d, canvas, x0, l, c);
 }
 
@@ -316,6 +332,7 @@ void DrawLoad(DesignRecord& d, Canvas& canvas) {
     canvas.SetTextPosition(pen + 130, d.Y - 960);
     canvas.Print("Chebyshev)");
     canvas.SetForeColor(kBlack);
+    SetDefaultPageFont(canvas);
   }
 }
 

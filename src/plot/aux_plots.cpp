@@ -127,6 +127,7 @@ void DrawVswrPlot(DesignRecord& d, Canvas& canvas) {
   canvas.SetForeColor(kLimitColor);
   canvas.SetTextPosition(kSideRight + 40, ValueY(s, kVswrLimit) - 85);
   canvas.Print(ShortestText(kVswrLimit));
+  SetDefaultPageFont(canvas);
   SideCurve(d, canvas, s, d.VSWR, TransmissionColor(d.ValueMode));
 }
 
@@ -151,6 +152,7 @@ void DrawDelayPlot(DesignRecord& d, Canvas& canvas) {
     if (k > 0 && k < divisions) HorizontalLine(canvas, s, v, kGridColor);
     ScaleLabel(canvas, s, v, TrimRight(FormatPrefixed(v)) + "s");
   }
+  SetDefaultPageFont(canvas);
   SideCurve(d, canvas, s, d.Delay, TransmissionColor(d.ValueMode));
 }
 

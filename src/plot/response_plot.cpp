@@ -174,6 +174,7 @@ void DrawFrequencyLabels(const DesignRecord& d, Canvas& canvas, float left, floa
     canvas.SetTextPosition(label.left, y);
     canvas.Print(label.text);
   }
+  SetDefaultPageFont(canvas);
 }
 
 void DrawXlines(DesignRecord& d, Canvas& canvas) {

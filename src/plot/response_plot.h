@@ -14,6 +14,13 @@ inline constexpr float kPlotTop = 4000;
 inline constexpr float kPlotBottom = 8000;
 inline constexpr int32_t kGridColor = 13421772;
 
+// Every drawing routine leaves the page's default font set (Arial 8,
+// regular), the colour black and the width 1, so a caller's next print looks
+// the same whatever was drawn before it.
+inline void SetDefaultPageFont(Canvas& canvas) {
+  canvas.SetFont("Arial", 8, false);
+}
+
 // The VSWR plot (upper) and the delay plot (lower) right of the main plot,
 // under the bandwidth label; their scale labels stand left of their frames.
 inline constexpr float kSideLeft = 9100;

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
+#include <algorithm>
 
 #include "qt/painter_canvas.h"
 
@@ -20,7 +21,10 @@ bool RenderPng(const RecordingCanvas& page, const QString& path, int w, int h, s
   image.fill(Qt::white);
   {
     QPainter painter(&image);
-    ReplayPage(painter, page, QRectF(0, 0, w, h));
+    // Hairlines on a screen-sized image; on larger images the lines grow
+    // with the page, as they do in print.
+    bool large = std::min(w / 1600.0, h / 1200.0) > 1.25;
+    ReplayPage(painter, page, QRectF(0, 0, w, h), large ? PenMode::Scaled : PenMode::Cosmetic);
   }
   QImageWriter writer(path, "png");
   if (!writer.write(image)) {
