@@ -11,7 +11,7 @@ namespace drenik {
 
 struct PointResult {
   double TransmissionDb = 0;
-  float Phase = 0;  // degrees, (-180, 180]
+  float Phase = 0;   // degrees, (-180, 180]
   double Delay = 0;  // s, backward difference against the previous point
   double ReflectionDb = 0;
   double Vswr = 0;
