@@ -10,7 +10,7 @@ JOBS       ?= $(shell nproc)
 CMAKE_GEN  := -G Ninja
 SHELL      := /bin/bash
 
-.PHONY: all deps build run test unit asan fuzz bench format clean
+.PHONY: all deps build run test unit asan fuzz bench format format-check clean
 
 all: build
 
@@ -30,7 +30,7 @@ run: build
 
 # Unit and end-to-end tests, then the same unit tests under the address and
 # undefined-behaviour sanitizers, then each fuzzer for FUZZ_SECONDS.
-test: unit asan fuzz
+test: format-check unit asan fuzz
 
 unit: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
@@ -64,6 +64,9 @@ bench: build
 
 format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h')
+
+format-check: deps
+	@clang-format --dry-run --Werror $$(git ls-files '*.cpp' '*.h') && echo "clang-format: clean"
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
