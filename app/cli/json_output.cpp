@@ -8,15 +8,13 @@
 #include <vector>
 
 #include "core/formatters.h"
+#include "core/number_text.h"
 
 namespace drenik::cli {
 
 std::string JsonReal(float value) {
   if (!std::isfinite(value)) return "null";
-  char buffer[32];
-  auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-  if (ec != std::errc()) return "null";
-  return std::string(buffer, end);
+  return RoundTripText(value);
 }
 
 std::string JsonString(const std::string& text) {

@@ -62,4 +62,22 @@ std::string IntegerText(long value) {
   return (value < 0 ? "" : " ") + std::to_string(value) + " ";
 }
 
+namespace {
+
+template <typename Real>
+std::string RoundTrip(Real value) {
+  char text[64];
+  const auto result = std::to_chars(text, text + sizeof text, value);
+  return std::string(text, result.ptr);
+}
+
+}  // namespace
+
+std::string RoundTripText(float value) {
+  return RoundTrip(value);
+}
+std::string RoundTripText(double value) {
+  return RoundTrip(value);
+}
+
 }  // namespace drenik

@@ -15,6 +15,11 @@ std::string ShortestText(float value);
 // The file form of a real value: a leading blank (or "-"), the shortest text
 // and one trailing blank: ' .01 ', ' 50 ', '-.5 '.
 std::string ValueText(float value);
+// The shortest text that reads back to the same value in the form every
+// number parser reads, with a leading "0" and a lower-case exponent ("0.5",
+// "4500000", "1.5e-09"): for JSON, CSV, Touchstone and SPICE files.
+std::string RoundTripText(float value);
+std::string RoundTripText(double value);
 // The file form of an integer: ' 0 ', ' 11 ', '-3 '.
 std::string IntegerText(long value);
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "analysis/chain_matrix.h"
-#include "export/plain_number.h"
+#include "core/number_text.h"
 #include "export/replacing_file.h"
 #include "export/touchstone.h"
 #include "export/writers.h"
