@@ -30,16 +30,10 @@ constexpr double kPi = 3.14159265358979323846;
 
 DesignRecord Bench(std::initializer_list<int16_t> codes = {}, float l = 0, float c = 0) {
   DesignRecord d;
-  d.Pi = static_cast<float>(4 * std::atan(1.0));
-  d.TwoPi = static_cast<float>(8 * std::atan(1.0));
-  d.Rsource = d.Rload = 50;
+  d.Pi = static_cast<float>(kPi), d.TwoPi = static_cast<float>(2 * kPi), d.Rsource = d.Rload = 50;
   d.Qind = kInfiniteQind, d.Qcap = kInfiniteQcap;
   d.Fstart = 1000, d.Fstop = 100000, d.NrIntervals = 400;
-  for (int16_t code : codes) {
-    d.ElementType[++d.Stages] = code;
-    d.L[d.Stages] = l;
-    d.C[d.Stages] = c;
-  }
+  for (int16_t code : codes) d.ElementType[++d.Stages] = code, d.L[d.Stages] = l, d.C[d.Stages] = c;
   return d;
 }
 
@@ -159,10 +153,7 @@ TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
   EXPECT_GT(raw, d.Delay[1]);
   EXPECT_EQ(d.MaxDelay, static_cast<float>(raw));
 
-  d.NrIntervals = 1, d.Delay[2] = 5e-9f;  // Delay(2) is what the last sweep left there
-  AnalyzeSweep(d, p);
-  EXPECT_EQ(d.Delay[0], static_cast<float>(2.0 * d.Delay[1] - 5e-9f));
-  d.NrIntervals = -1, d.Delay[1] = 3e-9f;  // no points: only the extrapolation runs
+  d.NrIntervals = -1, d.Delay[1] = 3e-9f, d.Delay[2] = 5e-9f;  // no points: only the extrapolation
   AnalyzeSweep(d, p);
   EXPECT_FLOAT_EQ(d.Delay[0], 1e-9f);
   EXPECT_EQ(d.MaxDelay, 0.0f);

@@ -40,8 +40,7 @@ void ExpectBookkeeping(const DesignRecord& d, int n, float apass, float rloadNor
 
 TEST(Prototypes, ChebyshevAgainstTextbookFormulaAndLadderRipple) {
   for (const float ap : {0.01f, 0.044f, 0.2f}) {
-    // Reference in the textbook arrangement: beta = ln coth(Ap / 17.37),
-    // gamma = sinh(beta / 2n), even-order load tanh^2(beta / 4); all double.
+    // Textbook: beta = ln coth(Ap / 17.37), gamma = sinh(beta / 2n), even load tanh^2(beta / 4).
     const double beta = std::log(1 / std::tanh(ap * std::log(10.0) / 40));
     for (int16_t n = 3; n <= 7; ++n) {
       SCOPED_TRACE(::testing::Message() << ap << " dB, n=" << n);
@@ -86,8 +85,7 @@ TEST(Prototypes, ButterworthAndBesselTablesCutOffAtThreeDb) {
                              {0.6180, 1.6180, 2},
                              {0.5176, 1.4142, 1.9319},
                              {0.4450, 1.2470, 1.8019, 2}};
-  // Bessel: normalized to 3 dB at 1 rad/s, so its delay at DC is the 3 dB
-  // frequency of the classic 1-second-delay ladders.
+  // Bessel at 3 dB at 1 rad/s: its DC delay is the 3 dB frequency of the 1-second-delay ladders.
   const double delay[] = {1.7557, 2.1139, 2.4274, 2.7034, 2.9517};
   for (int16_t n = 3; n <= 7; ++n) {
     DesignRecord b = Dirty(n), t = Dirty(n);
