@@ -57,8 +57,7 @@ TEST_F(SessionFile, WritesTheLineAndReadsItBackInAnySpelling) {
 
   // A comma inside the quotes belongs to the topology; later lines are ignored.
   EXPECT_TRUE(ParseLastSession("0,0,0,0,0,\"a,b\",0,0\r\ngarbage", d));
-  EXPECT_EQ(d.Topology, "a,b");
-  EXPECT_EQ(d.Order, 0);
+  EXPECT_TRUE(d.Topology == "a,b" && d.Order == 0) << d.Topology;
 }
 
 TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
