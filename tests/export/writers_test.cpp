@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -53,8 +54,7 @@ TEST(PallisFile, LinesDialogAndFailures) {
             " 1.25  0 | 2.5  0 |-.5  0 | 5  0 | 6.25  0 |" +
                 c + l + c + l + c + " 2  900000  2.25E+07  1000 | 60  0  1  1  .5  120  10  6 |N|");
 
-  // Through the dialog over the longer file: positions outside codes 1..8 keep their G/H line
-  // but get no element line.
+  // Via the dialog over the longer file: codes outside 1..8 keep G/H but get no element line.
   d.Topology = "Linhighpass", d.CauerFlag = 1, d.CauerType = "B", d.FileName = "last.LCT";
   d.ElementType[2] = 0, d.ElementType[4] = 17;
   platform.dialogAnswer = folder / "a.LCT";
@@ -161,13 +161,11 @@ TEST(Touchstone, ReadsBackToTheAnalysis) {
     std::vector<std::vector<double>> rows;
     for (const std::string& line : CrLfLines(folder / "a.s2p")) {
       if (line.empty() || line[0] == '!') continue;
-      if (line[0] == '[' || line[0] == '#') {
-        keywords += line + "|";
-        continue;
-      }
       std::istringstream in(line);
-      rows.emplace_back();
-      for (double v; in >> v;) rows.back().push_back(v);
+      if (line[0] == '[' || line[0] == '#')
+        keywords += line + "|";
+      else
+        rows.emplace_back(std::istream_iterator<double>(in), std::istream_iterator<double>());
     }
     EXPECT_EQ(keywords,
               "[Version] 2.0|# Hz S RI R 50|[Number of Ports] 2|[Two-Port Data Order] "
