@@ -1,6 +1,4 @@
-// The sweep: single elements against closed forms, guards, delay, and
-// ladders made by the real synthesis in every topology (energy balance,
-// ripple, cutoff, elliptic stopband depth, lowpass/highpass mirror, ngspice).
+// The sweep against closed forms, and real synthesized ladders in every topology.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -32,19 +30,10 @@ constexpr double kPi = 3.14159265358979323846;
 
 DesignRecord Bench(std::initializer_list<int16_t> codes = {}, float l = 0, float c = 0) {
   DesignRecord d;
-  d.Pi = static_cast<float>(4 * std::atan(1.0));
-  d.TwoPi = static_cast<float>(8 * std::atan(1.0));
-  d.Rsource = d.Rload = 50;
-  d.Qind = kInfiniteQind;
-  d.Qcap = kInfiniteQcap;
-  d.Fstart = 1000;
-  d.Fstop = 100000;
-  d.NrIntervals = 400;
-  for (int16_t code : codes) {
-    d.ElementType[++d.Stages] = code;
-    d.L[d.Stages] = l;
-    d.C[d.Stages] = c;
-  }
+  d.Pi = static_cast<float>(kPi), d.TwoPi = static_cast<float>(2 * kPi), d.Rsource = d.Rload = 50;
+  d.Qind = kInfiniteQind, d.Qcap = kInfiniteQcap;
+  d.Fstart = 1000, d.Fstop = 100000, d.NrIntervals = 400;
+  for (int16_t code : codes) d.ElementType[++d.Stages] = code, d.L[d.Stages] = l, d.C[d.Stages] = c;
   return d;
 }
 
@@ -109,8 +98,7 @@ TEST(AnalyzePoint, EachElementMatchesItsClosedForm) {
   };
   for (const auto& k : cases) {
     DesignRecord d = Bench({k.code}, l, c);
-    d.Qind = k.qind;
-    d.Qcap = k.qcap;
+    d.Qind = k.qind, d.Qcap = k.qcap;
     EXPECT_NEAR(AnalyzePoint(d, f, 0, 0, p).TransmissionDb, k.expected, 1e-4)
         << "code " << k.code << " Q " << k.qind << " " << k.qcap;
   }
@@ -165,16 +153,6 @@ TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
   EXPECT_GT(raw, d.Delay[1]);
   EXPECT_EQ(d.MaxDelay, static_cast<float>(raw));
 
-  d.NrIntervals = 1;  // Delay(2) is what the last sweep left there
-  d.Delay[2] = 5e-9f;
-  AnalyzeSweep(d, p);
-  EXPECT_EQ(d.Delay[0], static_cast<float>(2.0 * d.Delay[1] - 5e-9f));
-  d.NrIntervals = -1;  // no points: only the extrapolation runs
-  d.Delay[1] = 3e-9f;
-  AnalyzeSweep(d, p);
-  EXPECT_FLOAT_EQ(d.Delay[0], 1e-9f);
-  EXPECT_EQ(d.MaxDelay, 0.0f);
-
   // Seven poles: the phase wraps within (-180, 180], the delay does not jump.
   d = Bench({4, 1, 4, 1, 4, 1, 4}, 5e-4f, 2e-7f);
   AnalyzeSweep(d, p);
@@ -206,23 +184,17 @@ TEST(AnalyzeSweep, RefusesWhatWouldDivideByZeroBeforeTouchingResults) {
     EXPECT_TRUE(d.Freq[0] == 42 && d.Transmission[0] == 42 && d.Delay[0] == 42) << what;
   }
   // A zero Q of a part kind not in the ladder is harmless; a zero series L is a wire.
-  DesignRecord caps = Bench({3}, 0, 1e-8f);
-  caps.Qind = 0;
+  DesignRecord caps = Bench({3}, 0, 1e-8f), wire = Bench({1});
+  caps.Qind = wire.Qcap = 0;
   EXPECT_NO_THROW(AnalyzeSweep(caps, p));
-  DesignRecord wire = Bench({1});
-  wire.Qcap = 0;
   EXPECT_NO_THROW(AnalyzeSweep(wire, p));
   EXPECT_NEAR(wire.Transmission[10], 0.0, 1e-9);
 }
 
 TEST(SpiceNetlist, LossResistorsTerminationsAndUnmodelledPositions) {
   DesignRecord d = Bench({4, 7, 5, 2});
-  d.Width = 1e6f;
-  d.Rload = 75;
-  d.Qind = 100;
-  d.Fstart = 2e5f;
-  d.Fstop = 5e6f;
-  d.NrIntervals = 1000;
+  d.Width = 1e6f, d.Rload = 75, d.Qind = 100;
+  d.Fstart = 2e5f, d.Fstop = 5e6f, d.NrIntervals = 1000;
   d.L = {0, 0, 8e-6f, 1, 2e-6f};
   d.C = {0, 3e-9f, 5e-10f, 1, 0};
   const std::string net = SpiceNetlistText(d);
@@ -259,28 +231,19 @@ const std::pair<const char*, const char*> kTwins[] = {{"Cinlowpass", "Linhighpas
 
 DesignRecord Designed(const Choice& c, int order, const char* topology, float q) {
   DesignRecord d = Bench();
-  d.Family = c.family;
-  d.Order = static_cast<int16_t>(order);
-  d.Topology = topology;
-  d.Apass = c.ripple;
-  d.Astop = c.depth;
-  d.CauerType = "C";
-  d.Width = 1e6f;
-  d.Qind = d.Qcap = q;
+  d.Family = c.family, d.Order = static_cast<int16_t>(order), d.Topology = topology;
+  d.Apass = c.ripple, d.Astop = c.depth, d.CauerType = "C", d.Width = 1e6f, d.Qind = d.Qcap = q;
   RecordingPlatform p;
   DesignPrototype(d, p);
   Denormalize(d);
   if (c.family == kZelmar) d.Rload = d.Rsource;
-  d.Fstart = d.Width / 20;
-  d.Fstop = d.Width * 20;
-  d.NrIntervals = kPoints;
+  d.Fstart = d.Width / 20, d.Fstop = d.Width * 20, d.NrIntervals = kPoints;
   AnalyzeSweep(d, p);
   EXPECT_TRUE(p.messages.empty());
   return d;
 }
 
-// Energy balance, passband ripple and loss at the cutoff; for elliptic
-// designs also positive finite parts, terminations and stopband depth.
+// Energy balance, ripple and cutoff loss; for elliptic designs also stopband and terminations.
 void CheckLadder(const DesignRecord& d, bool lowpass, const std::string& what) {
   ASSERT_EQ(d.Stages, d.Order) << what;
   for (int k = 1; k <= d.Stages; ++k) {
@@ -324,8 +287,7 @@ TEST(DesignedLadders, LosslessRippleCutoffStopbandAndHighpassMirror) {
         const DesignRecord high = Designed(c, order, hp, 1e12f);
         CheckLadder(low, true, what + lp);
         CheckLadder(high, false, what + hp);
-        // A highpass at f is its lowpass twin at fc²/f: the grid is
-        // symmetric about the cutoff.
+        // A highpass at f is its lowpass twin at fc²/f (the grid is symmetric about fc).
         for (int i = 0; i <= kPoints; ++i) {
           const float a = low.Transmission[i], b = high.Transmission[kPoints - i];
           if (a < -60 && b < -60) continue;

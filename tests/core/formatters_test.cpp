@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <tuple>
 
 namespace drenik {
 namespace {
@@ -80,15 +81,13 @@ TEST(CheckEntry, ReadsEntriesAndDropsWhatDoesNotFit) {
 }
 
 TEST(CheckEntry, CutsTheCallersTextToTwelveCharacters) {
-  std::string entry = "1234567890123456";
-  EXPECT_EQ(CheckEntry(entry), 1e10f);
-  EXPECT_EQ(entry, "123456789012");
-  entry = "1.0000000000005k";
-  EXPECT_FLOAT_EQ(CheckEntry(entry), 1);
-  EXPECT_EQ(entry, "1.0000000000");
-  entry = "4,7k";
-  CheckEntry(entry);
-  EXPECT_EQ(entry, "4,7k");
+  for (auto [text, value, cut] : {std::tuple{"1234567890123456", 1e10f, "123456789012"},
+                                  {"1.0000000000005k", 1.0f, "1.0000000000"},
+                                  {"4,7k", 4700.0f, "4,7k"}}) {
+    std::string entry = text;
+    EXPECT_FLOAT_EQ(CheckEntry(entry), value) << text;
+    EXPECT_STREQ(entry.c_str(), cut);
+  }
 }
 
 }  // namespace

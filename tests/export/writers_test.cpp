@@ -1,5 +1,4 @@
-// The file writers: Pallis and LTspice files line by line, Touchstone read
-// back to the analysis, CSV, and failures that keep an old file as it was.
+// The file writers line by line, Touchstone read back, failures that keep the old file.
 
 #include <gtest/gtest.h>
 
@@ -7,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -32,23 +32,14 @@ TEST(PallisFile, LinesDialogAndFailures) {
   testing::TempFolder folder;
   testing::RecordingPlatform platform;
   DesignRecord d;
-  d.Topology = "Cinlowpass";
-  d.CauerType = "C";
-  d.Stages = 5;
-  d.Width = 4500000;
-  d.Apass = 0.01f;
-  d.Rsource = d.Rload = d.Rstandard = 50;
-  d.Qind = 1000000;
-  d.Qcap = 5000;
+  d.Topology = "Cinlowpass", d.CauerType = "C", d.Stages = 5, d.Width = 4500000, d.Apass = 0.01f;
+  d.Rsource = d.Rload = d.Rstandard = 50, d.Qind = 1000000, d.Qcap = 5000;
   for (int j = 1; j <= 5; ++j) {
     d.G[j] = j == 3 ? -0.5f : 1.25f * j;
     d.ElementType[j] = j % 2 == 1 ? 4 : 1;
     (j % 2 == 1 ? d.C : d.L)[j] = 1.5e-9f;
   }
-  d.Fstart = 900000;
-  d.Fstop = 22500000;
-  d.NrIntervals = 1000;
-  d.GraphScale = 0.5f;
+  d.Fstart = 900000, d.Fstop = 22500000, d.NrIntervals = 1000, d.GraphScale = 0.5f;
   ASSERT_TRUE(WritePallisFile(d, folder / "a.LCT", platform));
   const std::string v = ValueText(1.5e-9f);
   const Lines lines = CrLfLines(folder / "a.LCT");
@@ -62,27 +53,19 @@ TEST(PallisFile, LinesDialogAndFailures) {
             " 11  5  5 A 0 | 4500000  0  0 | .01  0 | 50  50  1  50 | 1000000  5000 |"
             " 1.25  0 | 2.5  0 |-.5  0 | 5  0 | 6.25  0 |" +
                 c + l + c + l + c + " 2  900000  2.25E+07  1000 | 60  0  1  1  .5  120  10  6 |N|");
-  EXPECT_TRUE(platform.messages.empty());
 
-  // Positions outside codes 1..8 keep their G/H line but get no element line.
-  d.Topology = "Linhighpass";
-  d.CauerFlag = 1;
-  d.CauerType = "B";
-  d.ElementType[2] = 0;
-  d.ElementType[4] = 17;
-  ASSERT_TRUE(WritePallisFile(d, folder / "a.LCT", platform));
-  const Lines shorter = CrLfLines(folder / "a.LCT");
+  // Via the dialog over the longer file: codes outside 1..8 keep G/H but get no element line.
+  d.Topology = "Linhighpass", d.CauerFlag = 1, d.CauerType = "B", d.FileName = "last.LCT";
+  d.ElementType[2] = 0, d.ElementType[4] = 17;
+  platform.dialogAnswer = folder / "a.LCT";
+  SavePallisFromDialog(d, platform);
+  ASSERT_EQ(platform.dialogs.size(), 1u);
+  EXPECT_EQ(platform.dialogs[0].proposedName, "last.LCT");
+  const Lines shorter = CrLfLines(d.FileName);
   ASSERT_EQ(shorter.size(), 31u);  // the old, longer file is replaced
   EXPECT_EQ(shorter[6], " 11  5  5 J 2 ");
   EXPECT_EQ(shorter[24] + "|", c);
   EXPECT_EQ(shorter[25], lines[27]);
-
-  d.FileName = "last.LCT";
-  platform.dialogAnswer = folder / "chosen.LCT";
-  SavePallisFromDialog(d, platform);
-  ASSERT_EQ(platform.dialogs.size(), 1u);
-  EXPECT_EQ(platform.dialogs[0].proposedName, "last.LCT");
-  EXPECT_EQ(CrLfLines(d.FileName).size(), 31u);
   EXPECT_TRUE(platform.messages.empty());
 
   platform.dialogAnswer = "";  // cancelled: the empty name is kept, no file
@@ -109,17 +92,9 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
   testing::TempFolder folder;
   testing::RecordingPlatform platform;
   DesignRecord d;
-  d.Pi = 3.14159265f;
-  d.Stages = 3;
-  d.ElementType = {0, 4, 1, 4};
-  d.C[1] = d.C[3] = 1e-9f;
-  d.L[2] = 2e-6f;
-  d.Rsource = d.Rload = 50;
-  d.Qind = 100;
-  d.Width = 1000000;
-  d.Fstart = 200000;
-  d.Fstop = 5000000;
-  d.SchematicWidth = 500;
+  d.Pi = 3.14159265f, d.Stages = 3, d.ElementType = {0, 4, 1, 4}, d.C[1] = d.C[3] = 1e-9f;
+  d.L[2] = 2e-6f, d.Rsource = d.Rload = 50, d.Qind = 100, d.Width = 1000000;
+  d.Fstart = 200000, d.Fstop = 5000000, d.SchematicWidth = 500;
   ASSERT_TRUE(WriteLtspiceFile(d, folder / "a.ASC", platform));
   EXPECT_TRUE(platform.messages.empty());
   const Lines lines = CrLfLines(folder / "a.ASC");
@@ -140,11 +115,8 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
                       "WIRE  688  336  688  160 "};
   EXPECT_EQ(Lines(lines.end() - load.size(), lines.end()), load);
 
-  // Codes 5 and 8 have blocks of their own; other codes are reported once
-  // per stage and skipped, and the file is still written.
-  d.SchematicWidth = 1234.5f;
-  d.Stages = 7;
-  d.ElementType = {0, 1, 2, 3, 5, 6, 7, 8};
+  // Codes 5 and 8 have blocks of their own; other codes are reported per stage and skipped.
+  d.SchematicWidth = 1234.5f, d.Stages = 7, d.ElementType = {0, 1, 2, 3, 5, 6, 7, 8};
   ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
   EXPECT_EQ(d.X, 224 + 144 + 96 + 144 + 256 + 176 + 208 + 352);
   const Lines wide = CrLfLines(folder / "b.ASC");
@@ -153,8 +125,7 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
     EXPECT_TRUE(Has(wide, std::string("SYMATTR InstName ") + name)) << name;
   EXPECT_TRUE(platform.messages.empty());
 
-  d.Stages = 3;
-  d.ElementType = {0, 0, 4, 17};
+  d.Stages = 3, d.ElementType = {0, 0, 4, 17};
   ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
   EXPECT_EQ(d.X, 224 + 112);
   EXPECT_TRUE(Has(CrLfLines(folder / "b.ASC"), "SYMATTR InstName C2"));
@@ -167,32 +138,20 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
   EXPECT_TRUE(platform.messages[1].text.starts_with("The element at stage 3 "));
 }
 
-// A lossy third-order Butterworth ladder (1 MHz) between 50 and 75 ohms, and
-// a ladder of every other element kind, read back to their analysis.
+// A lossy third-order Butterworth ladder (1 MHz, 50 to 75 ohms), and one of every other kind.
 TEST(Touchstone, ReadsBackToTheAnalysis) {
   for (bool resonant : {false, true}) {
     DesignRecord d;
-    d.Pi = 3.14159265f;
-    d.TwoPi = 2 * d.Pi;
-    d.Rsource = d.Rload = d.Rstandard = 50;
-    d.Fstart = 2e5f;
-    d.Fstop = 5e6f;
-    d.NrIntervals = 200;
+    d.Pi = 3.14159265f, d.TwoPi = 2 * d.Pi, d.Rsource = d.Rload = d.Rstandard = 50;
+    d.Fstart = 2e5f, d.Fstop = 5e6f, d.NrIntervals = 200;
     if (resonant) {
-      d.Stages = 5;
-      d.ElementType = {0, 3, 6, 2, 7, 4};
+      d.Stages = 5, d.ElementType = {0, 3, 6, 2, 7, 4}, d.Qind = 80, d.Qcap = 500;
       d.L = {0, 0, 3e-6f, 9e-6f, 4e-6f, 0};
       d.C = {0, 2e-9f, 2.5e-9f, 0, 1e-9f, 3e-9f};
-      d.Qind = 80;
-      d.Qcap = 500;
     } else {
-      d.Stages = 3;
-      d.ElementType = {0, 4, 1, 4};
+      d.Stages = 3, d.ElementType = {0, 4, 1, 4}, d.Qind = 50, d.Qcap = kInfiniteQcap, d.Rload = 75;
       d.L = {0, 0, 1.5915494e-5f};
       d.C = {0, 3.1830989e-9f, 0, 3.1830989e-9f};
-      d.Qind = 50;
-      d.Qcap = kInfiniteQcap;
-      d.Rload = 75;
     }
     testing::TempFolder folder;
     testing::RecordingPlatform platform;
@@ -202,13 +161,11 @@ TEST(Touchstone, ReadsBackToTheAnalysis) {
     std::vector<std::vector<double>> rows;
     for (const std::string& line : CrLfLines(folder / "a.s2p")) {
       if (line.empty() || line[0] == '!') continue;
-      if (line[0] == '[' || line[0] == '#') {
-        keywords += line + "|";
-        continue;
-      }
       std::istringstream in(line);
-      rows.emplace_back();
-      for (double v; in >> v;) rows.back().push_back(v);
+      if (line[0] == '[' || line[0] == '#')
+        keywords += line + "|";
+      else
+        rows.emplace_back(std::istream_iterator<double>(in), std::istream_iterator<double>());
     }
     EXPECT_EQ(keywords,
               "[Version] 2.0|# Hz S RI R 50|[Number of Ports] 2|[Two-Port Data Order] "
@@ -231,13 +188,9 @@ TEST(SweepCsv, HeaderAndRows) {
   testing::TempFolder folder;
   testing::RecordingPlatform platform;
   DesignRecord d;
-  d.NrIntervals = 1;
-  d.Freq = {1e6f, 1.2345678e7f};
-  d.Transmission = {0, -0.2f};
-  d.Reflection = {-20.5f, -20.5f};
-  d.VSWR = {1.2f, 1.2f};
-  d.Delay = {1.5e-7f, 1.5e-7f};
-  d.Phase = {-90, -90};
+  d.NrIntervals = 1, d.Freq = {1e6f, 1.2345678e7f}, d.Transmission = {0, -0.2f};
+  d.Reflection = {-20.5f, -20.5f}, d.VSWR = {1.2f, 1.2f};
+  d.Delay = {1.5e-7f, 1.5e-7f}, d.Phase = {-90, -90};
   ASSERT_TRUE(WriteSweepCsv(d, folder / "a.csv", platform));
   const Lines expected = {"frequency_hz,transmission_db,reflection_db,vswr,delay_s,phase_deg",
                           "1e+06,0,-20.5,1.2,1.5e-07,-90", "12345678,-0.2,-20.5,1.2,1.5e-07,-90"};
@@ -261,9 +214,7 @@ TEST(WriterFailures, MessageAndTheOldFileKept) {
     testing::TempFolder folder;
     testing::RecordingPlatform platform;
     DesignRecord d;
-    d.Rsource = d.Rload = 50;
-    d.Qind = 1e6f;
-    d.NrIntervals = 10;
+    d.Rsource = d.Rload = 50, d.Qind = 1e6f, d.NrIntervals = 10;
     EXPECT_FALSE(c.write(d, "", platform));  // a cancelled dialog
     testing::WriteWhole(folder / "plain", "x");
     EXPECT_FALSE(c.write(d, folder / "plain/a", platform));  // the folder is a file

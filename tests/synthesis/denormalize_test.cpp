@@ -17,8 +17,7 @@ const char* const kTopologies[] = {"Cinlowpass", "Linlowpass", "Cinhighpass", "L
 
 DesignRecord Designed(int16_t family, int16_t order, const char* topology = "Cinlowpass") {
   DesignRecord d;
-  d.Pi = 3.14159274f;
-  d.Family = family, d.Order = order, d.Topology = topology;
+  d.Pi = 3.14159274f, d.Family = family, d.Order = order, d.Topology = topology;
   d.Rsource = 50, d.Width = 4.2e6f, d.Apass = 0.2f;
   if (family == kButterworth) Butterworth(d);
   if (family == kChebyshev) Chebyshev(d);
@@ -34,12 +33,10 @@ std::string Codes(const DesignRecord& d) {
   return s;
 }
 
-// Relative comparison of a stored value with a quotient formed in double.
 #define EXPECT_REL(a, b) EXPECT_NEAR((a) / (b), 1.0, 1e-6)
 
-// The C-input lowpass is the prototype ladder scaled to Omega and Rsource; the
-// L-input lowpass is its dual, and each highpass the lowpass-to-highpass image
-// (w -> Omega^2 / w) of the lowpass that starts with the same kind of arm.
+// C-input lowpass = prototype scaled, L-input its dual, each highpass the image (w -> Omega^2/w)
+// of the lowpass that starts with the same kind of arm.
 void ExpectTopologiesAgree(const DesignRecord& prototype) {
   DesignRecord t[4];
   for (int i = 0; i < 4; ++i) {
@@ -80,8 +77,7 @@ TEST(Denormalize, FourTopologiesScaleOnePrototype) {
 
 TEST(Denormalize, EvenOrderResonantLaddersEndDifferently) {
   DesignRecord p = Designed(kCauer, 4);
-  p.CauerFlag = 1, p.RloadNormalized = 0.8f;
-  p.G = {0, 1.2f, 0.3f, 1.9f, 0.2f};
+  p.CauerFlag = 1, p.RloadNormalized = 0.8f, p.G = {0, 1.2f, 0.3f, 1.9f, 0.2f};
   p.H = {0, 0, 1.1f, 0, 0.9f};
   const double r = 50, w = p.Omega;
   auto run = [&](const char* topology) {
@@ -91,8 +87,8 @@ TEST(Denormalize, EvenOrderResonantLaddersEndDifferently) {
     Denormalize(d);
     return d;
   };
-  // Only the L-input lowpass keeps the partner in its last arm: the others
-  // follow the prototype without it, the lowpass at w, the highpass at Omega^2 / w.
+  // Only the L-input lowpass keeps the partner in its last arm; the others follow the prototype
+  // without it (lowpass at w, highpass at Omega^2 / w).
   DesignRecord plainEnd = p;
   plainEnd.G[4] = 0;
   const char* codes[] = {"4 7 4 1 ", "1 6 1 6 ", "3 6 3 2 ", "2 7 2 3 "};
@@ -107,8 +103,7 @@ TEST(Denormalize, EvenOrderResonantLaddersEndDifferently) {
     }
   }
 
-  // A lone H in the L-input lowpass is a shunt capacitor; a negative G leaves
-  // the position alone. The highpass tables test G before CauerFlag.
+  // A lone H in the L-input lowpass is a shunt C; a negative G leaves the position alone.
   p.G[2] = 0, p.G[4] = -0.2f;
   DesignRecord d = run("Linlowpass");
   EXPECT_EQ(Codes(d), "1 4 1 99 ");
@@ -125,21 +120,15 @@ TEST(Denormalize, NoWidthUnknownTopologyAndFaults) {
   const DesignRecord before = d;
   d.Width = 0, d.Order = 3, d.Cstd[1] = 7;
   Denormalize(d);  // returns at once
-  EXPECT_EQ(d.L, before.L);
-  EXPECT_EQ(d.C, before.C);
-  EXPECT_EQ(d.Cstd[1], 7);
-  EXPECT_EQ(d.Omega, before.Omega);
+  EXPECT_TRUE(d.L == before.L && d.C == before.C && d.Cstd[1] == 7 && d.Omega == before.Omega);
 
   d.Width = 1e6f, d.Topology = "cinlowpass", d.L[0] = 4;
   Denormalize(d);  // clears, then finds no ladder to build
   for (int i = 1; i <= kMaxPositions; ++i) EXPECT_EQ(d.L[i] + d.C[i] + d.Cstd[i] + d.Lstd[i], 0);
   EXPECT_EQ(d.L[0], 4);
-  EXPECT_EQ(d.ElementType, before.ElementType);
-  EXPECT_EQ(d.Stages, 5);
-  EXPECT_EQ(d.Rload, before.Rload);
+  EXPECT_TRUE(d.ElementType == before.ElementType && d.Stages == 5 && d.Rload == before.Rload);
 
-  // An all-zero prototype (Bessel outside 3..7) leaves the lowpass ladders
-  // without values, and the highpass ones would divide by it at position 2.
+  // An all-zero prototype (Bessel outside 3..7): lowpasses without values, highpasses refused.
   d = Designed(kBessel, 9);
   for (int k = 1; k <= 9; ++k) EXPECT_EQ(d.L[k] + d.C[k], 0);
   for (const char* topology : {"Cinhighpass", "Linhighpass"}) {

@@ -1,6 +1,5 @@
 #pragma once
-// Independent check for the synthesis tests: the ladder in d (ElementType, L, C
-// at 1..Stages, Rsource to Rload) by a plain ABCD chain.
+// Independent check for the synthesis tests: the ladder in d by a plain ABCD chain.
 
 #include <cmath>
 #include <complex>
@@ -31,14 +30,11 @@ inline double LossDb(const DesignRecord& d, double w) {
   return -20.0 * std::log10(std::abs(LadderGain(d, w)));
 }
 
-// The prototype of p as a C-input lowpass between 1 ohm and its normalized
-// load at 1 rad/s: shunt C = G at odd positions, series L at even ones (H
-// when CauerFlag is 1, else G) with its partner capacitor across it.
+// The prototype of p as a C-input lowpass at 1 rad/s between 1 ohm and its normalized load:
+// shunt C = G at odd positions, series L at even ones (H if CauerFlag, else G) with its partner.
 inline DesignRecord PrototypeLadder(const DesignRecord& p) {
   DesignRecord d = p;
-  d.Rsource = 1;
-  d.Rload = p.RloadNormalized;
-  d.Stages = p.Order;
+  d.Rsource = 1, d.Rload = p.RloadNormalized, d.Stages = p.Order;
   for (int k = 1; k <= p.Order; ++k) {
     const bool swap = k % 2 == 0 && p.CauerFlag == 1;
     d.L[k] = k % 2 ? 0 : swap ? p.H[k] : p.G[k];

@@ -28,20 +28,16 @@ DesignRecord Dirty(int16_t order, float apass = 0.7f) {
 }
 
 void ExpectBookkeeping(const DesignRecord& d, int n, float apass, float rloadNorm) {
-  for (int j = 1; j <= kMaxPositions; ++j) {
-    EXPECT_TRUE(j <= n || d.G[j] == 0) << j;
-    EXPECT_TRUE(d.CauerFlag != 0 || d.H[j] == 0) << j;
-  }
+  for (int j = 1; j <= kMaxPositions; ++j)
+    EXPECT_TRUE((j <= n || d.G[j] == 0) && (d.CauerFlag != 0 || d.H[j] == 0)) << j;
   EXPECT_EQ(d.G[0] + d.H[0] + d.G[21] + d.H[21], 36);  // outside 1..20: untouched
-  EXPECT_EQ(d.Apass, apass);
-  EXPECT_EQ(d.Astop, 0);
+  EXPECT_TRUE(d.Apass == apass && d.Astop == 0);
   EXPECT_TRUE(rloadNorm == 0 || d.RloadNormalized == rloadNorm);
 }
 
 TEST(Prototypes, ChebyshevAgainstTextbookFormulaAndLadderRipple) {
   for (const float ap : {0.01f, 0.044f, 0.2f}) {
-    // Reference in the textbook arrangement: beta = ln coth(Ap / 17.37),
-    // gamma = sinh(beta / 2n), even-order load tanh^2(beta / 4); all double.
+    // Textbook: beta = ln coth(Ap / 17.37), gamma = sinh(beta / 2n), even load tanh^2(beta / 4).
     const double beta = std::log(1 / std::tanh(ap * std::log(10.0) / 40));
     for (int16_t n = 3; n <= 7; ++n) {
       SCOPED_TRACE(::testing::Message() << ap << " dB, n=" << n);
@@ -66,12 +62,10 @@ TEST(Prototypes, ChebyshevAgainstTextbookFormulaAndLadderRipple) {
     }
   }
   // Published source-to-load ratios of even orders: 1.1007 at 0.01 dB, 1.5386 at 0.2 dB.
-  DesignRecord d = Dirty(4, 0.01f);
-  Chebyshev(d);
+  DesignRecord d = Dirty(4, 0.01f), e = Dirty(6, 0.2f);
+  Chebyshev(d), Chebyshev(e);
   EXPECT_NEAR(1 / d.RloadNormalized, 1.1007, 1e-4);
-  d.Apass = 0.2f, d.Order = 6;
-  Chebyshev(d);
-  EXPECT_NEAR(1 / d.RloadNormalized, 1.5386, 1e-4);
+  EXPECT_NEAR(1 / e.RloadNormalized, 1.5386, 1e-4);
   // Faults stop with an error instead of leaving inf or NaN behind.
   for (auto [ap, n] : {std::pair{0.0f, 5}, {0.2f, 0}, {0.2f, 30}}) {
     d.Apass = ap, d.Order = int16_t(n);
@@ -86,8 +80,7 @@ TEST(Prototypes, ButterworthAndBesselTablesCutOffAtThreeDb) {
                              {0.6180, 1.6180, 2},
                              {0.5176, 1.4142, 1.9319},
                              {0.4450, 1.2470, 1.8019, 2}};
-  // Bessel: normalized to 3 dB at 1 rad/s, so its delay at DC is the 3 dB
-  // frequency of the classic 1-second-delay ladders.
+  // Bessel at 3 dB at 1 rad/s: its DC delay is the 3 dB frequency of the 1-second-delay ladders.
   const double delay[] = {1.7557, 2.1139, 2.4274, 2.7034, 2.9517};
   for (int16_t n = 3; n <= 7; ++n) {
     DesignRecord b = Dirty(n), t = Dirty(n);
@@ -96,8 +89,7 @@ TEST(Prototypes, ButterworthAndBesselTablesCutOffAtThreeDb) {
     for (int j = 2; j <= n; ++j) EXPECT_LT(t.G[j], t.G[j - 1]);
     ExpectBookkeeping(b, n, 0, 1), ExpectBookkeeping(t, n, 0, 1);
     EXPECT_EQ(b.CauerFlag + t.CauerFlag, 0);
-    EXPECT_EQ(b.Rload, 33);  // only the Bessel routine sets Rload
-    EXPECT_EQ(t.Rload, 75);
+    EXPECT_TRUE(b.Rload == 33 && t.Rload == 75);  // only the Bessel routine sets Rload
     EXPECT_NEAR(LossDb(PrototypeLadder(b), 1.0), k3dB, 1e-5);
     const DesignRecord ladder = PrototypeLadder(t);
     EXPECT_NEAR(LossDb(ladder, 1.0), k3dB, 5e-4) << n;
@@ -117,8 +109,7 @@ TEST(Prototypes, ZelmarAndDispatch) {
   DesignPrototype(d, platform);
   ExpectBookkeeping(d, 5, 0.01f, 1);
   EXPECT_EQ(d.CauerFlag, 1);
-  // A fifth-order ladder: passband to 1 rad/s, two traps, 30 dB from 1.5 rad/s up.
-  d.Order = 5;
+  d.Order = 5;  // passband to 1 rad/s, two traps, 30 dB from 1.5 rad/s up
   const DesignRecord ladder = PrototypeLadder(d);
   EXPECT_LT(LossDb(ladder, 1.0), 0.2);
   for (double w = 1.5; w < 20; w *= 1.05) EXPECT_GT(LossDb(ladder, w), 30) << w;
@@ -134,8 +125,7 @@ TEST(Prototypes, ZelmarAndDispatch) {
   }
   d.Family = kCauer, d.Order = 2;
   DesignPrototype(d, platform);
-  ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(platform.messages[0].text, "The Cauer family requires a minimum order of three");
+  EXPECT_EQ(platform.messages.size(), 1u);  // reached the Cauer routine's warning
 }
 
 }  // namespace
