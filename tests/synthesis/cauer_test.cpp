@@ -25,6 +25,21 @@ constexpr double kEdgeFactors[3][4][3] = {
      {1.3085, 1.22861, 1.161},
      {1.463, 1.35919, 1.269}}};
 
+// Transmission zeros of the elliptic response, 1/(k cd((2i-1)K/n, k)), sorted;
+// for even orders mapped so that the highest one goes to infinity.
+std::vector<double> FormulaZeros(int n, double k, double kc) {
+  const elliptic::Modulus m = elliptic::FromModulus(k, kc);
+  std::vector<double> z;
+  for (int i = 1; i <= n / 2; ++i) z.push_back(1 / (k * elliptic::Cd((2.0 * i - 1) / n, m).real()));
+  std::sort(z.begin(), z.end());
+  if (n % 2 == 0) {
+    const double p2 = z.back() * z.back();
+    z.pop_back();
+    for (double& w : z) w = std::sqrt(w * w * (p2 - 1) / (p2 - w * w));
+  }
+  return z;
+}
+
 double KRatio(double k) {
   return elliptic::CompleteK(k) / elliptic::CompleteK(std::sqrt(1 - k * k));
 }
@@ -76,6 +91,15 @@ TEST(CauerTest, EveryOrderRippleAndDepthIsEquirippleAndMeetsItsStopband) {
           EXPECT_LT(d.RloadNormalized, 1);
           EXPECT_NEAR(LossDb(ladder, 0), ap, 0.002);
         }
+        // The arms resonate at the transmission zeros of the elliptic formula.
+        std::vector<double> arms;
+        for (int i = 2; i < n + n % 2; i += 2) arms.push_back(1 / std::sqrt(d.G[i] * d.H[i]));
+        std::sort(arms.begin(), arms.end());
+        double k = 0, kc = 0;
+        CauerSelectivity(n, ap, as, k, kc);
+        const std::vector<double> zeros = FormulaZeros(n, k, kc);
+        ASSERT_EQ(arms.size(), zeros.size());
+        for (size_t i = 0; i < arms.size(); ++i) EXPECT_NEAR(arms[i] / zeros[i], 1, 1e-4);
       }
 }
 
