@@ -22,39 +22,34 @@ struct Json {
 };
 
 inline Json ParseJsonAt(const std::string& s, size_t& p) {
-  auto space = [&] { p = s.find_first_not_of(" \t\r\n", p); };
-  auto expect = [&](char c) {
-    space();
-    if (p == std::string::npos || s[p] != c) throw std::runtime_error(std::string("want ") + c);
+  auto peek = [&] { return s.at(p = s.find_first_not_of(" \t\r\n", p)); };
+  auto take = [&](char c) {
+    if (peek() != c) throw std::runtime_error(std::string("want ") + c);
     ++p;
   };
   auto string = [&] {
-    expect('"');
+    take('"');
     std::string out;
     for (; s.at(p) != '"'; ++p) out += s[p] == '\\' ? s.at(++p) : s[p];
     ++p;
     return out;
   };
-  space();
   Json j;
-  char c = s.at(p);
+  const char c = peek();
   if (c == '{' || c == '[') {
     j.kind = c == '{' ? Json::Kind::Object : Json::Kind::Array;
     const char close = c == '{' ? '}' : ']';
     ++p;
-    space();
-    for (bool more = s.at(p) != close; more;) {
-      if (c == '{') {
-        std::string name = string();
-        expect(':');
-        j.fields[name] = ParseJsonAt(s, p);
-      } else {
+    for (bool more = peek() != close; more; more = peek() == ',' && ++p) {
+      if (c == '[') {
         j.items.push_back(ParseJsonAt(s, p));
+      } else {
+        std::string name = string();
+        take(':');
+        j.fields[name] = ParseJsonAt(s, p);
       }
-      space();
-      if ((more = s.at(p) == ',')) ++p;
     }
-    expect(close);
+    take(close);
   } else if (c == '"') {
     j.kind = Json::Kind::String;
     j.text = string();
@@ -78,8 +73,8 @@ inline Json ParseJsonAt(const std::string& s, size_t& p) {
 inline Json ParseJson(const std::string& text) {
   size_t p = 0;
   Json j = ParseJsonAt(text, p);
-  p = text.find_first_not_of(" \t\r\n", p);
-  if (p != std::string::npos) throw std::runtime_error("trailing text");
+  if (text.find_first_not_of(" \t\r\n", p) != std::string::npos)
+    throw std::runtime_error("trailing text");
   return j;
 }
 

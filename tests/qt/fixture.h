@@ -1,6 +1,5 @@
 #pragma once
-// A designer window over a recording platform in a fresh working folder,
-// shown at 1280 x 960; and the display page drawn without a window.
+// A designer window in a fresh folder at 1280 x 960; the display page without one.
 
 #include <gtest/gtest.h>
 
@@ -91,6 +90,12 @@ class WindowTest : public ::testing::Test {
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
   }
+  // Launch, then "Start" on the opening page.
+  void Start() {
+    Launch();
+    Click(Button(window->OpeningView(), "cmdStart"));
+    ASSERT_EQ(app->CurrentPage(), PageId::Design);
+  }
 
   DesignRecord& D() { return app->Record(); }
 
@@ -115,9 +120,8 @@ class WindowTest : public ::testing::Test {
     QTest::keyClicks(edit, text);
   }
 
-  // The pointer moving to a page position on the display page, without a
-  // button held; sent directly, as the platform drops a move to where the
-  // pointer already is. Returns the position in the page's surface.
+  // Moves the pointer to a page position, sent directly (the platform drops a
+  // move to where it already is); returns the position in the surface.
   QPoint MoveMouse(float x, float y) {
     PageSurface& s = window->DisplayView().Surface();
     EXPECT_TRUE(s.hasMouseTracking());
