@@ -70,14 +70,13 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   Click(Button(window->DesignView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
   EXPECT_FALSE(window->isVisible());
-  std::vector<std::string> lines = CrLfLines(sessionPath), fields;
+  std::vector<std::string> lines = CrLfLines(sessionPath), f;
   ASSERT_EQ(lines.size(), 1u);
   std::stringstream in(lines[0]);
-  for (std::string field; std::getline(in, field, ',');) fields.push_back(field);
-  ASSERT_EQ(fields.size(), 8u) << lines[0];
-  EXPECT_EQ(fields[0] + fields[2] + fields[5], "54\"Cinlowpass\"");
-  EXPECT_EQ(std::stof(fields[1]), width);
-  EXPECT_EQ(std::stof(fields[7]), 1e6f);
+  for (std::string field; std::getline(in, field, ',');) f.push_back(field);
+  ASSERT_EQ(f.size(), 8u) << lines[0];
+  EXPECT_EQ(f[0] + f[2] + f[5], "54\"Cinlowpass\"");
+  EXPECT_TRUE(std::stof(f[1]) == width && std::stof(f[7]) == 1e6f) << lines[0];
 
   Start();
   EXPECT_TRUE(Radio("optZelmar")->isChecked());
@@ -94,14 +93,11 @@ TEST_F(WindowTest, FirstStartShowsDefaultsLinksOpenTheGuideAndOpeningExitKeepsTh
   EXPECT_FALSE(window->DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
   Click(Button(window->DesignView(), "cmdZelmarSoftware"));
   EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
-  EXPECT_EQ(app->CurrentPage(), PageId::Design);
 
   const std::string odd = "3,1E+10,1,.01,30,\"Linhighpass\",75,200\r\n";
   WriteWhole(sessionPath, odd);
   Launch();
-  auto* visit = Widget<QLabel>(window->OpeningView(), "lblVisit");
-  EXPECT_TRUE(visit->text().contains("User guide"));
-  emit visit->linkActivated("#");
+  emit Widget<QLabel>(window->OpeningView(), "lblVisit")->linkActivated("#");
   EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
   Click(Button(window->OpeningView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
