@@ -153,11 +153,10 @@ TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication
   page.OnGetOverlay();
   long onlyS21 = magenta() - all;
   std::filesystem::current_path(previous);
-  EXPECT_EQ(all, 3 * 1001);
-  EXPECT_EQ(onlyS21, 1001);
+  EXPECT_TRUE(all == 3 * 1001 && onlyS21 == 1001) << all << " " << onlyS21;
   ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(platform.messages[0].text, "File  is not available.");
-  EXPECT_EQ(platform.messages[0].title, "File Test");
+  EXPECT_EQ(platform.messages[0].title + ": " + platform.messages[0].text,
+            "File Test: File  is not available.");
 
   bool shown = false;
   App().SetSpiceObserver([&](SpicePage& spice) { shown = spice.Visible(); });
@@ -169,8 +168,7 @@ TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication
   int prints = 0;
   App().SetPrintService([&] { ++prints; });
   page.OnPrint();
-  EXPECT_EQ(prints, 1);
-  EXPECT_EQ(platform.messages.size(), 2u);
+  EXPECT_TRUE(prints == 1 && platform.messages.size() == 2u);
 }
 
 TEST(SpicePage, TextsProposedNamesAndDrawing) {

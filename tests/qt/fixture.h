@@ -38,17 +38,10 @@ inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
   return d;
 }
 
-// The display page's load, then the 5% L values if asked; false when the
-// design is refused.
+// The display page's load, then the 5% L values if asked; false when refused.
 inline bool DrawDisplayPageLoad(DesignRecord& d, RecordingCanvas& canvas, bool inductors = false) {
-  struct : PageHost {
-    void ShowDesignPage() override {}
-    void ShowDisplayPage() override {}
-    void EndProgram(bool) override {}
-    const std::string& UserGuideUrl() const override { return url; }
-    std::string url;
-  } host;
   RecordingPlatform platform;
+  Application host(platform, ApplicationOptions{"", ""});  // never asked to change page
   try {
     DesignPrototype(d, platform);
   } catch (const std::exception&) {

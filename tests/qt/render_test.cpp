@@ -34,8 +34,7 @@ TEST_F(Render, PngGeometryArcsAndMarginsPdfAndFailures) {
   ASSERT_EQ(image.size(), QSize(1600, 1200));
   auto dark = [&](int x, int y) { return qGray(image.pixel(x, y)) < 160; };
   EXPECT_EQ(image.pixel(5, 5), qRgb(255, 255, 255));
-  EXPECT_TRUE(dark(400, 800));  // the vertical line at x = 3000
-  EXPECT_FALSE(dark(410, 800));
+  EXPECT_TRUE(dark(400, 800) && !dark(410, 800));  // the vertical line at x = 3000
   EXPECT_TRUE(dark(800, 467) && !dark(800, 733));  // (6000, 3500) is drawn, the bottom half not
   EXPECT_GT(qBlue(image.pixel(800, 467)), qRed(image.pixel(800, 467)));
 
@@ -51,8 +50,8 @@ TEST_F(Render, PngGeometryArcsAndMarginsPdfAndFailures) {
     error.clear();
     EXPECT_TRUE(!RenderPageToFile(page, bad, 1600, 1200, error) && !error.empty()) << bad;
   }
-  EXPECT_FALSE(RenderPageToFile(page, dir_ / "x.bmp", 1600, 1200, error));
-  EXPECT_NE(error.find("x.bmp"), std::string::npos);
+  EXPECT_TRUE(!RenderPageToFile(page, dir_ / "x.bmp", 1600, 1200, error) &&
+              error.find("x.bmp") != std::string::npos);
   EXPECT_FALSE(RenderPageToFile(page, dir_ / "x.png", 0, 1200, error));
 }
 
