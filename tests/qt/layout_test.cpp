@@ -13,10 +13,8 @@ namespace {
 // Widgets laid directly on `parent`; a frame's contents are checked inside it.
 void ExpectNoOverlap(QWidget* parent) {
   std::vector<QWidget*> widgets;
-  for (QObject* child : parent->children()) {
-    auto* w = qobject_cast<QWidget*>(child);
-    if (w && !qobject_cast<PageSurface*>(w) && !w->objectName().isEmpty()) widgets.push_back(w);
-  }
+  for (QWidget* w : parent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+    if (!qobject_cast<PageSurface*>(w) && !w->objectName().isEmpty()) widgets.push_back(w);
   for (size_t i = 0; i < widgets.size(); ++i) {
     std::string name = widgets[i]->objectName().toStdString();
     EXPECT_TRUE(parent->rect().contains(widgets[i]->geometry())) << name << " leaves its parent";
@@ -34,8 +32,8 @@ void ExpectClear(const RecordingCanvas& page, const std::string& name, QRectF bu
     if (op.kind == DrawOp::Kind::Text) {
       drawn = QRectF(op.x1, op.y1, op.textWidth, op.fontSize * 20);
     } else if (op.kind == DrawOp::Kind::Line) {
-      drawn = QRectF(QPointF(op.x1, op.y1), QPointF(op.x2, op.y2)).normalized();
-      drawn.adjust(-1, -1, 1, 1);
+      drawn =
+          QRectF(QPointF(op.x1, op.y1), QPointF(op.x2, op.y2)).normalized().adjusted(-1, -1, 1, 1);
     } else if (op.kind == DrawOp::Kind::Arc) {
       drawn = QRectF(op.x1 - op.radius, op.y1 - op.radius, 2 * op.radius, 2 * op.radius);
     }
