@@ -60,12 +60,10 @@ inline Json ParseJsonAt(const std::string& s, size_t& p) {
     static const std::regex number(R"(-?(0|[1-9]\d*)(\.\d+)?([eE][+-]?\d+)?)");
     std::smatch m;
     if (!std::regex_search(s.begin() + static_cast<long>(p), s.end(), m, number,
-                           std::regex_constants::match_continuous)) {
+                           std::regex_constants::match_continuous))
       throw std::runtime_error("bad number at " + std::to_string(p));
-    }
     j.kind = Json::Kind::Number;
-    j.text = m.str();
-    p += j.text.size();
+    p += (j.text = m.str()).size();
   }
   return j;
 }

@@ -105,6 +105,10 @@ class WindowTest : public ::testing::Test {
   void Click(QAbstractButton* button) {
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
   }
+  void Press(QWidget* w, Qt::Key key) {
+    w->setFocus();
+    QTest::keyClick(w, key);
+  }
   // Replaces the text of a box one keystroke at a time.
   void TypeInto(QLineEdit* edit, const QString& text) {
     edit->setFocus();
