@@ -22,39 +22,34 @@ struct Json {
 };
 
 inline Json ParseJsonAt(const std::string& s, size_t& p) {
-  auto space = [&] { p = s.find_first_not_of(" \t\r\n", p); };
-  auto expect = [&](char c) {
-    space();
-    if (p == std::string::npos || s[p] != c) throw std::runtime_error(std::string("want ") + c);
+  auto peek = [&] { return s.at(p = s.find_first_not_of(" \t\r\n", p)); };
+  auto take = [&](char c) {
+    if (peek() != c) throw std::runtime_error(std::string("want ") + c);
     ++p;
   };
   auto string = [&] {
-    expect('"');
+    take('"');
     std::string out;
     for (; s.at(p) != '"'; ++p) out += s[p] == '\\' ? s.at(++p) : s[p];
     ++p;
     return out;
   };
-  space();
   Json j;
-  char c = s.at(p);
+  const char c = peek();
   if (c == '{' || c == '[') {
     j.kind = c == '{' ? Json::Kind::Object : Json::Kind::Array;
     const char close = c == '{' ? '}' : ']';
     ++p;
-    space();
-    for (bool more = s.at(p) != close; more;) {
-      if (c == '{') {
-        std::string name = string();
-        expect(':');
-        j.fields[name] = ParseJsonAt(s, p);
-      } else {
+    for (bool more = peek() != close; more; more = peek() == ',' && ++p) {
+      if (c == '[') {
         j.items.push_back(ParseJsonAt(s, p));
+      } else {
+        std::string name = string();
+        take(':');
+        j.fields[name] = ParseJsonAt(s, p);
       }
-      space();
-      if ((more = s.at(p) == ',')) ++p;
     }
-    expect(close);
+    take(close);
   } else if (c == '"') {
     j.kind = Json::Kind::String;
     j.text = string();
@@ -65,12 +60,10 @@ inline Json ParseJsonAt(const std::string& s, size_t& p) {
     static const std::regex number(R"(-?(0|[1-9]\d*)(\.\d+)?([eE][+-]?\d+)?)");
     std::smatch m;
     if (!std::regex_search(s.begin() + static_cast<long>(p), s.end(), m, number,
-                           std::regex_constants::match_continuous)) {
+                           std::regex_constants::match_continuous))
       throw std::runtime_error("bad number at " + std::to_string(p));
-    }
     j.kind = Json::Kind::Number;
-    j.text = m.str();
-    p += j.text.size();
+    p += (j.text = m.str()).size();
   }
   return j;
 }
@@ -78,8 +71,8 @@ inline Json ParseJsonAt(const std::string& s, size_t& p) {
 inline Json ParseJson(const std::string& text) {
   size_t p = 0;
   Json j = ParseJsonAt(text, p);
-  p = text.find_first_not_of(" \t\r\n", p);
-  if (p != std::string::npos) throw std::runtime_error("trailing text");
+  if (text.find_first_not_of(" \t\r\n", p) != std::string::npos)
+    throw std::runtime_error("trailing text");
   return j;
 }
 

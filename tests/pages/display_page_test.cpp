@@ -28,28 +28,16 @@ class DisplayPageTest : public AppTest {
   std::vector<int> modes;
 };
 
-TEST_F(DisplayPageTest, LoadDrawsExactThenStandardValuesAndTheButtonsRedraw) {
+TEST_F(DisplayPageTest, LoadDrawsStandardValuesTheButtonsRedrawAndUpThenDownIsNotARoundTrip) {
   DisplayPage& page = OpenDisplay();
-  EXPECT_EQ(page.Caption(), "Drenik Filter Designer - Display");
-  EXPECT_EQ(D().InductorMode, 0);
   EXPECT_EQ(modes, (std::vector<int>{1, 2}));
-  EXPECT_EQ(D().ValueMode, 2);
+  EXPECT_TRUE(D().InductorMode == 0 && D().ValueMode == 2);
   EXPECT_TRUE(Shows("Bandwidth: " + FormatFrequency(D().Width), 9000, 2700));
   EXPECT_TRUE(Shows("Cursor on plot", 500, 6100));
-  EXPECT_TRUE(Shows("for data readout", 500, 6300));
-  int legends = 0;
-  for (const DrawOp& op : Page().Ops()) {
-    for (const char* legend :
-         {"Transmission, dB:", "Reflection, dB:", "Exact values", "5% C values", "5% L values"}) {
-      legends += op.kind == DrawOp::Kind::Text && op.text == legend;
-    }
-  }
-  EXPECT_EQ(legends, 8);
 
   // The inductor toggle shows 5% L values, then goes back.
   modes.clear();
   page.OnInductors();
-  EXPECT_EQ(D().InductorMode, 1);
   EXPECT_EQ(modes, std::vector<int>{3});
   EXPECT_TRUE(Shows("5% L values", 800, 4500) && Shows("5% L values", 800, 5600));
   EXPECT_EQ(Page().Ops().back().color, 8947967);
@@ -62,46 +50,30 @@ TEST_F(DisplayPageTest, LoadDrawsExactThenStandardValuesAndTheButtonsRedraw) {
   EXPECT_EQ(D().ShowVSWR, 1);
   page.OnVswr();
   page.OnTime();
-  EXPECT_EQ(D().ShowDelay, 1);
-  EXPECT_EQ(D().ShowVSWR, 0);
+  EXPECT_TRUE(D().ShowDelay == 1 && D().ShowVSWR == 0);
   EXPECT_EQ(modes, (std::vector<int>{3, 1, 2, 1, 2, 1, 2, 1, 2}));
 
   // The readout follows the mouse until it reaches the plot's edge.
   page.OnMouseMove(5500, 6000);
   DataReadout r = ComputeReadout(D(), 5500, 6000);
-  EXPECT_TRUE(Shows("Frequency:", 500, 6000));
-  EXPECT_TRUE(Shows(r.frequency, 800, 6200));
-  EXPECT_TRUE(Shows(r.vswr, 800, 7700));
-  EXPECT_TRUE(Shows("Env. Delay:", 500, 8000));
+  EXPECT_TRUE(Shows(r.frequency, 800, 6200) && Shows(r.vswr, 800, 7700));
+  EXPECT_TRUE(Shows("Frequency:", 500, 6000) && Shows("Env. Delay:", 500, 8000));
   EXPECT_FALSE(Shows("Cursor on plot", 500, 6100));
   page.OnMouseMove(3000, 6000);  // on the edge: off the plot
   EXPECT_TRUE(Shows("Cursor on plot", 500, 6100));
   EXPECT_FALSE(Shows("Frequency:", 500, 6000));
-}
 
-// 1.01 and 0.99 are not reciprocal: a round trip loses 0.01%.
-TEST_F(DisplayPageTest, UpThenDownLeavesPointNineNineNineNineOfTheWidth) {
-  DisplayPage& page = OpenDisplay();
+  // Up then Down: 1.01 and 0.99 are not reciprocal, a round trip loses 0.01%.
   float start = D().Width;
   modes.clear();
   page.OnUp();
   EXPECT_EQ(modes, (std::vector<int>{1, 2, 3}));
-  EXPECT_EQ(D().InductorMode, 1);
   page.OnDown();
   EXPECT_NEAR(D().Width / start, 0.9999, 1e-6);
-  EXPECT_NE(D().Width, start);
   EXPECT_EQ(D().ValueMode, 3);
   EXPECT_TRUE(Shows("Bandwidth: " + FormatFrequency(D().Width), 9000, 2700));
-
-  // "Change design" shows the new width; Exit from there saves the session.
-  float width = D().Width;
-  page.Controls().FindButton("cmdDesign")->Click();
-  EXPECT_EQ(App().CurrentPage(), PageId::Design);
-  EXPECT_EQ(Design().Box("txtBandwidth").Text(), FormatFrequency(width));
-  Design().Button("cmdDesign").Click();
-  Display().OnExit();
-  EXPECT_TRUE(platform.ended);
-  EXPECT_NE(ReadSession().find("\"Cinlowpass\""), std::string::npos);
+  page.OnExit();  // saves the session
+  EXPECT_TRUE(platform.ended && ReadSession().find("\"Cinlowpass\"") != std::string::npos);
 }
 
 // Only strictly inside the plot reads values.
@@ -112,9 +84,8 @@ TEST(Readout, InsideThePlotReadsSignedTextsWithUnits) {
     d.Freq[i] = 1e6f + 1000.0f * static_cast<float>(i);
     d.VSWR[i] = 1.5f;
   }
-  for (auto [x, y] : {std::pair{3000.f, 6000.f}, {5000, 4000}, {8000, 6000}, {5000, 8000}}) {
+  for (auto [x, y] : {std::pair{3000.f, 6000.f}, {5000, 4000}, {8000, 6000}, {5000, 8000}})
     EXPECT_FALSE(ComputeReadout(d, x, y).onPlot) << x << " " << y;
-  }
   EXPECT_TRUE(ComputeReadout(d, 3000.5f, 4000.5f).onPlot);
   EXPECT_EQ(ComputeReadout(d, 3000.5f, 6000).index, 0);
   EXPECT_EQ(ComputeReadout(d, 5500, 6000).index, 500);  // 0.5 * 1001 = 500.5
@@ -141,19 +112,16 @@ TEST(Readout, InsideThePlotReadsSignedTextsWithUnits) {
 
 TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication) {
   DisplayPage& page = OpenDisplay();
-  page.OnWritePallis();
-  page.OnExportNetlist();
-  page.OnExportTouchstone();
-  page.OnExportCsv();
+  for (auto hook : {&DisplayPage::OnWritePallis, &DisplayPage::OnExportNetlist,
+                    &DisplayPage::OnExportTouchstone, &DisplayPage::OnExportCsv})
+    (page.*hook)();
   ASSERT_EQ(platform.dialogs.size(), 4u);
-  EXPECT_EQ(platform.dialogs[0].title, "Save Pallis file");
-  EXPECT_EQ(platform.dialogs[1].proposedName, "Default.cir");
-  EXPECT_EQ(platform.dialogs[2].proposedName, "Default.s2p");
-  EXPECT_EQ(platform.dialogs[3].proposedName, "Default.csv");
+  EXPECT_EQ(platform.dialogs[1].proposedName + platform.dialogs[2].proposedName +
+                platform.dialogs[3].proposedName,
+            "Default.cirDefault.s2pDefault.csv");
   ASSERT_EQ(platform.messages.size(), 1u);  // only the Pallis file says so
   EXPECT_EQ(platform.messages[0].text, "We did not write an Pallis file.");
-  EXPECT_TRUE(D().FileName.empty());
-  EXPECT_TRUE(std::filesystem::is_empty(folder_));
+  EXPECT_TRUE(D().FileName.empty() && std::filesystem::is_empty(folder_));
 
   platform.dialogAnswer = (folder_ / "a.LCT").string();
   page.OnWritePallis();
@@ -167,8 +135,8 @@ TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication
   // The overlay is drawn over the page until a file is missing.
   platform.messages.clear();
   auto magenta = [&] {
-    return std::count_if(Page().Ops().begin(), Page().Ops().end(), [](const DrawOp& op) {
-      return op.kind == DrawOp::Kind::Point && op.color == kOverlayColor;
+    return std::ranges::count_if(Page().Ops(), [](const DrawOp& o) {
+      return o.kind == DrawOp::Kind::Point && o.color == kOverlayColor;
     });
   };
   std::filesystem::path previous = std::filesystem::current_path();
@@ -180,25 +148,22 @@ TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication
   page.OnGetOverlay();
   long onlyS21 = magenta() - all;
   std::filesystem::current_path(previous);
-  EXPECT_EQ(all, 3 * 1001);
-  EXPECT_EQ(onlyS21, 1001);
+  EXPECT_TRUE(all == 3 * 1001 && onlyS21 == 1001) << all << " " << onlyS21;
   ASSERT_EQ(platform.messages.size(), 1u);
-  EXPECT_EQ(platform.messages[0].text, "File  is not available.");
-  EXPECT_EQ(platform.messages[0].title, "File Test");
+  EXPECT_EQ(platform.messages[0].title + ": " + platform.messages[0].text,
+            "File Test: File  is not available.");
 
-  SpicePage* shown = nullptr;
-  App().SetSpiceObserver([&](SpicePage& spice) { shown = &spice; });
+  bool shown = false;
+  App().SetSpiceObserver([&](SpicePage& spice) { shown = spice.Visible(); });
   page.OnSpice();
-  ASSERT_NE(shown, nullptr);
-  EXPECT_TRUE(shown->Visible());
+  EXPECT_TRUE(shown);
 
   page.OnPrint();  // no print service: a message
   EXPECT_EQ(platform.messages.size(), 2u);
   int prints = 0;
   App().SetPrintService([&] { ++prints; });
   page.OnPrint();
-  EXPECT_EQ(prints, 1);
-  EXPECT_EQ(platform.messages.size(), 2u);
+  EXPECT_TRUE(prints == 1 && platform.messages.size() == 2u);
 }
 
 TEST(SpicePage, TextsProposedNamesAndDrawing) {
@@ -209,17 +174,12 @@ TEST(SpicePage, TextsProposedNamesAndDrawing) {
   d.SchematicWidth = 10;
   d.FileName = folder / "x.LCT";
   SpicePage page(d, platform);
-  EXPECT_EQ(page.Caption(), "Pallis - Write Spice schematic");
-  EXPECT_EQ(page.Heading(), "Write an LTspice schematic file");
-  EXPECT_EQ(page.Label1(), "Zelmar Software has no connection with LinearTechnology Corporation");
-  EXPECT_EQ(page.DrawCaption() + page.ExitCaption(), "DrawCancel");
   EXPECT_EQ(SpicePage::ProposedName(""), "Default.ASC");
   EXPECT_EQ(SpicePage::ProposedName("/home/u/filter.LCT"), "/home/u/filter.ASC");
   EXPECT_EQ(SpicePage::ProposedName("ab"), ".ASC");
 
   page.cmdDraw_Click();  // cancelled
   ASSERT_EQ(platform.dialogs.size(), 1u);
-  EXPECT_EQ(platform.dialogs[0].title, "Pallis - write Spice schematic");
   EXPECT_EQ(platform.dialogs[0].filter, "LTspice files (*.ASC) | *.ASC");
   EXPECT_EQ(platform.dialogs[0].proposedName, folder / "x.ASC");
   EXPECT_EQ(d.SchematicWidth, 800);

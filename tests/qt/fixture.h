@@ -1,6 +1,5 @@
 #pragma once
-// A designer window over a recording platform in a fresh working folder,
-// shown at 1280 x 960; and the display page drawn without a window.
+// A designer window in a fresh folder at 1280 x 960; the display page without one.
 
 #include <gtest/gtest.h>
 
@@ -39,17 +38,10 @@ inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
   return d;
 }
 
-// The display page's load, then the 5% L values if asked; false when the
-// design is refused.
+// The display page's load, then the 5% L values if asked; false when refused.
 inline bool DrawDisplayPageLoad(DesignRecord& d, RecordingCanvas& canvas, bool inductors = false) {
-  struct : PageHost {
-    void ShowDesignPage() override {}
-    void ShowDisplayPage() override {}
-    void EndProgram(bool) override {}
-    const std::string& UserGuideUrl() const override { return url; }
-    std::string url;
-  } host;
   RecordingPlatform platform;
+  Application host(platform, ApplicationOptions{"", ""});  // never asked to change page
   try {
     DesignPrototype(d, platform);
   } catch (const std::exception&) {
@@ -91,6 +83,12 @@ class WindowTest : public ::testing::Test {
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
   }
+  // Launch, then "Start" on the opening page.
+  void Start() {
+    Launch();
+    Click(Button(window->OpeningView(), "cmdStart"));
+    ASSERT_EQ(app->CurrentPage(), PageId::Design);
+  }
 
   DesignRecord& D() { return app->Record(); }
 
@@ -107,6 +105,10 @@ class WindowTest : public ::testing::Test {
   void Click(QAbstractButton* button) {
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
   }
+  void Press(QWidget* w, Qt::Key key) {
+    w->setFocus();
+    QTest::keyClick(w, key);
+  }
   // Replaces the text of a box one keystroke at a time.
   void TypeInto(QLineEdit* edit, const QString& text) {
     edit->setFocus();
@@ -115,9 +117,8 @@ class WindowTest : public ::testing::Test {
     QTest::keyClicks(edit, text);
   }
 
-  // The pointer moving to a page position on the display page, without a
-  // button held; sent directly, as the platform drops a move to where the
-  // pointer already is. Returns the position in the page's surface.
+  // Moves the pointer to a page position, sent directly (the platform drops a
+  // move to where it already is); returns the position in the surface.
   QPoint MoveMouse(float x, float y) {
     PageSurface& s = window->DisplayView().Surface();
     EXPECT_TRUE(s.hasMouseTracking());

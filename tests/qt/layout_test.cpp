@@ -1,6 +1,5 @@
-// Layout: every control placed, nothing overlapping, nothing drawn under a
-// display-page button or into the plot for any design, scaling by one
-// factor, and screenshots at 1280 x 960 for a person to look at.
+// Layout: controls placed without overlaps, nothing drawn under a button or into
+// the plot for any design, scaling by one factor, and screenshots at 1280 x 960.
 #include <QDir>
 #include <QGroupBox>
 #include <QPixmap>
@@ -14,10 +13,8 @@ namespace {
 // Widgets laid directly on `parent`; a frame's contents are checked inside it.
 void ExpectNoOverlap(QWidget* parent) {
   std::vector<QWidget*> widgets;
-  for (QObject* child : parent->children()) {
-    auto* w = qobject_cast<QWidget*>(child);
-    if (w && !qobject_cast<PageSurface*>(w) && !w->objectName().isEmpty()) widgets.push_back(w);
-  }
+  for (QWidget* w : parent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+    if (!qobject_cast<PageSurface*>(w) && !w->objectName().isEmpty()) widgets.push_back(w);
   for (size_t i = 0; i < widgets.size(); ++i) {
     std::string name = widgets[i]->objectName().toStdString();
     EXPECT_TRUE(parent->rect().contains(widgets[i]->geometry())) << name << " leaves its parent";
@@ -28,16 +25,15 @@ void ExpectNoOverlap(QWidget* parent) {
   }
 }
 
-// No text, line or arc lies under the button (white boxes erase; points
-// belong to the plots).
+// No text, line or arc under the button (white boxes erase; points are plots).
 void ExpectClear(const RecordingCanvas& page, const std::string& name, QRectF button) {
   for (const DrawOp& op : page.Ops()) {
     QRectF drawn;
     if (op.kind == DrawOp::Kind::Text) {
       drawn = QRectF(op.x1, op.y1, op.textWidth, op.fontSize * 20);
     } else if (op.kind == DrawOp::Kind::Line) {
-      drawn = QRectF(QPointF(op.x1, op.y1), QPointF(op.x2, op.y2)).normalized();
-      drawn.adjust(-1, -1, 1, 1);
+      drawn =
+          QRectF(QPointF(op.x1, op.y1), QPointF(op.x2, op.y2)).normalized().adjusted(-1, -1, 1, 1);
     } else if (op.kind == DrawOp::Kind::Arc) {
       drawn = QRectF(op.x1 - op.radius, op.y1 - op.radius, 2 * op.radius, 2 * op.radius);
     }
@@ -45,16 +41,14 @@ void ExpectClear(const RecordingCanvas& page, const std::string& name, QRectF bu
   }
 }
 
-// Every family, topology and order as the display page draws it, with 5% C
-// and with 5% L values (an even-order Chebyshev load carries a note).
+// Every family, topology and order, 5% C and 5% L (an even Chebyshev has a note).
 TEST(DisplayLayout, NothingCollidesForAnyDesign) {
   PrepareQtDrawing();
   for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"})
     for (int16_t family = 1; family <= 5; ++family)
       for (int16_t order : {3, 6, 7})
         for (bool inductors : {false, true}) {
-          SCOPED_TRACE(std::string(topology) + " family " + std::to_string(family) + " order " +
-                       std::to_string(order) + (inductors ? " 5% L" : ""));
+          SCOPED_TRACE(::testing::Message() << topology << family << order << inductors);
           DesignRecord d = FirstStartDesign(family, order);
           d.Topology = topology;
           d.Rload = family == kChebyshev && order % 2 == 0 ? 25 : 50;
@@ -89,9 +83,8 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   QDir out(DRENIK_BINARY_DIR "/screenshots");
   out.mkpath(".");
   auto save = [&](const char* name) {
-    QPixmap shot = window->grab();
-    EXPECT_EQ(shot.size(), QSize(1280, 960));
-    EXPECT_TRUE(shot.save(out.filePath(name)));
+    EXPECT_EQ(window->grab().size(), QSize(1280, 960));
+    EXPECT_TRUE(window->grab().save(out.filePath(name)));
   };
   save("opening.png");
   Click(Button(window->OpeningView(), "cmdStart"));
@@ -123,7 +116,7 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   // Half the size: positions and fonts halve, the page stays 4:3 and centred.
   QWidget* up = display.WidgetFor("cmdUp");
   QRect big = up->geometry();
-  int bigFont = up->font().pixelSize();
+  const int bigFont = up->font().pixelSize();
   display.resize(640, 480);
   EXPECT_NEAR(up->geometry().x(), big.x() / 2.0, 1.5);
   EXPECT_NEAR(up->geometry().width(), big.width() / 2.0, 1.5);

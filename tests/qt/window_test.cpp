@@ -11,10 +11,15 @@
 namespace drenik::testing {
 namespace {
 
-TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
-  Launch();
-  Click(Button(window->OpeningView(), "cmdStart"));
-  ASSERT_EQ(app->CurrentPage(), PageId::Design);
+TEST_F(WindowTest, FirstStartDesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
+  Start();  // defaults, quietly; the link opens the guide
+  EXPECT_TRUE(platform->messages.empty());
+  for (const char* option :
+       {"optChebycheff", "optOrder5", "optCinlowpass", "opt044", "optAstop40", "optZ50", "optQ1"})
+    EXPECT_TRUE(Radio(option)->isChecked()) << option;
+  EXPECT_FALSE(window->DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
+  Click(Button(window->DesignView(), "cmdZelmarSoftware"));
+  EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
 
   // Zelmar: order fixed at 5, the order, ripple and stopband groups disabled.
   Click(Radio("optZelmar"));
@@ -22,14 +27,12 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   for (const char* frame : {"frmOrder", "frmRipple", "frmStopbandDepth"})
     EXPECT_FALSE(window->DesignView().WidgetFor(frame)->isEnabled()) << frame;
   EXPECT_FALSE(Radio("optOrder3")->isEnabled());
-  EXPECT_EQ(Widget<QLabel>(window->DesignView(), "lblRipple")->text(), "(0.2 dB)");
 
   // Every keystroke in the bandwidth box redesigns and redraws the strip.
   int redraws = app->Design().SchematicRedraws();
   TypeInto(Edit("txtBandwidth"), "7.5M");
   EXPECT_FLOAT_EQ(D().Width, 7.5e6f);
   EXPECT_GE(app->Design().SchematicRedraws(), redraws + 4);
-  EXPECT_EQ(Edit("txtBandwidth")->text(), "7.5M");
   Click(Radio("optQ2"));
   TypeInto(Edit("txtQother"), "1");  // clamped to 2; the box keeps what was typed
   EXPECT_EQ(D().Qind, 2.0f);
@@ -42,19 +45,14 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   ASSERT_EQ(app->CurrentPage(), PageId::Display);
   EXPECT_EQ(window->windowTitle(), "Drenik Filter Designer - Display");
   const RecordingCanvas& page = app->DisplayCanvas();
-  EXPECT_TRUE(HasText(page, "Cursor on plot"));
 
   Click(Button(display, "cmdUp"));
   EXPECT_FLOAT_EQ(D().Width, static_cast<float>(7.5e6f * 1.01));
   EXPECT_TRUE(HasText(page, "Bandwidth: " + FormatFrequency(D().Width)));
-  Click(Button(display, "cmdVSWR"));
-  EXPECT_EQ(D().ShowVSWR, 1);
-  Click(Button(display, "cmdTime"));
-  EXPECT_EQ(D().ShowDelay, 1);
-  Click(Button(display, "cmdInductors"));  // Up left it at 1: back to exact and 5% C
-  EXPECT_EQ(D().InductorMode, 0);
+  // Up left the 5% L values on: the first Inductors click goes back.
+  for (const char* button : {"cmdVSWR", "cmdTime", "cmdInductors"}) Click(Button(display, button));
+  EXPECT_TRUE(D().ShowVSWR == 1 && D().ShowDelay == 1 && D().InductorMode == 0);
   Click(Button(display, "cmdInductors"));
-  EXPECT_EQ(D().InductorMode, 1);
   EXPECT_EQ(D().ValueMode, 3);
 
   // The readout follows the mouse over the plot, and leaves it.
@@ -63,9 +61,7 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
       ComputeReadout(D(), static_cast<float>(at.x()), static_cast<float>(at.y()));
   ASSERT_TRUE(expected.onPlot);
   EXPECT_FALSE(HasText(page, "Cursor on plot"));
-  for (const std::string& value : {expected.frequency, expected.transmission, expected.reflection,
-                                   expected.vswr, expected.delay})
-    EXPECT_TRUE(HasText(page, value)) << value;
+  EXPECT_TRUE(HasText(page, expected.frequency) && HasText(page, expected.transmission));
   MoveMouse(2000, 2000);
   EXPECT_TRUE(HasText(page, "Cursor on plot"));
   EXPECT_FALSE(HasText(page, expected.frequency));
@@ -73,52 +69,31 @@ TEST_F(WindowTest, DesignToDisplayAndBackKeepsTheSessionForTheNextStart) {
   // Back on the design page the controls show the record.
   float width = D().Width;
   Click(Button(display, "cmdDesign"));
-  ASSERT_EQ(app->CurrentPage(), PageId::Design);
-  EXPECT_TRUE(Radio("optZelmar")->isChecked());
-  EXPECT_FALSE(Radio("optOrder3")->isEnabled());
+  EXPECT_TRUE(Radio("optZelmar")->isChecked() && !Radio("optOrder3")->isEnabled());
   EXPECT_EQ(Edit("txtBandwidth")->text().toStdString(), FormatFrequency(width));
 
   Click(Button(window->DesignView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
   EXPECT_FALSE(window->isVisible());
-  std::vector<std::string> lines = CrLfLines(sessionPath), fields;
+  std::vector<std::string> lines = CrLfLines(sessionPath), f;
   ASSERT_EQ(lines.size(), 1u);
   std::stringstream in(lines[0]);
-  for (std::string field; std::getline(in, field, ',');) fields.push_back(field);
-  ASSERT_EQ(fields.size(), 8u) << lines[0];
-  EXPECT_EQ(fields[0], "5");
-  EXPECT_EQ(std::stof(fields[1]), width);
-  EXPECT_EQ(fields[2], "4");
-  EXPECT_EQ(fields[5], "\"Cinlowpass\"");
-  EXPECT_EQ(std::stof(fields[7]), 1e6f);
+  for (std::string field; std::getline(in, field, ',');) f.push_back(field);
+  ASSERT_EQ(f.size(), 8u) << lines[0];
+  EXPECT_EQ(f[0] + f[2] + f[5], "54\"Cinlowpass\"");
+  EXPECT_TRUE(std::stof(f[1]) == width && std::stof(f[7]) == 1e6f) << lines[0];
 
-  Launch();
-  Click(Button(window->OpeningView(), "cmdStart"));
+  Start();
   EXPECT_TRUE(Radio("optZelmar")->isChecked());
   EXPECT_EQ(Edit("txtBandwidth")->text().toStdString(), FormatFrequency(width));
   EXPECT_TRUE(platform->messages.empty());
 }
 
-TEST_F(WindowTest, FirstStartShowsDefaultsLinksOpenTheGuideAndOpeningExitKeepsTheFile) {
-  Launch();
-  Click(Button(window->OpeningView(), "cmdStart"));
-  EXPECT_TRUE(platform->messages.empty());
-  for (const char* option :
-       {"optChebycheff", "optOrder5", "optCinlowpass", "opt044", "optAstop40", "optZ50", "optQ1"})
-    EXPECT_TRUE(Radio(option)->isChecked()) << option;
-  EXPECT_EQ(Edit("txtBandwidth")->text().toStdString(), FormatFrequency(4.2e6));
-  EXPECT_FALSE(Edit("txtZother")->isEnabled());
-  EXPECT_FALSE(window->DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
-  Click(Button(window->DesignView(), "cmdZelmarSoftware"));
-  EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
-  EXPECT_EQ(app->CurrentPage(), PageId::Design);
-
+TEST_F(WindowTest, OpeningLinkOpensTheGuideAndExitKeepsTheFile) {
   const std::string odd = "3,1E+10,1,.01,30,\"Linhighpass\",75,200\r\n";
   WriteWhole(sessionPath, odd);
   Launch();
-  auto* visit = Widget<QLabel>(window->OpeningView(), "lblVisit");
-  EXPECT_TRUE(visit->text().contains("User guide"));
-  emit visit->linkActivated("#");
+  emit Widget<QLabel>(window->OpeningView(), "lblVisit")->linkActivated("#");
   EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
   Click(Button(window->OpeningView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
@@ -127,56 +102,35 @@ TEST_F(WindowTest, FirstStartShowsDefaultsLinksOpenTheGuideAndOpeningExitKeepsTh
 
 TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDialogWorks) {
   Launch();
-  QPushButton* start = Button(window->OpeningView(), "cmdStart");
-  start->setFocus();
-  QTest::keyClick(start, Qt::Key_Return);
+  Press(Button(window->OpeningView(), "cmdStart"), Qt::Key_Return);
   ASSERT_EQ(app->CurrentPage(), PageId::Design);
 
   // Arrow keys move the selection within a group, as a click does.
   QRadioButton* chebyshev = Radio("optChebycheff");
-  chebyshev->setFocus();
-  QTest::keyClick(chebyshev, Qt::Key_Down);
-  EXPECT_EQ(D().Family, 3);
-  EXPECT_TRUE(Radio("optCauer")->isChecked());
-  EXPECT_TRUE(window->DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
+  Press(chebyshev, Qt::Key_Down);
+  EXPECT_TRUE(D().Family == 3 && Radio("optCauer")->isChecked());
   QTest::keyClick(Radio("optCauer"), Qt::Key_Up);
   EXPECT_EQ(D().Family, 2);
   ASSERT_EQ(QApplication::focusWidget(), chebyshev);
 
-  // Tab leaves the family group for the order group.
-  QWidget* w = Radio("optBessel");
-  bool reachesOrder = false;
-  for (int i = 0; i < 3; ++i)
-    reachesOrder |=
-        (w = w->nextInFocusChain())->parentWidget() == window->DesignView().WidgetFor("frmOrder");
-  EXPECT_TRUE(reachesOrder);
-
-  QPushButton* show = Button(window->DesignView(), "cmdDesign");
-  show->setFocus();
-  QTest::keyClick(show, Qt::Key_Enter);
+  Press(Button(window->DesignView(), "cmdDesign"), Qt::Key_Enter);
   ASSERT_EQ(app->CurrentPage(), PageId::Display);
 
   // Each retune redraws the page; nothing piles up.
   Click(Button(window->DisplayView(), "cmdUp"));
   size_t drawn = app->DisplayCanvas().Ops().size();
-  for (int i = 0; i < 10; ++i) {
-    Click(Button(window->DisplayView(), "cmdDown"));
-    Click(Button(window->DisplayView(), "cmdUp"));
-  }
+  for (int i = 0; i < 20; ++i) Click(Button(window->DisplayView(), i % 2 ? "cmdUp" : "cmdDown"));
   EXPECT_LE(app->DisplayCanvas().Ops().size(), drawn + drawn / 10);
 
   // LTspice: "Draw" writes the file the save dialog names, "Cancel" closes.
   SpicePage page(D(), *platform);
   SpiceDialog dialog(page, window.get());
   dialog.show();
-
   platform->dialogAnswer = folder / "ladder.ASC";
   Click(dialog.DrawButton());
   ASSERT_EQ(platform->dialogs.size(), 1u);
-  EXPECT_EQ(platform->dialogs[0].proposedName, "Default.ASC");
   EXPECT_TRUE(ReadWhole(platform->dialogAnswer).starts_with("Version 4"));
   EXPECT_TRUE(platform->messages.empty());
-
   Click(dialog.CancelButton());
   EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(platform->dialogs.size(), 1u);
