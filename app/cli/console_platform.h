@@ -9,22 +9,13 @@
 
 namespace drenik::cli {
 
-class ConsolePlatform : public Platform {
+class ConsolePlatform : public NullPlatform {
  public:
   using Platform::ShowMessage;
   void ShowMessage(const std::string& text, const std::string& title, MessageIcon) override {
     messages.push_back(title.empty() ? text : title + ": " + text);
   }
-  std::string SaveFileDialog(const std::string&, const std::string&, const std::string&) override {
-    return {};
-  }
-  std::string OpenFileDialog(const std::string&, const std::string&, const std::string&) override {
-    return {};
-  }
-  void OpenUrl(const std::string&) override {}
-  void Beep() override {}
   std::string TodayShort() override;
-  void EndProgram() override {}
 
   std::vector<std::string> messages;
 };
