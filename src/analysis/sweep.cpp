@@ -278,10 +278,13 @@ PointResult Point(const DesignRecord& d, const SweepConstants& k, float F, doubl
   if (std::fabs(df) < kTinyStep) df = kTinyStep;
   out.Delay = -dphi / (360 * df);
 
+  // Zin = num conj(zden) / |zden|^2, the product written out as above.
   const Complex num = a * rl + b;
   const Complex zden = c * rl + dd;
   const double zden2 = zden.real() * zden.real() + zden.imag() * zden.imag();
-  const Complex zin = num * std::conj(zden) * (1 / zden2);
+  const double perZden2 = 1 / zden2;
+  const Complex zin((num.real() * zden.real() + num.imag() * zden.imag()) * perZden2,
+                    (num.imag() * zden.real() - num.real() * zden.imag()) * perZden2);
   if constexpr (kWithZin) {
     out.ZinMagnitude = std::sqrt(std::norm(zin));
     out.ZinAngle = Angle(zin.real(), zin.imag(), 1, d.Pi);
