@@ -1,5 +1,6 @@
 #include "pages/design_page.h"
 
+#include <iterator>
 #include <stdexcept>
 
 #include "core/formatters.h"
@@ -86,35 +87,20 @@ void DesignPage::Build() {
     });
   }
 
-  Frame& topology = c.AddFrame("frmTopology", "Topology");
-  for (int i = 0; i < 4; ++i) {
-    auto& option = c.AddOption(kTopologyOptions[i].name, kTopologyOptions[i].caption, &topology);
-    const char* text = kTopologies[i];
-    option.SetHandler([this, text] {
-      d_.Topology = text;
-      RedesignChain();
-    });
-  }
-
-  Frame& ripple = c.AddFrame("frmRipple", "Passband ripple");
-  for (int i = 0; i < 3; ++i) {
-    auto& option = c.AddOption(kRippleOptions[i].name, kRippleOptions[i].caption, &ripple);
-    float value = kRipples[i];
-    option.SetHandler([this, value] {
-      d_.Apass = value;
-      RedesignChain();
-    });
-  }
-
-  Frame& stopband = c.AddFrame("frmStopbandDepth", "Stopband depth");
-  for (int i = 0; i < 4; ++i) {
-    auto& option = c.AddOption(kStopbandOptions[i].name, kStopbandOptions[i].caption, &stopband);
-    float value = kStopbands[i];
-    option.SetHandler([this, value] {
-      d_.Astop = value;
-      RedesignChain();
-    });
-  }
+  // One option per value: choosing it stores the value and redesigns.
+  auto addChoices = [&](Frame& frame, const auto& defs, const auto& values, auto& field) {
+    for (size_t i = 0; i < std::size(defs); ++i) {
+      auto value = values[i];
+      c.AddOption(defs[i].name, defs[i].caption, &frame).SetHandler([this, &field, value] {
+        field = value;
+        RedesignChain();
+      });
+    }
+  };
+  addChoices(c.AddFrame("frmTopology", "Topology"), kTopologyOptions, kTopologies, d_.Topology);
+  addChoices(c.AddFrame("frmRipple", "Passband ripple"), kRippleOptions, kRipples, d_.Apass);
+  addChoices(c.AddFrame("frmStopbandDepth", "Stopband depth"), kStopbandOptions, kStopbands,
+             d_.Astop);
 
   Frame& impedance = c.AddFrame("frmImpedance", "Impedance");
   c.AddOption("optZ50", "50", &impedance).SetHandler([this] { OnZ50(); });
