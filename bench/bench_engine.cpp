@@ -13,10 +13,9 @@
 #include <unistd.h>
 
 #include "analysis/sweep.h"
-#include "core/platform.h"
 #include "export/writers.h"
 #include "synthesis/denormalize.h"
-#include "synthesis/prototypes.h"
+#include "synthesis/families.h"
 #include "synthesis/standard_values.h"
 
 namespace drenik {
@@ -53,9 +52,8 @@ DesignRecord ResonantLadder() {
 
 void BM_AnalyzeSweep1001Points7Positions(benchmark::State& state) {
   DesignRecord d = ResonantLadder();
-  NullPlatform platform;
   for (auto _ : state) {
-    AnalyzeSweep(d, platform);
+    benchmark::DoNotOptimize(AnalyzeSweep(d));
     benchmark::DoNotOptimize(d.Transmission.data());
     benchmark::ClobberMemory();
   }
@@ -81,17 +79,17 @@ void BM_DisplayPipeline(benchmark::State& state) {
   d.Fstart = d.Width / 5;
   d.Fstop = d.Width * 5;
   d.NrIntervals = 1000;
-  NullPlatform platform;
   for (auto _ : state) {
-    DesignPrototype(d, platform);
-    Denormalize(d);
-    AnalyzeSweep(d, platform);
-    NearestParts(d);
-    CapsRetuneInductors(d);
-    AnalyzeSweep(d, platform);
-    NearestParts(d);
-    Inductors(d);
-    AnalyzeSweep(d, platform);
+    EngineReport r = DesignPrototype(d);
+    r = Denormalize(d);
+    r = AnalyzeSweep(d);
+    r = NearestParts(d);
+    r = CapsRetuneInductors(d);
+    r = AnalyzeSweep(d);
+    r = NearestParts(d);
+    r = Inductors(d);
+    r = AnalyzeSweep(d);
+    benchmark::DoNotOptimize(r);
     benchmark::DoNotOptimize(d.Transmission.data());
     benchmark::ClobberMemory();
   }

@@ -4,7 +4,10 @@
 #include <cctype>
 #include <charconv>
 #include <cstdlib>
-#include <map>
+#include <string>
+
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::cli {
 
@@ -21,26 +24,36 @@ bool ParseInt(const std::string& text, int& value) {
   return ec == std::errc() && end == text.data() + text.size();
 }
 
+// The registry's words joined by `separator`.
+template <typename Table, typename Word>
+std::string Words(const Table& table, Word word, const char* separator) {
+  std::string out;
+  for (const auto& row : table) out += (out.empty() ? "" : separator) + std::string(word(row));
+  return out;
+}
+
+std::string FamilyWords(const char* separator) {
+  return Words(
+      Families(), [](const FamilyInfo& f) { return f.cliWord; }, separator);
+}
+
+std::string TopologyWords(const char* separator) {
+  return Words(
+      Topologies(), [](const TopologyInfo& t) { return t.name; }, separator);
+}
+
 std::string FamilyOption(const std::string& value) {
-  static const std::map<std::string, std::string> kFamilies = {{"butterworth", "optButterworth"},
-                                                               {"chebyshev", "optChebycheff"},
-                                                               {"cauer", "optCauer"},
-                                                               {"zelmar", "optZelmar"},
-                                                               {"bessel", "optBessel"}};
-  auto it = kFamilies.find(Lower(value));
-  if (it == kFamilies.end()) {
-    throw UsageError("--family: unknown family '" + value +
-                     "' (butterworth, chebyshev, cauer, zelmar, bessel)");
+  for (const FamilyInfo& f : Families()) {
+    if (Lower(value) == f.cliWord) return f.optionName;
   }
-  return it->second;
+  throw UsageError("--family: unknown family '" + value + "' (" + FamilyWords(", ") + ")");
 }
 
 std::string Topology(const std::string& value) {
-  for (const char* t : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"}) {
-    if (Lower(value) == Lower(t)) return t;
+  for (const TopologyInfo& t : Topologies()) {
+    if (Lower(value) == Lower(t.name)) return t.name;
   }
-  throw UsageError("--topology: unknown topology '" + value +
-                   "' (Cinlowpass, Linlowpass, Cinhighpass, Linhighpass)");
+  throw UsageError("--topology: unknown topology '" + value + "' (" + TopologyWords(", ") + ")");
 }
 
 std::string RippleOption(const std::string& value) {
@@ -79,18 +92,21 @@ bool EndsWith(const std::string& s, const std::string& tail) {
 
 }  // namespace
 
-const char* UsageText() {
-  return "usage:\n"
-         "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
-         "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
-         " [--size WxH]\n"
-         "  drenik export [choices] [--values ...] [--lct FILE] [--asc FILE] [--cir FILE]"
-         " [--s2p FILE] [--csv FILE]\n"
-         "  drenik --help | --version\n"
-         "choices (first-start defaults when left out):\n"
-         "  --family butterworth|chebyshev|cauer|zelmar|bessel   (chebyshev)\n"
+std::string UsageText() {
+  return std::string(
+             "usage:\n"
+             "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
+             "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
+             " [--size WxH]\n"
+             "  drenik export [choices] [--values ...] [--lct FILE] [--asc FILE] [--cir FILE]"
+             " [--s2p FILE] [--csv FILE]\n"
+             "  drenik --help | --version\n"
+             "choices (first-start defaults when left out):\n"
+             "  --family ") +
+         FamilyWords("|") + "   (" + FindFamily(kDefaultFamily)->cliWord + ")\n" +
          "  --order 3..7                                         (5)\n"
-         "  --topology Cinlowpass|Linlowpass|Cinhighpass|Linhighpass\n"
+         "  --topology " +
+         TopologyWords("|") + "\n" +
          "  --ripple 0.01|0.044|0.2     passband ripple, dB       (0.044)\n"
          "  --stopband 30|40|50|60      stopband depth, dB, cauer (40)\n"
          "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"

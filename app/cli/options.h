@@ -43,6 +43,6 @@ struct CliOptions {
 // Throws UsageError.
 CliOptions ParseCommandLine(const std::vector<std::string>& args);
 
-const char* UsageText();
+std::string UsageText();
 
 }  // namespace drenik::cli

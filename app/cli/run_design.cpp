@@ -1,6 +1,7 @@
 #include "cli/run_design.h"
 
 #include "pages/application.h"
+#include "synthesis/families.h"
 
 namespace drenik::cli {
 
@@ -13,10 +14,9 @@ void Fail(ConsolePlatform& platform) {
 void Click(DesignPage& page, const std::string& option, const std::string& cliName,
            const DesignRecord& d) {
   if (!page.Option(option).Click()) {
-    static const char* const kFamilies[] = {"",      "butterworth", "chebyshev",
-                                            "cauer", "zelmar",      "bessel"};
-    const char* family = d.Family >= 1 && d.Family <= 5 ? kFamilies[d.Family] : "this";
-    throw UsageError(cliName + ": not offered for the " + family + " family");
+    const FamilyInfo* family = FindFamily(d.Family);
+    throw UsageError(cliName + ": not offered for the " + (family ? family->cliWord : "this") +
+                     " family");
   }
 }
 

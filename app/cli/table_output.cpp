@@ -4,30 +4,16 @@
 #include <cmath>
 #include <cstdio>
 
+#include "core/element_kinds.h"
 #include "core/formatters.h"
-#include "pages/design_page.h"
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::cli {
 
 const char* ElementKindName(int code) {
-  switch (code) {
-    case 1:
-      return "series L";
-    case 2:
-      return "shunt L";
-    case 3:
-      return "series C";
-    case 4:
-      return "shunt C";
-    case 6:
-      return "shunt series LC";
-    case 7:
-      return "series parallel LC";
-    case 17:
-      return "empty";
-    default:
-      return "none";
-  }
+  const ElementFacts* f = FactsOf(static_cast<int16_t>(code));
+  return f ? f->name : "none";
 }
 
 namespace {
@@ -52,20 +38,22 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   const DesignRecord& d = chosen;
   out << d.ProgramTitle << " " << d.Version << "\n";
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
-  out << "Cutoff " << RippleCaption(d.Family) << ": " << TrimBlanks(FormatFrequency(d.Width))
-      << "\n";
-  if (d.Family == kButterworth || d.Family == kBessel) {
+  const FamilyInfo* family = FindFamily(d.Family);
+  out << "Cutoff " << (family ? family->cutoffLabel : "") << ": "
+      << TrimBlanks(FormatFrequency(d.Width)) << "\n";
+  if (family && !family->hasRipple) {
     out << "Passband: no ripple, 3 dB down at the cutoff\n";
   } else {
     out << "Passband ripple: " << TrimBlanks(FormatValue(exact.Apass)) << " dB\n";
   }
-  if (d.Family == kCauer) {
+  if (family && family->stopbandChoice) {
     out << "Stopband depth: " << TrimBlanks(FormatValue(exact.Astop)) << " dB";
     // The true edge of this design: the design page's StopbandEdge figure is
     // kept from an earlier odd order when the order is even, and is always
     // the lowpass one.
     if (exact.FstopNormalized > 0) {
-      const bool highpass = d.Topology.find("highpass") != std::string::npos;
+      const TopologyInfo* topology = FindTopology(d.Topology);
+      const bool highpass = topology && topology->highpass;
       const double edge =
           highpass ? d.Width / exact.FstopNormalized : double{d.Width} * exact.FstopNormalized;
       out << ", edge " << TrimBlanks(FormatFrequency(edge));

@@ -24,20 +24,6 @@ inline constexpr int kSweepSlots = 2001;
 // Grid frequency list of the response plot: indices 0..200.
 inline constexpr int kGridSlots = 201;
 
-// Family codes.
-inline constexpr int16_t kButterworth = 1;
-inline constexpr int16_t kChebyshev = 2;
-inline constexpr int16_t kCauer = 3;
-inline constexpr int16_t kZelmar = 4;
-inline constexpr int16_t kBessel = 5;
-
-// "Butterworth", "Chebyshev", "Cauer", "Zelmar", "Bessel"; "unknown" for any
-// other code.
-inline const char* FamilyName(int family) {
-  static const char* const kNames[] = {"Butterworth", "Chebyshev", "Cauer", "Zelmar", "Bessel"};
-  return family >= 1 && family <= 5 ? kNames[family - 1] : "unknown";
-}
-
 // Qind of 1e6 stands for an ideal inductor; Qcap of 1e7 for an ideal capacitor.
 inline constexpr float kInfiniteQind = 1e6f;
 inline constexpr float kInfiniteQcap = 1e7f;
@@ -48,9 +34,9 @@ using SweepArray = std::array<float, kSweepSlots>;
 
 struct DesignRecord {
   // --- Choices (design page, last-session file) ---
-  int16_t Family = 0;          // 1 Butterworth, 2 Chebyshev, 3 Cauer, 4 Zelmar, 5 Bessel
+  int16_t Family = 0;          // family code (synthesis/families.h)
   int16_t Order = 0;           // 3..7
-  std::string Topology;        // "Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"
+  std::string Topology;        // exact topology string (synthesis/topologies.h)
   std::string CauerType;       // "A", "B" or "C"
   float Apass = 0;             // passband ripple, dB
   float Astop = 0;             // stopband depth, dB (Cauer only)
@@ -69,7 +55,7 @@ struct DesignRecord {
   float RloadNormalized = 0;
 
   // --- Real components ---
-  std::array<int16_t, kPrototypeSlots> ElementType{};  // codes 1..8, 17 = empty
+  std::array<int16_t, kPrototypeSlots> ElementType{};  // element codes (core/element_kinds.h)
   ComponentArray L{};                                  // henries
   ComponentArray C{};                                  // farads
   ComponentArray Lstd{};                               // nearest 5% inductances

@@ -123,10 +123,10 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
 void SetLastSessionDefaults(DesignRecord& d) {
   d.Order = 5;
   d.Width = 4200000;
-  d.Family = kChebyshev;
+  d.Family = kFirstStartFamily;
   d.Apass = 0.044f;
   d.Astop = 40;
-  d.Topology = "Cinlowpass";
+  d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;
 }

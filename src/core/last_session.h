@@ -12,6 +12,10 @@
 namespace drenik {
 
 inline constexpr const char* kLastSessionFile = "Drenikfilter.dat";
+// The family code and topology of a first start (the design page's defaults
+// too; the registries check that they name a real family and topology).
+inline constexpr int16_t kFirstStartFamily = 2;
+inline constexpr const char* kFirstStartTopology = "Cinlowpass";
 
 // Writes the eight fields. The file is written beside the old one and renamed
 // over it, so a failure never loses the previous session. On failure shows
@@ -19,7 +23,8 @@ inline constexpr const char* kLastSessionFile = "Drenikfilter.dat";
 void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);
 // Reads the eight fields; on any failure all eight take their defaults
-// (order 5, 4.2 MHz, Chebyshev, 0.044 dB, 40 dB, "Cinlowpass", 50 ohms, 1e6).
+// (order 5, 4.2 MHz, the first-start family and topology, 0.044 dB, 40 dB,
+// 50 ohms, 1e6).
 void ReadLastSession(DesignRecord& d, const std::string& path = kLastSessionFile);
 
 // The text of the session line (without the line end) and its parser.

@@ -10,6 +10,7 @@
 
 #include <string>
 
+#include "core/element_kinds.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
 #include "export/ltspice_file.h"
@@ -78,96 +79,22 @@ class AscWriter {
     d_.X = x + 224;
   }
 
-  // One ladder position; false (and nothing written) for a code without a
-  // block.
-  bool Element(int type, int k) {
-    const float x = d_.X, y = d_.Y, g = y + 256;
-    float advance = 0;
-    switch (type) {
-      case 1:  // series L
-        Inductor(x + 16, y + 16, "R270", k);
-        Wire(x, y, x + 32, y);
-        Wire(x + 112, y, x + 144, y);
-        Wire(x, g, x + 144, g);
-        StageLabel(x + 72, k);
-        advance = 144;
-        break;
-      case 2:  // shunt L
-        Inductor(x + 32, y + 64, "R0", k);
-        Wire(x, y, x + 96, y);
-        Wire(x + 48, y, x + 48, y + 80);
-        Wire(x + 48, y + 160, x + 48, g);
-        Wire(x, g, x + 96, g);
-        StageLabel(x + 48, k);
-        advance = 96;
-        break;
-      case 3:  // series C
-        Capacitor(x + 112, y - 16, "R90", k);
-        Wire(x, y, x + 48, y);
-        Wire(x + 112, y, x + 144, y);
-        Wire(x, g, x + 144, g);
-        StageLabel(x + 76, k);
-        advance = 144;
-        break;
-      case 4:  // shunt C
-        Capacitor(x + 32, y + 80, "R0", k);
-        Wire(x, y, x + 112, y);
-        Wire(x + 48, y, x + 48, y + 80);
-        Wire(x + 48, y + 144, x + 48, g);
-        Wire(x, g, x + 112, g);
-        StageLabel(x + 48, k);
-        advance = 112;
-        break;
-      case 5:  // series L, then series C in the same arm
-        Inductor(x + 16, y + 16, "R270", k);
-        Capacitor(x + 224, y - 16, "R90", k);
-        Wire(x, y, x + 32, y);
-        Wire(x + 112, y, x + 160, y);
-        Wire(x + 224, y, x + 256, y);
-        Wire(x, g, x + 256, g);
-        StageLabel(x + 128, k);
-        advance = 256;
-        break;
-      case 6:  // L above C, from the rail to ground
-        Inductor(x + 32, y + 32, "R0", k);
-        Capacitor(x + 32, y + 160, "R0", k);
-        Wire(x, y, x + 176, y);
-        Wire(x + 48, y, x + 48, y + 48);
-        Wire(x + 48, y + 128, x + 48, y + 160);
-        Wire(x + 48, y + 224, x + 48, g);
-        Wire(x, g, x + 176, g);
-        StageLabel(x + 88, k);
-        advance = 176;
-        break;
-      case 7:  // L parallel to C in the series arm
-        Inductor(x + 48, y + 16, "R270", k);
-        Capacitor(x + 128, y + 80, "R90", k);
-        Wire(x, y, x + 64, y);
-        Wire(x + 32, y, x + 32, y + 96);
-        Wire(x + 32, y + 96, x + 64, y + 96);
-        Wire(x + 128, y + 96, x + 176, y + 96);
-        Wire(x + 176, y + 96, x + 176, y);
-        Wire(x + 144, y, x + 208, y);
-        Wire(x, g, x + 208, g);
-        StageLabel(x + 104, k);
-        advance = 208;
-        break;
-      case 8:  // shunt L, then shunt C, each from the rail to ground
-        Inductor(x + 32, y + 64, "R0", k);
-        Capacitor(x + 208, y + 80, "R0", k);
-        Wire(x, y, x + 352, y);
-        Wire(x + 48, y, x + 48, y + 80);
-        Wire(x + 48, y + 160, x + 48, g);
-        Wire(x + 224, y, x + 224, y + 80);
-        Wire(x + 224, y + 144, x + 224, g);
-        Wire(x, g, x + 352, g);
-        StageLabel(x + 176, k);
-        advance = 352;
-        break;
-      default:
-        return false;
+  // One ladder position, as the kind table lays out its block; false (and
+  // nothing written) for a code without a block.
+  bool Element(int16_t code, int k) {
+    const ElementFacts* facts = FactsOf(code);
+    if (!facts || !facts->asc) return false;
+    const AscBlock& block = *facts->asc;
+    const float x = d_.X, y = d_.Y;
+    for (const AscSymbol& symbol : block.symbols) {
+      if (symbol.part == 'L')
+        Inductor(x + symbol.dx, y + symbol.dy, symbol.rotation, k);
+      else
+        Capacitor(x + symbol.dx, y + symbol.dy, symbol.rotation, k);
     }
-    d_.X = x + advance;
+    for (const AscWire& w : block.wires) Wire(x + w.x1, y + w.y1, x + w.x2, y + w.y2);
+    StageLabel(x + block.labelDx, k);
+    d_.X = x + block.advance;
     return true;
   }
 

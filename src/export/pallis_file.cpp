@@ -9,20 +9,19 @@
 
 #include <fstream>
 
+#include "core/element_kinds.h"
 #include "core/number_text.h"
 #include "export/pallis_file.h"
 #include "export/writers.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
 namespace {
 
-// A, B, I, J for the four topologies; empty for anything else.
+// The topology's letter; empty for a text that names no topology.
 std::string PallisTopologyLetter(const std::string& topology) {
-  if (topology == "Cinlowpass") return "A";
-  if (topology == "Linlowpass") return "B";
-  if (topology == "Cinhighpass") return "I";
-  if (topology == "Linhighpass") return "J";
-  return "";
+  const TopologyInfo* t = FindTopology(topology);
+  return t ? t->letter : "";
 }
 
 // 0 without resonant branches, else 1, 2, 3 for Cauer type A, B, C (1 for
@@ -63,8 +62,8 @@ bool WritePallisLines(const DesignRecord& d, Platform& platform, std::ofstream& 
   for (int j = 1; j <= stages; ++j) line(v(d.G[j]) + v(d.H[j]));
   line("* Element type, L, Ltolerance, C, Ctolerance");
   for (int k = 1; k <= stages; ++k) {
-    const int type = d.ElementType[k];
-    if (type < 1 || type > 8) continue;
+    const int16_t type = d.ElementType[k];
+    if (!CarriesParts(type)) continue;
     line(v(static_cast<float>(type)) + v(d.L[k]) + IntegerText(0) + v(d.C[k]) + IntegerText(0));
   }
   line("* Lin or log, Fstart, Fstop, Fstep or NrIntervals:");

@@ -11,7 +11,9 @@
 #include <fstream>
 #include <string>
 
+#include "core/element_kinds.h"
 #include "export/writers.h"
+#include "synthesis/families.h"
 
 namespace drenik {
 namespace {
@@ -24,8 +26,10 @@ std::string Number(double v) {
   return buf;
 }
 
-bool IsSeries(int16_t code) {
-  return code == 1 || code == 3 || code == 7;
+// A kind the analysis models, or nullptr (such a position is a wire there).
+const ElementFacts* AnalysedFacts(int16_t code) {
+  const ElementFacts* f = FactsOf(code);
+  return f && f->analysed ? f : nullptr;
 }
 
 class NetlistBuilder {
@@ -71,7 +75,8 @@ std::string SpiceNetlistText(const DesignRecord& d) {
   const int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   int seriesArms = 0;
   for (int k = 1; k <= stages; ++k)
-    if (IsSeries(d.ElementType[k])) ++seriesArms;
+    if (const ElementFacts* f = AnalysedFacts(d.ElementType[k]); f && f->arm == Arm::Series)
+      ++seriesArms;
 
   NetlistBuilder net(d, seriesArms);
   const std::string title = d.ProgramTitle.empty() ? "Drenik Filter Designer" : d.ProgramTitle;
@@ -86,40 +91,36 @@ std::string SpiceNetlistText(const DesignRecord& d) {
   for (int k = 1; k <= stages; ++k) {
     const std::string here = net.Rail(rail);
     const std::string ks = std::to_string(k);
-    switch (d.ElementType[k]) {
-      case 1:
-        net.Inductor(k, here, net.Rail(++rail));
-        break;
-      case 2:
-        net.Inductor(k, here, "0");
-        break;
-      case 3: {
-        const std::string next = net.Rail(++rail);
-        if (d.C[k] != 0) {
-          net.Capacitor(k, here, next);
-        } else {  // the analysis takes a missing series capacitor as 10 Mohm
-          net.Line("R" + ks + " " + here + " " + next + " 1e7");
+    const ElementFacts* f = AnalysedFacts(d.ElementType[k]);
+    if (!f) {
+      net.Line("* position " + ks + ": element code " + std::to_string(d.ElementType[k]) +
+               " is not modelled and is taken as a wire");
+      continue;
+    }
+    const std::string to = f->arm == Arm::Series ? net.Rail(++rail) : "0";
+    const bool hasC = f->hasC && d.C[k] != 0;
+    switch (f->joining) {
+      case Joining::Single:
+        if (f->hasL) {
+          net.Inductor(k, here, to);
+        } else if (hasC) {
+          net.Capacitor(k, here, to);
+        } else if (f->arm == Arm::Series) {
+          // The analysis takes a missing series capacitor as 10 Mohm.
+          net.Line("R" + ks + " " + here + " " + to + " 1e7");
         }
         break;
-      }
-      case 4:
-        if (d.C[k] != 0) net.Capacitor(k, here, "0");
-        break;
-      case 6:
-        if (d.C[k] != 0) {
+      case Joining::InSeries:
+        // A trap without its capacitor is open (100 Gohm in the analysis).
+        if (hasC) {
           net.Inductor(k, here, "c" + ks);
-          net.Capacitor(k, "c" + ks, "0");
+          net.Capacitor(k, "c" + ks, to);
         }
         break;
-      case 7: {
-        const std::string next = net.Rail(++rail);
-        net.Inductor(k, here, next);
-        if (d.C[k] != 0) net.Capacitor(k, here, next);
-        break;
-      }
-      default:
-        net.Line("* position " + ks + ": element code " + std::to_string(d.ElementType[k]) +
-                 " is not modelled and is taken as a wire");
+      case Joining::Parallel:
+      case Joining::Separate:
+        net.Inductor(k, here, to);
+        if (hasC) net.Capacitor(k, here, to);
         break;
     }
   }

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "analysis/chain_matrix.h"
+#include "analysis/ladder.h"
 #include "core/number_text.h"
 #include "export/replacing_file.h"
 #include "export/touchstone.h"
@@ -19,9 +19,11 @@ std::string Pair(std::complex<double> value) {
 }
 
 bool WriteTouchstoneLines(const DesignRecord& d, ReplacingFile& file) {
-  if (d.NrIntervals < 0 || d.NrIntervals >= kSweepSlots || !(d.Rsource > 0) || !(d.Rload > 0)) {
+  if (d.NrIntervals < 0 || d.NrIntervals >= kSweepSlots || !(d.Rsource > 0) || !(d.Rload > 0) ||
+      d.Stages < 0 || d.Stages > kMaxPositions) {
     return false;
   }
+  const Ladder ladder = LadderOf(d);
   const std::string rs = RoundTripText(d.Rsource), rl = RoundTripText(d.Rload);
   file.Line("! " +
             (d.ProgramTitle.empty() ? std::string("Drenik Filter Designer") : d.ProgramTitle) +
@@ -35,7 +37,7 @@ bool WriteTouchstoneLines(const DesignRecord& d, ReplacingFile& file) {
   file.Line("[Network Data]");
   file.Line("! Hz  S11 (re im)  S21 (re im)  S12 (re im)  S22 (re im)");
   for (int i = 0; i <= d.NrIntervals; ++i) {
-    const SParameters s = LadderSParameters(d, d.Freq[i]);
+    const SParameters s = LadderSParameters(ladder, d.Freq[i]);
     file.Line(RoundTripText(d.Freq[i]) + Pair(s.S11) + Pair(s.S21) + Pair(s.S12) + Pair(s.S22));
   }
   file.Line("[End]");

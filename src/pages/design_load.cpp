@@ -1,29 +1,12 @@
 // Loading the design page: every control is set from the record, selecting
 // options from code so that their handlers (and the enabling rules) run.
 #include "core/formatters.h"
+#include "pages/design_choices.h"
 #include "pages/design_page.h"
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
-
-// Narrower than the driver's snap for 0.01 dB on purpose.
-const char* LoadRippleOption(float& apass) {
-  // Bounds are compared as stored floats, so a ripple read exactly on a
-  // bound stays as it is.
-  float a = apass;
-  if (a > 0.009f && a < 0.011f) {
-    apass = 0.01f;
-    return "opt01";
-  }
-  if (a > 0.04f && a < 0.05f) {
-    apass = 0.044f;
-    return "opt044";
-  }
-  if (a > 0.19f && a < 0.21f) {
-    apass = 0.2f;
-    return "opt200";
-  }
-  return nullptr;
-}
 
 void DesignPage::Load() {
   controls_.RunEvent([this] {
@@ -53,7 +36,7 @@ void DesignPage::LoadControls() {
       Option("optZ50").Select();
     }
 
-    if (d_.Family == kZelmar) d_.Rload = d_.Rsource;
+    MatchFixedDesignLoad();
 
     if (d_.Order == 0) {
       d_.Order = 5;
@@ -77,38 +60,35 @@ void DesignPage::LoadControls() {
       Option("optQ2").Select();
     }
 
-    if (d_.Topology.empty()) d_.Topology = "Cinlowpass";
-    if (auto* option = controls_.FindOption("opt" + d_.Topology)) {
-      if (option->GetFrame() == &FrameNamed("frmTopology")) option->Select();
+    if (d_.Topology.empty()) d_.Topology = kDefaultTopology.name;
+    if (const TopologyInfo* topology = FindTopology(d_.Topology)) {
+      Option(TopologyOption(*topology)).Select();
     }
 
-    if (d_.Family == 0) d_.Family = kChebyshev;
-    static const char* const kFamilies[] = {"optButterworth", "optChebycheff", "optCauer",
-                                            "optZelmar", "optBessel"};
-    if (d_.Family >= 1 && d_.Family <= 5) {
-      Option(kFamilies[d_.Family - 1]).Select();
-      if (d_.Family == kCauer) d_.CauerType = "C";
+    if (d_.Family == 0) d_.Family = kDefaultFamily;
+    if (const FamilyInfo* family = FindFamily(d_.Family)) {
+      Option(family->optionName).Select();
+      if (family->cauerType) d_.CauerType = family->cauerType;
     }
 
     if (d_.Apass == 0) d_.Apass = 0.044f;
-    if (const char* ripple = LoadRippleOption(d_.Apass)) Option(ripple).Select();
+    if (const RippleChoice* ripple = SnapRipple(d_.Apass, SnapBounds::Load)) {
+      Option(ripple->option).Select();
+    }
 
-    if (d_.Family == kZelmar) {
+    const FamilyInfo* family = FindFamily(d_.Family);
+    if (family && family->fixedOrder) {
       for (OptionButton* option : controls_.OptionsOf(&FrameNamed("frmRipple"))) {
         option->SetSelectedQuietly(false);
       }
     }
 
     if (d_.Astop == 0) d_.Astop = 40;
-    const std::pair<const char*, float> stopbands[] = {
-        {"optAstop30", 30.0f}, {"optAstop40", 40.0f}, {"optAstop50", 50.0f}, {"optAstop60", 60.0f}};
-    for (const auto& [name, value] : stopbands) {
-      if (d_.Astop == value) Option(name).Select();
+    for (const StopbandChoice& c : kStopbandChoices) {
+      if (d_.Astop == c.value) Option(c.option).Select();
     }
 
-    if (d_.Family >= 1 && d_.Family <= 5) {
-      LabelNamed("lblRipple").SetCaption(RippleCaption(d_.Family));
-    }
+    if (family) LabelNamed("lblRipple").SetCaption(family->cutoffLabel);
   });
 }
 

@@ -4,36 +4,16 @@
 #include <stdexcept>
 
 #include "core/formatters.h"
+#include "pages/design_choices.h"
+#include "pages/report_acts.h"
 #include "pages/schematic.h"
 #include "synthesis/denormalize.h"
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
 
 namespace {
-
-struct OptionDef {
-  const char* name;
-  const char* caption;
-};
-
-constexpr OptionDef kFamilyOptions[] = {{"optButterworth", "Butterworth"},
-                                        {"optChebycheff", "Chebyshev"},
-                                        {"optCauer", "Cauer"},
-                                        {"optZelmar", "Zelmar"},
-                                        {"optBessel", "Bessel"}};
-constexpr OptionDef kTopologyOptions[] = {{"optCinlowpass", "C-input lowpass"},
-                                          {"optLinlowpass", "L-input lowpass"},
-                                          {"optCinhighpass", "C-input highpass"},
-                                          {"optLinhighpass", "L-input highpass"}};
-constexpr const char* kTopologies[] = {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"};
-constexpr OptionDef kRippleOptions[] = {
-    {"opt01", ".01 dB (RF)"}, {"opt044", ".044 dB (RF)"}, {"opt200", ".200 dB (AF)"}};
-constexpr float kRipples[] = {0.01f, 0.044f, 0.2f};
-constexpr OptionDef kStopbandOptions[] = {{"optAstop30", "30 dB"},
-                                          {"optAstop40", "40 dB"},
-                                          {"optAstop50", "50 dB"},
-                                          {"optAstop60", "60 dB"}};
-constexpr float kStopbands[] = {30, 40, 50, 60};
 
 template <typename T>
 T& Require(T* control, const std::string& name) {
@@ -43,19 +23,8 @@ T& Require(T* control, const std::string& name) {
 
 }  // namespace
 
-const char* RippleCaption(int16_t family) {
-  switch (family) {
-    case kButterworth:
-    case kBessel:
-      return "(3 dB)";
-    case kChebyshev:
-    case kCauer:
-      return "(ripple)";
-    case kZelmar:
-      return "(0.2 dB)";
-    default:
-      return "";
-  }
+std::string TopologyOption(const TopologyInfo& topology) {
+  return std::string("opt") + topology.name;
 }
 
 DesignPage::DesignPage(DesignRecord& d, Platform& platform, Canvas& strip, PageHost& host)
@@ -68,14 +37,8 @@ void DesignPage::Build() {
   c.AddLabel("lblTitle", "Design page");
 
   Frame& family = c.AddFrame("frmFamily", "Family");
-  for (int i = 0; i < 5; ++i) {
-    auto& option = c.AddOption(kFamilyOptions[i].name, kFamilyOptions[i].caption, &family);
-    auto code = static_cast<int16_t>(i + 1);
-    if (code == kZelmar) {
-      option.SetHandler([this] { OnZelmar(); });
-    } else {
-      option.SetHandler([this, code] { OnFamily(code); });
-    }
+  for (const FamilyInfo& f : Families()) {
+    c.AddOption(f.optionName, f.name, &family).SetHandler([this, &f] { OnFamily(f); });
   }
 
   Frame& order = c.AddFrame("frmOrder", "Order");
@@ -88,19 +51,22 @@ void DesignPage::Build() {
   }
 
   // One option per value: choosing it stores the value and redesigns.
-  auto addChoices = [&](Frame& frame, const auto& defs, const auto& values, auto& field) {
-    for (size_t i = 0; i < std::size(defs); ++i) {
-      auto value = values[i];
-      c.AddOption(defs[i].name, defs[i].caption, &frame).SetHandler([this, &field, value] {
-        field = value;
-        RedesignChain();
-      });
-    }
+  auto addChoice = [&](Frame& frame, const std::string& name, const char* caption, auto& field,
+                       auto value) {
+    c.AddOption(name, caption, &frame).SetHandler([this, &field, value] {
+      field = value;
+      RedesignChain();
+    });
   };
-  addChoices(c.AddFrame("frmTopology", "Topology"), kTopologyOptions, kTopologies, d_.Topology);
-  addChoices(c.AddFrame("frmRipple", "Passband ripple"), kRippleOptions, kRipples, d_.Apass);
-  addChoices(c.AddFrame("frmStopbandDepth", "Stopband depth"), kStopbandOptions, kStopbands,
-             d_.Astop);
+  Frame& topology = c.AddFrame("frmTopology", "Topology");
+  for (const TopologyInfo& t : Topologies())
+    addChoice(topology, TopologyOption(t), t.caption, d_.Topology, t.name);
+  Frame& ripple = c.AddFrame("frmRipple", "Passband ripple");
+  for (const RippleChoice& r : kRippleChoices)
+    addChoice(ripple, r.option, r.caption, d_.Apass, r.value);
+  Frame& stopband = c.AddFrame("frmStopbandDepth", "Stopband depth");
+  for (const StopbandChoice& b : kStopbandChoices)
+    addChoice(stopband, b.option, b.caption, d_.Astop, b.value);
 
   Frame& impedance = c.AddFrame("frmImpedance", "Impedance");
   c.AddOption("optZ50", "50", &impedance).SetHandler([this] { OnZ50(); });
@@ -143,7 +109,7 @@ CommandButton& DesignPage::Button(const std::string& name) const {
 
 void DesignPage::RedesignChain() {
   RunSynthesisDriver();
-  Denormalize(d_);
+  Act(Denormalize(d_), platform_);
   RedrawSchematic();
 }
 
@@ -163,32 +129,29 @@ void DesignPage::SetFamilyGroups(bool order, bool ripple, bool stopband) {
   }
 }
 
-void DesignPage::OnFamily(int16_t family) {
-  LabelNamed("lblRipple").SetCaption(RippleCaption(family));
-  d_.Family = family;
-  d_.CauerFlag = family == kCauer ? 1 : 0;
-  SetFamilyGroups(true, family == kChebyshev || family == kCauer, family == kCauer);
-  if (family == kCauer) {
-    d_.CauerType = "C";
-  } else {
-    d_.StopbandEdge = 0;
+// A family enables its option groups. A fixed design (Zelmar) has its own
+// order, which is set and locked, and no ripple or stopband choice.
+void DesignPage::OnFamily(const FamilyInfo& family) {
+  LabelNamed("lblRipple").SetCaption(family.cutoffLabel);
+  d_.Family = family.code;
+  d_.CauerFlag = family.resonantArms ? 1 : 0;
+  SetFamilyGroups(family.orderChoice, family.rippleChoice, family.stopbandChoice);
+  if (family.cauerType) d_.CauerType = family.cauerType;
+  if (!family.cauerType && !family.fixedOrder) d_.StopbandEdge = 0;
+  if (family.fixedOrder) {
+    d_.Order = family.fixedOrder;
+    Option("optOrder" + std::to_string(family.fixedOrder)).Select();
+    for (OptionButton* option : controls_.OptionsOf(&FrameNamed("frmRipple"))) {
+      option->SetSelectedQuietly(false);
+    }
   }
   RedesignChain();
 }
 
-// Zelmar is a fixed fifth-order design with its own ripple: the order is set
-// to 5 and locked, the ripple and stopband choices do not apply.
-void DesignPage::OnZelmar() {
-  LabelNamed("lblRipple").SetCaption(RippleCaption(kZelmar));
-  d_.Family = kZelmar;
-  d_.CauerFlag = 1;
-  SetFamilyGroups(false, false, false);
-  d_.Order = 5;
-  Option("optOrder5").Select();
-  for (OptionButton* option : controls_.OptionsOf(&FrameNamed("frmRipple"))) {
-    option->SetSelectedQuietly(false);
-  }
-  RedesignChain();
+// A fixed design is terminated in the source resistance.
+void DesignPage::MatchFixedDesignLoad() {
+  const FamilyInfo* family = FindFamily(d_.Family);
+  if (family && family->fixedOrder) d_.Rload = d_.Rsource;
 }
 
 void DesignPage::OnZ50() {
@@ -196,7 +159,7 @@ void DesignPage::OnZ50() {
   TextBox& box = Box("txtZother");
   box.SetText("50");
   box.SetEnabled(false);
-  if (d_.Family == kZelmar) d_.Rload = d_.Rsource;
+  MatchFixedDesignLoad();
   RedesignChain();
 }
 
@@ -204,7 +167,7 @@ void DesignPage::OnZother() {
   std::string text = Box("txtZother").Text();
   d_.Rsource = CheckEntry(text);
   Box("txtZother").SetEnabled(true);
-  if (d_.Family == kZelmar) d_.Rload = d_.Rsource;
+  MatchFixedDesignLoad();
   RedesignChain();
 }
 
@@ -242,7 +205,7 @@ void DesignPage::OnZotherChange() {
   if (d_.Rsource < 0.1f) d_.Rsource = 0.1f;
   if (d_.Rsource > 1e6f) d_.Rsource = 1e6f;
   if (d_.Rsource > 0) {
-    Denormalize(d_);
+    Act(Denormalize(d_), platform_);
     RedrawSchematic();
     RunSynthesisDriver();
   }
@@ -255,7 +218,7 @@ void DesignPage::OnQotherChange() {
 }
 
 void DesignPage::OnDesign() {
-  if (d_.Family == kZelmar) d_.Rload = d_.Rsource;
+  MatchFixedDesignLoad();
   host_.ShowDisplayPage();
 }
 

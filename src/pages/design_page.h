@@ -15,6 +15,9 @@
 
 namespace drenik {
 
+struct FamilyInfo;
+struct TopologyInfo;
+
 class DesignPage {
  public:
   DesignPage(DesignRecord& d, Platform& platform, Canvas& strip, PageHost& host);
@@ -54,9 +57,8 @@ class DesignPage {
   void Build();
   void RedesignChain();
   void SetFamilyGroups(bool order, bool ripple, bool stopband);
-  void SelectFamily(int16_t family);
-  void OnFamily(int16_t family);
-  void OnZelmar();
+  void OnFamily(const FamilyInfo& family);
+  void MatchFixedDesignLoad();
   void OnZ50();
   void OnZother();
   void OnQ1();
@@ -76,11 +78,7 @@ class DesignPage {
   int schematicRedraws_ = 0;
 };
 
-// The ripple option the page's load selects for a ripple read from the last
-// session (moving the ripple onto the offered value), or nullptr for none.
-const char* LoadRippleOption(float& apass);
-
-// The bandwidth caption of lblRipple for a family code ("" for none).
-const char* RippleCaption(int16_t family);
+// The option button of a topology ("opt" and its string).
+std::string TopologyOption(const TopologyInfo& topology);
 
 }  // namespace drenik

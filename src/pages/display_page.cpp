@@ -2,11 +2,12 @@
 
 #include "analysis/sweep.h"
 #include "core/formatters.h"
+#include "pages/report_acts.h"
 #include "pages/schematic.h"
 #include "plot/legends.h"
 #include "plot/response_plot.h"
 #include "synthesis/denormalize.h"
-#include "synthesis/prototypes.h"
+#include "synthesis/families.h"
 #include "synthesis/standard_values.h"
 
 namespace drenik {
@@ -90,27 +91,13 @@ void DisplayPage::LoadPipeline() {
   d_.Divisions = 7;  // 10 dB a division: 0, -10, ... -70
   BuildGridFrequencies(d_);
 
-  // Bessel keeps the prototype the design page computed.
-  switch (d_.Family) {
-    case kButterworth:
-      Butterworth(d_);
-      break;
-    case kChebyshev:
-      Chebyshev(d_);
-      break;
-    case kCauer:
-      Cauer(d_, platform_);
-      break;
-    case kZelmar:
-      Zelmar(d_);
-      break;
-    default:
-      break;
-  }
-  Denormalize(d_);
+  // Some families keep the prototype the design page computed; the Cauer
+  // prototype runs here without the design page's inputs.
+  const FamilyInfo* family = FindFamily(d_.Family);
+  if (family && family->redesignOnDisplay) Act(family->prototype(d_), platform_);
+  Act(Denormalize(d_), platform_);
   AnalyzeAndDraw(1);
-  NearestParts(d_);
-  CapsRetuneInductors(d_);
+  StandardCapacitors();
   AnalyzeAndDraw(2);
   DrawSidePlots();
 }
@@ -118,18 +105,29 @@ void DisplayPage::LoadPipeline() {
 // Curves of successive modes are drawn over each other.
 void DisplayPage::AnalyzeAndDraw(int mode) {
   d_.ValueMode = static_cast<int16_t>(mode);
-  AnalyzeSweep(d_, platform_);
+  Act(AnalyzeSweep(d_), platform_);
   DrawMainPlot(d_, canvas_);
   DrawDisplaySchematic(d_, canvas_);
   if (analysisObserver_) analysisObserver_(mode);
 }
 
 void DisplayPage::ExactAndStandardCurves() {
-  Denormalize(d_);
+  Act(Denormalize(d_), platform_);
   AnalyzeAndDraw(1);
-  NearestParts(d_);
-  CapsRetuneInductors(d_);
+  StandardCapacitors();
   AnalyzeAndDraw(2);
+}
+
+// 5% capacitors, with each position's inductor retuned to keep its L*C.
+void DisplayPage::StandardCapacitors() {
+  Act(NearestParts(d_), platform_);
+  Act(CapsRetuneInductors(d_), platform_);
+}
+
+// 5% inductors as well, on the values then current.
+void DisplayPage::StandardInductors() {
+  Act(NearestParts(d_), platform_);
+  Act(drenik::Inductors(d_), platform_);
 }
 
 void DisplayPage::DrawSidePlots() {
@@ -147,14 +145,12 @@ void DisplayPage::Retune(double factor, float eraseRight) {
 }
 
 void DisplayPage::RetuneSequence() {
-  Denormalize(d_);
+  Act(Denormalize(d_), platform_);
   AnalyzeAndDraw(1);
-  Denormalize(d_);
-  NearestParts(d_);
-  CapsRetuneInductors(d_);
+  Act(Denormalize(d_), platform_);
+  StandardCapacitors();
   AnalyzeAndDraw(2);
-  NearestParts(d_);
-  drenik::Inductors(d_);
+  StandardInductors();
   AnalyzeAndDraw(3);
   DrawSidePlots();
 }
@@ -182,8 +178,7 @@ void DisplayPage::Inductors() {
     ExactAndStandardCurves();
     return;
   }
-  NearestParts(d_);
-  drenik::Inductors(d_);
+  StandardInductors();
   AnalyzeAndDraw(3);
   DrawInductorLegends(d_, canvas_);
 }

@@ -72,6 +72,8 @@ class DisplayPage {
   void LoadPipeline();
   void AnalyzeAndDraw(int mode);
   void ExactAndStandardCurves();
+  void StandardCapacitors();
+  void StandardInductors();
   void DrawSidePlots();
   void Retune(double factor, float eraseRight);
   void RetuneSequence();

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "core/element_kinds.h"
 #include "core/formatters.h"
 #include "plot/response_plot.h"
 
@@ -89,20 +90,29 @@ void VerticalPlates(Canvas& canvas, float x1, float x2, float y) {
   canvas.Line(x2, y - 120, x2, y + 120);
 }
 
-// Resonant frequency of a branch; kept in the record and printed.
-void PrintResonance(DesignRecord& d, Canvas& canvas, float x0, float l, float c) {
-  if (!(l > 0 && c > 0)) return;
+// A value text at its place for the current label row.
+void PrintValue(DesignRecord& d, Canvas& canvas, const LabelPlace& place, float x0,
+                const std::string& text) {
+  const int row = LabelRow(d);
+  SetLabel(d, x0 + place.dx[row], place.dy[row]);
+  PrintLabel(d, canvas, text, place.box, kRowColor[row]);
+}
+
+// The element's value texts, as the kind table places them; a resonant
+// branch also shows its resonant frequency, which is kept in the record.
+void PrintValues(DesignRecord& d, Canvas& canvas, const ElementFacts& f, float x0, float l,
+                 float c) {
+  if (f.lLabel) PrintValue(d, canvas, *f.lLabel, x0, InductanceText(l));
+  if (f.cLabel) PrintValue(d, canvas, *f.cLabel, x0, CapacitanceText(c));
+  if (!f.resonanceLabel || !(l > 0 && c > 0)) return;
   d.ResonantFrequency =
       static_cast<float>(1.0 / (static_cast<double>(d.TwoPi > 0 ? d.TwoPi : 2 * Pi(d)) *
                                 std::sqrt(static_cast<double>(l) * c)));
-  static constexpr float kRows[3] = {1600, 1800, 2000};
-  int row = LabelRow(d);
-  SetLabel(d, x0 + 10, kRows[row]);
-  PrintLabel(d, canvas, FormatFrequency(d.ResonantFrequency), 940, kRowColor[row]);
+  PrintValue(d, canvas, *f.resonanceLabel, x0, FormatFrequency(d.ResonantFrequency));
 }
 
-// Kind 1: coil in the upper rail, value above it. Advance 960.
-void SeriesInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
+// A coil in the upper rail. Advance 960.
+void SeriesInductorSymbol(DesignRecord& d, Canvas& canvas) {
   DrawWireStep(d, canvas);
   canvas.Line(d.X, d.Y, d.X + 80, d.Y);
   HorizontalCoil(d, canvas, d.X + 80);
@@ -110,34 +120,20 @@ void SeriesInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
   d.X += 560;
   Rails(d, canvas, d.X, d.X + 240);
   d.X += 240;
-  if (!values) return;
-  static constexpr float kRows[3] = {-330, -530, -730};
-  int row = LabelRow(d);
-  SetLabel(d, d.X - 920, kRows[row]);
-  PrintLabel(d, canvas, InductanceText(l), 1000, kRowColor[row]);
 }
 
-// Kind 2: coil from the upper rail to ground, value under the ground rail.
-// Advance 640.
-void ShuntInductor(DesignRecord& d, Canvas& canvas, float l, bool values) {
-  float x0 = d.X;
+// A coil from the upper rail to ground. Advance 640.
+void ShuntInductorSymbol(DesignRecord& d, Canvas& canvas) {
   DrawWireStep(d, canvas);
   float x = d.X;
   canvas.Line(x, d.Y, x, d.Y + 280);
   VerticalCoil(d, canvas, x, d.Y + 280);
   canvas.Line(x, d.Y + 760, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
-  if (!values) return;
-  // The box ends on the element's right edge: the third row reaches down
-  // into the first resonance row of a neighbouring branch.
-  static constexpr float kRows[3] = {1080, 1280, 1480};
-  int row = LabelRow(d);
-  SetLabel(d, x0 - 80, kRows[row]);
-  PrintLabel(d, canvas, InductanceText(l), 720, kRowColor[row]);
 }
 
-// Kind 3: capacitor in the upper rail, value just under the rail. Advance 680.
-void SeriesCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
+// A capacitor in the upper rail. Advance 680.
+void SeriesCapacitorSymbol(DesignRecord& d, Canvas& canvas) {
   float x0 = d.X;
   DrawWireStep(d, canvas);
   canvas.Line(x0 + 160, d.Y, x0 + 310, d.Y);
@@ -146,38 +142,22 @@ void SeriesCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
   canvas.Line(x0 + 160, d.Y + kRailGap, x0 + 520, d.Y + kRailGap);
   d.X = x0 + 520;
   DrawWireStep(d, canvas);
-  if (!values) return;
-  static constexpr float kRows[3] = {150, 350, 550};
-  int row = LabelRow(d);
-  SetLabel(d, x0 + 30, kRows[row]);
-  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
 }
 
-// Kind 4: capacitor from the upper rail to ground, plates at 480 and 540
-// below the rail, value under the ground rail. Advance 640.
-void ShuntCapacitor(DesignRecord& d, Canvas& canvas, float c, bool values) {
-  float x0 = d.X;
+// A capacitor from the upper rail to ground, plates at 480 and 540 below
+// the rail. Advance 640.
+void ShuntCapacitorSymbol(DesignRecord& d, Canvas& canvas) {
   DrawWireStep(d, canvas);
   float x = d.X;
   canvas.Line(x, d.Y, x, d.Y + 480);
   HorizontalPlates(canvas, x, d.Y + 480, 60);
   canvas.Line(x, d.Y + 540, x, d.Y + kRailGap);
   for (int k = 0; k < 3; ++k) DrawWireStep(d, canvas);
-  if (!values) return;
-  // Within the element, as for the shunt inductor; the third row ends
-  // before the resonance row of a neighbouring trap begins.
-  static constexpr float kRows[3] = {1100, 1300, 1480};
-  int row = LabelRow(d);
-  SetLabel(d, x0 + 10, kRows[row]);
-  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
 }
 
-// Kind 6: series-resonant branch from the upper rail to ground, one wire step
-// in: coil, then plates at 800 and 864 below the rail. The inductance stands
-// right of the coil, within the element (series capacitors beside it print
-// between the rails too); capacitance and resonance under the ground rail.
-void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
-  float x0 = d.X;
+// A series-resonant branch from the upper rail to ground, one wire step in:
+// coil, then plates at 800 and 864 below the rail. Advance 960.
+void ShuntTrapSymbol(DesignRecord& d, Canvas& canvas) {
   DrawWireStep(d, canvas);
   float x = d.X;
   canvas.Line(x, d.Y, x, d.Y + 200);
@@ -186,25 +166,12 @@ void ShuntResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool value
   HorizontalPlates(canvas, x, d.Y + 800, 64);
   canvas.Line(x, d.Y + 864, x, d.Y + kRailGap);
   for (int k = 0; k < 5; ++k) DrawWireStep(d, canvas);
-  if (!values) return;
-  int row = LabelRow(d);
-  static constexpr float kLRows[3] = {250, 450, 650};
-  SetLabel(d, x0 + 300, kLRows[row]);
-  PrintLabel(d, canvas, InductanceText(l), 660, kRowColor[row]);
-  // Under the ground rail the resonance rows follow the second row, so the
-  // third row stands right of the plates (its box stops short of the rail).
-  if (row < 2)
-    SetLabel(d, x0 + 40, row == 0 ? 1100 : 1300);
-  else
-    SetLabel(d, x0 + 300, 830);
-  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
-  PrintResonance(d, canvas, x0, l, c);
 }
 
-// Kind 7: parallel-resonant branch in the upper rail: the coil in the rail and
-// the capacitor in a path 240 under it, plates 304 and 360 along the path.
-// Inductance under the path on the left, capacitance on the right.
-void SeriesResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool values) {
+// A parallel-resonant branch in the upper rail: the coil in the rail and the
+// capacitor in a path 240 under it, plates 304 and 360 along the path.
+// Advance 960.
+void SeriesTankSymbol(DesignRecord& d, Canvas& canvas) {
   float x0 = d.X;
   DrawWireStep(d, canvas);
   float a = d.X;      // left node
@@ -222,31 +189,20 @@ void SeriesResonant(DesignRecord& d, Canvas& canvas, float l, float c, bool valu
   d.X = b;
   Rails(d, canvas, b, x0 + 960);
   d.X = x0 + 960;
-  if (!values) return;
-  int row = LabelRow(d);
-  static constexpr float kLRows[3] = {440, 640, 840};
-  SetLabel(d, x0 - 320, kLRows[row]);
-  PrintLabel(d, canvas, InductanceText(l), 680, kRowColor[row]);
-  static constexpr float kCRows[3] = {400, 600, 800};
-  SetLabel(d, x0 + 370, kCRows[row]);
-  PrintLabel(d, canvas, CapacitanceText(c), 620, kRowColor[row]);
-  PrintResonance(d, canvas, x0, l, c);
 }
 
-float ElementWidth(int type) {
-  switch (type) {
-    case 1:
-    case 6:
-    case 7:
-      return 960;
-    case 2:
-    case 4:
-      return 640;
-    case 3:
-      return 680;
-    default:
-      return 0;
-  }
+// The symbol of each kind the schematic draws; the others draw nothing.
+using SymbolRoutine = void (*)(DesignRecord&, Canvas&);
+constexpr std::pair<ElementKind, SymbolRoutine> kSymbols[] = {
+    {ElementKind::SeriesL, &SeriesInductorSymbol},  {ElementKind::ShuntL, &ShuntInductorSymbol},
+    {ElementKind::SeriesC, &SeriesCapacitorSymbol}, {ElementKind::ShuntC, &ShuntCapacitorSymbol},
+    {ElementKind::ShuntTrap, &ShuntTrapSymbol},     {ElementKind::SeriesTank, &SeriesTankSymbol},
+};
+
+SymbolRoutine SymbolOf(int16_t code) {
+  for (const auto& [kind, routine] : kSymbols)
+    if (CodeOf(kind) == code) return routine;
+  return nullptr;
 }
 
 // A zig-zag of 60-unit steps along a lead from (x1, y1) to (x2, y2), which
@@ -273,7 +229,9 @@ void ZigZag(Canvas& canvas, float x1, float y1, float x2, float y2) {
 float ComputeSchematicWidth(DesignRecord& d) {
   double width = 1380;
   int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
-  for (int j = 1; j <= stages; ++j) width += ElementWidth(d.ElementType[j]);
+  for (int j = 1; j <= stages; ++j) {
+    if (const ElementFacts* f = FactsOf(d.ElementType[j])) width += f->drawWidth;
+  }
   d.SchematicWidth = static_cast<float>(width);
   return d.SchematicWidth;
 }
@@ -339,28 +297,12 @@ void DrawLoad(DesignRecord& d, Canvas& canvas) {
 void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c, bool withValues) {
   canvas.SetForeColor(kBlack);
   canvas.SetDrawWidth(1);
-  switch (type) {
-    case 1:
-      SeriesInductor(d, canvas, l, withValues);
-      break;
-    case 2:
-      ShuntInductor(d, canvas, l, withValues);
-      break;
-    case 3:
-      SeriesCapacitor(d, canvas, c, withValues);
-      break;
-    case 4:
-      ShuntCapacitor(d, canvas, c, withValues);
-      break;
-    case 6:
-      ShuntResonant(d, canvas, l, c, withValues);
-      break;
-    case 7:
-      SeriesResonant(d, canvas, l, c, withValues);
-      break;
-    default:
-      break;  // 5, 8 and empty positions draw nothing
-  }
+  const ElementFacts* facts = FactsOf(static_cast<int16_t>(type));
+  const SymbolRoutine symbol = SymbolOf(static_cast<int16_t>(type));
+  if (!facts || !symbol) return;  // 5, 8 and empty positions draw nothing
+  const float x0 = d.X;
+  symbol(d, canvas);
+  if (withValues) PrintValues(d, canvas, *facts, x0, l, c);
 }
 
 void DrawLadder(DesignRecord& d, Canvas& canvas) {
@@ -400,8 +342,7 @@ void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
 void DrawSampleLadder(DesignRecord& d, Canvas& canvas) {
   d.X = 3400;
   d.Y = 2500;
-  static constexpr int kKinds[6] = {1, 2, 3, 4, 6, 7};
-  for (int type : kKinds) DrawElement(d, canvas, type, 0, 0, false);
+  for (const auto& [kind, routine] : kSymbols) DrawElement(d, canvas, CodeOf(kind), 0, 0, false);
 }
 
 }  // namespace drenik

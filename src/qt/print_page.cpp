@@ -8,6 +8,7 @@
 #include "pages/opening_page.h"
 #include "plot/response_plot.h"
 #include "qt/painter_canvas.h"
+#include "synthesis/families.h"
 
 namespace drenik {
 
@@ -38,12 +39,15 @@ void DrawAxisLabels(QPainter& painter, const QRectF& target) {
 std::string PrintTitle(const DesignRecord& d) {
   std::string title = std::string(FamilyName(d.Family)) + " filter, order " +
                       std::to_string(d.Order) + ", cutoff " + TrimBlanks(FormatFrequency(d.Width));
-  if (d.Family == kChebyshev || d.Family == kCauer) {
-    title += ", ripple " + TrimBlanks(FormatSmall(d.Apass)) + " dB";
-  } else if (d.Family == kZelmar) {
-    title += ", ripple " + TrimBlanks(FormatSmall(0.2)) + " dB";
+  const FamilyInfo* family = FindFamily(d.Family);
+  if (family && family->hasRipple) {
+    // A fixed design shows the ripple its cutoff label names.
+    const double ripple = family->labelRipple > 0 ? family->labelRipple : d.Apass;
+    title += ", ripple " + TrimBlanks(FormatSmall(ripple)) + " dB";
   }
-  if (d.Family == kCauer) title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";
+  if (family && family->stopbandChoice) {
+    title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";
+  }
   return title;
 }
 

@@ -28,7 +28,6 @@
 #include <string>
 #include <vector>
 
-#include "core/runtime_error.h"
 #include "synthesis/elliptic.h"
 #include "synthesis/prototypes.h"
 
@@ -251,23 +250,23 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
   return out;
 }
 
-void Cauer(DesignRecord& d, Platform& platform) {
-  if (d.Order < 3) {
-    platform.ShowMessage("The Cauer family requires a minimum order of three");
-    return;
-  }
+EngineReport EllipticPrototype(DesignRecord& d) {
+  if (d.Order < 3)
+    return EngineReport::Notice("The Cauer family requires a minimum order of three");
   for (int i = 1; i <= kMaxPositions; ++i) {
     d.G[i] = 0;
     d.H[i] = 0;
   }
   const double apass = d.Apass, astop = d.Astop;
-  if (d.Order > kMaxPositions) throw RunTimeError("The Cauer prototype has at most 20 positions");
+  if (d.Order > kMaxPositions)
+    return EngineReport::Fault("The Cauer prototype has at most 20 positions");
   if (!(apass > 0) || !(astop > apass))
-    throw RunTimeError("The Cauer prototype needs a ripple above 0 dB and a deeper stopband");
+    return EngineReport::Fault(
+        "The Cauer prototype needs a ripple above 0 dB and a deeper stopband");
   double k = 0, kc = 0;
   CauerSelectivity(d.Order, apass, astop, k, kc);
   const CauerLadder ladder = DesignCauerLadder(d.Order, DecibelsToFactor(apass), k, kc);
-  if (!ladder.ok) throw RunTimeError("The Cauer ladder could not be extracted");
+  if (!ladder.ok) return EngineReport::Fault("The Cauer ladder could not be extracted");
   for (int i = 1; i <= d.Order; ++i) {
     d.G[i] = float(ladder.g[i]);
     d.H[i] = float(ladder.h[i]);
@@ -276,6 +275,7 @@ void Cauer(DesignRecord& d, Platform& platform) {
   d.RloadNormalized = float(ladder.rload);
   d.Rload = float(double(d.RloadNormalized) * d.Rsource);
   d.CauerFlag = 1;
+  return {};
 }
 
 }  // namespace drenik

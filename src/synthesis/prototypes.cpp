@@ -9,8 +9,6 @@
 #include <cmath>
 #include <string>
 
-#include "core/runtime_error.h"
-
 namespace drenik {
 namespace {
 
@@ -28,16 +26,16 @@ void ClearPrototype(DesignRecord& d) {
 }
 
 // The closed-form families write G(1..Order); the array ends at index 21.
-void CheckOrderFits(const DesignRecord& d) {
-  if (d.Order > kPrototypeSlots - 1) {
-    throw RunTimeError("Subscript out of range: the order " + std::to_string(d.Order) +
-                       " does not fit the prototype table.");
-  }
+std::string OrderFault(const DesignRecord& d) {
+  if (d.Order > kPrototypeSlots - 1)
+    return "Subscript out of range: the order " + std::to_string(d.Order) +
+           " does not fit the prototype table.";
+  return {};
 }
 
-// Bessel values for orders 3..7, largest element at the source end. These are
-// the classic values for a ladder between equal 1-ohm terminations.
-constexpr float kBesselTable[5][7] = {
+// Maximally flat delay values for orders 3..7, largest element at the source
+// end: the classic values for a ladder between equal 1-ohm terminations.
+constexpr float kLinearPhaseTable[5][7] = {
     {2.2034f, 0.9705f, 0.3374f, 0, 0, 0, 0},
     {2.2404f, 1.0815f, 0.6725f, 0.2334f, 0, 0, 0},
     {2.2582f, 1.111f, 0.804f, 0.5072f, 0.1743f, 0, 0},
@@ -47,9 +45,9 @@ constexpr float kBesselTable[5][7] = {
 
 }  // namespace
 
-void Butterworth(DesignRecord& d) {
+EngineReport MaximallyFlatPrototype(DesignRecord& d) {
   ClearPrototype(d);
-  CheckOrderFits(d);
+  if (std::string fault = OrderFault(d); !fault.empty()) return EngineReport::Fault(fault);
   const int n = d.Order;
   for (int j = 1; j <= n; ++j) {
     d.G[j] = static_cast<float>(2.0 * std::sin((2.0 * j - 1.0) * PiDouble() / (2.0 * n)));
@@ -59,20 +57,20 @@ void Butterworth(DesignRecord& d) {
   d.Astop = 0;
   d.RloadNormalized = 1.0f;
   d.CauerFlag = 0;
+  return {};
 }
 
-void Chebyshev(DesignRecord& d) {
+EngineReport EqualRipplePrototype(DesignRecord& d) {
   ClearPrototype(d);
-  CheckOrderFits(d);
+  if (std::string fault = OrderFault(d); !fault.empty()) return EngineReport::Fault(fault);
   const int n = d.Order;
-  if (n == 0) throw RunTimeError("Division by zero: the Chebyshev order is 0.");
+  if (n == 0) return EngineReport::Fault("Division by zero: the Chebyshev order is 0.");
 
   // The ripple factor is parked in RloadNormalized and read back from there,
   // so it carries single-precision rounding like every stored value.
   const double ripple = std::pow(10.0, 0.1 * static_cast<double>(d.Apass)) - 1.0;
-  if (!(ripple > 0) || !std::isfinite(ripple)) {
-    throw RunTimeError("Invalid procedure call: the Chebyshev ripple must be above 0 dB.");
-  }
+  if (!(ripple > 0) || !std::isfinite(ripple))
+    return EngineReport::Fault("Invalid procedure call: the Chebyshev ripple must be above 0 dB.");
   d.RloadNormalized = static_cast<float>(std::sqrt(ripple));
   const double eps = d.RloadNormalized;
 
@@ -104,12 +102,13 @@ void Chebyshev(DesignRecord& d) {
   }
   d.Astop = 0;
   d.CauerFlag = 0;
+  return {};
 }
 
-void Bessel(DesignRecord& d) {
+EngineReport LinearPhasePrototype(DesignRecord& d) {
   ClearPrototype(d);
   if (d.Order >= 3 && d.Order <= 7) {
-    const float* row = kBesselTable[d.Order - 3];
+    const float* row = kLinearPhaseTable[d.Order - 3];
     for (int j = 1; j <= d.Order; ++j) d.G[j] = row[j - 1];
   }
   d.Apass = 0;
@@ -117,9 +116,10 @@ void Bessel(DesignRecord& d) {
   d.RloadNormalized = 1.0f;
   d.Rload = d.Rsource;
   d.CauerFlag = 0;
+  return {};
 }
 
-void Zelmar(DesignRecord& d) {
+EngineReport ZelmarPrototype(DesignRecord& d) {
   ClearPrototype(d);
   d.Apass = 0.01f;
   d.Astop = 0;
@@ -134,28 +134,7 @@ void Zelmar(DesignRecord& d) {
   d.G[4] = 0.53364f;
   d.H[4] = 0.65676f;
   d.G[5] = 1.47f;
-}
-
-void DesignPrototype(DesignRecord& d, Platform& platform) {
-  switch (d.Family) {
-    case kButterworth:
-      Butterworth(d);
-      break;
-    case kChebyshev:
-      Chebyshev(d);
-      break;
-    case kCauer:
-      Cauer(d, platform);
-      break;
-    case kZelmar:
-      Zelmar(d);
-      break;
-    case kBessel:
-      Bessel(d);
-      break;
-    default:
-      break;
-  }
+  return {};
 }
 
 }  // namespace drenik

@@ -1,27 +1,30 @@
 #pragma once
 // Normalized lowpass prototypes: a ladder between a 1-ohm source and the
 // normalized load, cutoff 1 rad/s. Each routine clears G(1..20) and H(1..20)
-// and writes G, H, Apass, Astop, CauerFlag and RloadNormalized.
+// and writes G, H, Apass, Astop, CauerFlag and RloadNormalized. The family
+// registry (families.h) says which routine belongs to which family; a fault
+// (an order beyond the arrays, a ripple that cannot be designed) comes back
+// in the report, with the arrays as far as they were written.
 
 #include "core/design_record.h"
-#include "core/platform.h"
+#include "core/engine_report.h"
 
 namespace drenik {
 
-// 3 dB cutoff. Apass = Astop = 0.
-void Butterworth(DesignRecord& d);
-// Ripple cutoff at Apass dB; even orders end in RloadNormalized < 1.
-void Chebyshev(DesignRecord& d);
-// Table for orders 3..7 (3 dB cutoff); sets Rload = Rsource itself.
-void Bessel(DesignRecord& d);
-// The fixed fifth-order design with two resonant series arms.
-void Zelmar(DesignRecord& d);
-// Elliptic prototype from Order, Apass, Astop and CauerType. An Order below 3
-// shows "The Cauer family requires a minimum order of three" and computes
-// nothing.
-void Cauer(DesignRecord& d, Platform& platform);
-
-// Runs the prototype routine of d.Family (1..5); any other code does nothing.
-void DesignPrototype(DesignRecord& d, Platform& platform);
+// Maximally flat magnitude, 3 dB cutoff: g(j) = 2 sin((2j - 1) pi / 2n).
+// Apass = Astop = 0.
+EngineReport MaximallyFlatPrototype(DesignRecord& d);
+// Equal ripple of Apass dB up to the cutoff; even orders end in
+// RloadNormalized < 1.
+EngineReport EqualRipplePrototype(DesignRecord& d);
+// Elliptic, from Order, Apass, Astop and CauerType (cauer.h). An Order below
+// 3 computes nothing and reports the notice "The Cauer family requires a
+// minimum order of three".
+EngineReport EllipticPrototype(DesignRecord& d);
+// The fixed fifth-order table with two resonant series arms (any Order).
+EngineReport ZelmarPrototype(DesignRecord& d);
+// Maximally flat delay, tabulated for orders 3..7 (3 dB cutoff); sets
+// Rload = Rsource itself.
+EngineReport LinearPhasePrototype(DesignRecord& d);
 
 }  // namespace drenik

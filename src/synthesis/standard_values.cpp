@@ -5,8 +5,6 @@
 #include <cmath>
 #include <string>
 
-#include "core/runtime_error.h"
-
 namespace drenik {
 namespace {
 
@@ -16,12 +14,11 @@ constexpr float kStandardSeries[25] = {
     0.091f, 0.10f, 0.11f, 0.12f, 0.13f, 0.15f, 0.16f, 0.18f, 0.20f, 0.22f, 0.24f, 0.27f, 0.30f,
     0.33f,  0.36f, 0.39f, 0.43f, 0.47f, 0.51f, 0.56f, 0.62f, 0.68f, 0.75f, 0.82f, 0.91f};
 
-void CheckStages(const DesignRecord& d) {
-  if (d.Stages > kMaxPositions) {
-    throw RunTimeError("Subscript out of range: the ladder has room for " +
-                       std::to_string(kMaxPositions) + " positions, not " +
-                       std::to_string(d.Stages) + ".");
-  }
+std::string StagesFault(const DesignRecord& d) {
+  if (d.Stages > kMaxPositions)
+    return "Subscript out of range: the ladder has room for " + std::to_string(kMaxPositions) +
+           " positions, not " + std::to_string(d.Stages) + ".";
+  return {};
 }
 
 }  // namespace
@@ -54,18 +51,19 @@ float NearestStandard(float v) {
   return r2 <= r1 ? upper : lower;
 }
 
-void NearestParts(DesignRecord& d) {
-  CheckStages(d);
+EngineReport NearestParts(DesignRecord& d) {
+  if (std::string fault = StagesFault(d); !fault.empty()) return EngineReport::Fault(fault);
   for (int j = 1; j <= d.Stages; ++j) {
     if (d.C[j] != 0) d.Cstd[j] = NearestStandard(d.C[j]);
   }
   for (int j = 1; j <= d.Stages; ++j) {
     if (d.L[j] != 0) d.Lstd[j] = NearestStandard(d.L[j]);
   }
+  return {};
 }
 
-void CapsRetuneInductors(DesignRecord& d) {
-  CheckStages(d);
+EngineReport CapsRetuneInductors(DesignRecord& d) {
+  if (std::string fault = StagesFault(d); !fault.empty()) return EngineReport::Fault(fault);
   for (int j = 1; j <= d.Stages; ++j) {
     // Keeping L*C keeps the resonance of a trap branch where it was designed.
     if (d.Cstd[j] != 0) {
@@ -73,11 +71,13 @@ void CapsRetuneInductors(DesignRecord& d) {
     }
     d.C[j] = d.Cstd[j];
   }
+  return {};
 }
 
-void Inductors(DesignRecord& d) {
-  CheckStages(d);
+EngineReport Inductors(DesignRecord& d) {
+  if (std::string fault = StagesFault(d); !fault.empty()) return EngineReport::Fault(fault);
   for (int j = 1; j <= d.Stages; ++j) d.L[j] = d.Lstd[j];
+  return {};
 }
 
 }  // namespace drenik

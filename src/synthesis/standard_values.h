@@ -1,7 +1,9 @@
 #pragma once
-// Rounding to the 5% (E24) series of standard parts.
+// Rounding to the 5% (E24) series of standard parts. A ladder longer than
+// the arrays is reported as a fault.
 
 #include "core/design_record.h"
+#include "core/engine_report.h"
 
 namespace drenik {
 
@@ -9,10 +11,10 @@ namespace drenik {
 // single-precision decade scan from 1e-13 upwards.
 float NearestStandard(float v);
 // Fills Cstd from C and Lstd from L (positions with 0 are skipped).
-void NearestParts(DesignRecord& d);
+[[nodiscard]] EngineReport NearestParts(DesignRecord& d);
 // C = Cstd and L retuned so that every position keeps its L*C.
-void CapsRetuneInductors(DesignRecord& d);
+[[nodiscard]] EngineReport CapsRetuneInductors(DesignRecord& d);
 // L = Lstd at every position.
-void Inductors(DesignRecord& d);
+[[nodiscard]] EngineReport Inductors(DesignRecord& d);
 
 }  // namespace drenik

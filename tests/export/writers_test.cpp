@@ -155,7 +155,7 @@ TEST(Touchstone, ReadsBackToTheAnalysis) {
     }
     testing::TempFolder folder;
     testing::RecordingPlatform platform;
-    AnalyzeSweep(d, platform);
+    ASSERT_TRUE(AnalyzeSweep(d).Ok());
     ASSERT_TRUE(WriteTouchstone(d, folder / "a.s2p", platform));
     std::string keywords;  // comments dropped
     std::vector<std::vector<double>> rows;

@@ -6,6 +6,8 @@
 #include "app_fixture.h"
 #include "core/formatters.h"
 #include "core/runtime_error.h"
+#include "pages/design_choices.h"
+#include "synthesis/families.h"
 
 namespace drenik::testing {
 namespace {
@@ -140,8 +142,8 @@ TEST_F(DesignPageTest, RippleSnapsAndStopbandEdgeBeforeACauerDesign) {
                                                          {0.05f, 0.05f, ""},
                                                          {0.2001f, 0.2f, "opt200"}};
   for (auto [in, out, option] : snaps) {
-    const char* got = LoadRippleOption(in);
-    EXPECT_EQ(std::string(got ? got : ""), option);
+    const RippleChoice* got = SnapRipple(in, SnapBounds::Load);
+    EXPECT_EQ(std::string(got ? got->option : ""), option);
     EXPECT_EQ(in, out);
   }
   DesignPage& page = StartDesign();

@@ -21,7 +21,7 @@
 #include "qt/painter_canvas.h"
 #include "support/recording_platform.h"
 #include "support/temp_folder.h"
-#include "synthesis/prototypes.h"
+#include "synthesis/families.h"
 
 namespace drenik::testing {
 
@@ -42,11 +42,7 @@ inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
 inline bool DrawDisplayPageLoad(DesignRecord& d, RecordingCanvas& canvas, bool inductors = false) {
   RecordingPlatform platform;
   Application host(platform, ApplicationOptions{"", ""});  // never asked to change page
-  try {
-    DesignPrototype(d, platform);
-  } catch (const std::exception&) {
-    return false;
-  }
+  if (!DesignPrototype(d).Ok()) return false;
   DisplayPage page(d, platform, canvas, host);
   page.Load();
   if (inductors) page.OnInductors();

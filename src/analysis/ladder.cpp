@@ -1,0 +1,211 @@
+// The ladder kernel. Every position is either a series impedance [1 Z; 0 1]
+// or a shunt admittance [1 0; Y 1]; the running chain matrix is multiplied
+// by the section in that reduced form, which gives the same numbers as the
+// full 2x2 product (the other terms are exact 1s and 0s).
+
+#include "analysis/ladder.h"
+
+#include <cmath>
+
+#include "analysis/element_models.h"
+
+namespace drenik {
+namespace {
+
+using models::Cplx;
+using Complex = std::complex<double>;
+
+constexpr double kTinyStep = 1e-27;  // smallest frequency step of the delay
+constexpr double kRhoMax = 0.9999999;
+constexpr double kRhoMin = 1e-7;
+
+struct Section {
+  bool series;  // true: Z of [1 Z; 0 1]; false: Y of [1 0; Y 1]
+  Cplx<double> value;
+  bool modelled = true;
+};
+
+inline __attribute__((always_inline)) Section SectionAt(const Ladder& ladder, int j, double w,
+                                                        const models::Losses<double>& q) {
+  const double l = ladder.L[j];
+  const double c = ladder.C[j];
+  switch (ladder.kind[j]) {
+    case ElementKind::SeriesL:
+      return {true, models::SeriesInductor(w, l, q)};
+    case ElementKind::ShuntL:
+      return {false, models::ShuntInductor(w, l, q)};
+    case ElementKind::SeriesC:
+      return {true, models::SeriesCapacitor(w, c, q)};
+    case ElementKind::ShuntC:
+      return {false, models::ShuntCapacitor(w, c, q)};
+    case ElementKind::ShuntTrap:
+      return {false, models::ShuntTrap(w, l, c, q)};
+    case ElementKind::SeriesTank:
+      return {true, models::SeriesTank(w, l, c, q)};
+    default:  // no model: a straight wire (Z = 0 leaves the chain as it is)
+      return {true, {0, 0}, false};
+  }
+}
+
+// Angle in degrees of re + j*im when sign is +1, of 1/(re + j*im) when -1,
+// folded into (-180, 180].
+double Angle(double re, double im, double sign, double pi) {
+  double a = 0;
+  if (re == 0) {
+    if (im > 0) a = 90 * sign;
+    if (im < 0) a = -90 * sign;
+  } else {
+    a = sign * std::atan(im / re) * 180 / pi;
+    if (re < 0) a += (im < 0) ? -180 * sign : 180 * sign;
+  }
+  if (a > 180) a -= 360;
+  if (a < -180) a += 360;
+  return a;
+}
+
+// log10 through the natural logarithm: the library's own log10 costs several
+// times more, and the two differ in the last bit or two of a double.
+double Log10(double x) {
+  return std::log(x) * 0.43429448190325182765;
+}
+
+std::string At(int j) {
+  return " at ladder position " + std::to_string(j) + ".";
+}
+
+}  // namespace
+
+Ladder LadderOf(const DesignRecord& d) {
+  Ladder ladder;
+  ladder.stages = d.Stages;
+  const int copied = d.Stages < 0 ? 0 : (d.Stages > kMaxPositions ? kMaxPositions : d.Stages);
+  for (int j = 1; j <= copied; ++j) {
+    ladder.kind[j] = KindOf(d.ElementType[j]);
+    ladder.L[j] = d.L[j];
+    ladder.C[j] = d.C[j];
+  }
+  ladder.rsource = d.Rsource;
+  ladder.rload = d.Rload;
+  ladder.reference = d.Rstandard;
+  ladder.qind = d.Qind;
+  ladder.qcap = d.Qcap;
+  ladder.pi = d.Pi;
+  ladder.twoPi = d.TwoPi;
+  return ladder;
+}
+
+std::string LadderFault(const Ladder& ladder) {
+  if (ladder.stages < 0 || ladder.stages > kMaxPositions)
+    return "Cannot analyse a ladder of " + std::to_string(ladder.stages) +
+           " positions: it must have 0 to " + std::to_string(kMaxPositions) + ".";
+  if (!(ladder.rsource > 0)) return "Cannot analyse: the source resistance must be above 0 ohms.";
+  if (!(ladder.rload > 0)) return "Cannot analyse: the load resistance must be above 0 ohms.";
+  if (!(ladder.pi > 0) || !(ladder.twoPi > 0))
+    return "Cannot analyse: the constants Pi and TwoPi are not set.";
+  for (int j = 1; j <= ladder.stages; ++j) {
+    const ElementFacts* f = FactsOf(ladder.kind[j]);
+    if (!f || !f->analysed) continue;
+    if (f->hasL && ladder.qind == 0) return "Cannot analyse: the inductor Q is 0" + At(j);
+    if (f->hasC && ladder.qcap == 0) return "Cannot analyse: the capacitor Q is 0" + At(j);
+    // A shunt inductor or a tank divides by its inductance.
+    const bool dividesByL =
+        ladder.kind[j] == ElementKind::ShuntL || ladder.kind[j] == ElementKind::SeriesTank;
+    if (dividesByL && ladder.L[j] == 0) return "Cannot analyse: the inductance is 0" + At(j);
+  }
+  return {};
+}
+
+PointResult AnalyzePoint(const Ladder& ladder, float F, double prevFreq, double prevPhase,
+                         bool withInputImpedance) {
+  const float wf = ladder.twoPi * F;  // formed in single precision on purpose
+  const double w = wf;
+  const models::Losses<double> q{ladder.qind, ladder.qcap, 1 / ladder.qind, 1 / ladder.qcap};
+
+  PointResult out;
+  // The chain matrix in plain doubles: the products of finite values are the
+  // textbook complex products, without the library's inf/NaN recovery.
+  double ar = 1, ai = 0, br = 0, bi = 0, cr = 0, ci = 0, dr = 1, di = 0;
+  for (int j = 1; j <= ladder.stages; ++j) {
+    const Section s = SectionAt(ladder, j, w, q);
+    if (!s.modelled) ++out.unmodelled;
+    const double zr = s.value.re, zi = s.value.im;
+    if (s.series) {  // B += A Z, D += C Z
+      br = (ar * zr - ai * zi) + br;
+      bi = (ar * zi + ai * zr) + bi;
+      dr = (cr * zr - ci * zi) + dr;
+      di = (cr * zi + ci * zr) + di;
+    } else {  // A += B Y, C += D Y
+      ar = ar + (br * zr - bi * zi);
+      ai = ai + (br * zi + bi * zr);
+      cr = cr + (dr * zr - di * zi);
+      ci = ci + (dr * zi + di * zr);
+    }
+  }
+  const Complex a(ar, ai), b(br, bi), c(cr, ci), dd(dr, di);
+
+  const double rs = ladder.rsource, rl = ladder.rload;
+  const double perRl = 1 / rl;
+  Complex den = a + b * perRl + c * rs + dd * (rs * perRl);
+  if (den.real() == 0) den.real(models::kTinyPart);
+  if (den.imag() == 0) den.imag(models::kTinyPart);
+
+  const double mag2 = den.real() * den.real() + den.imag() * den.imag();
+  out.TransmissionDb = -10 * Log10(rl * mag2 * (0.25 / rs));
+  out.Phase = static_cast<float>(Angle(den.real(), den.imag(), -1, ladder.pi));
+
+  double dphi = out.Phase - prevPhase;
+  if (dphi > 180) dphi -= 360;
+  if (dphi < -180) dphi += 360;
+  double df = F - prevFreq;
+  if (std::fabs(df) < kTinyStep) df = kTinyStep;
+  out.Delay = -dphi / (360 * df);
+
+  // Zin = num conj(zden) / |zden|^2, the product written out as above.
+  const Complex num = a * rl + b;
+  const Complex zden = c * rl + dd;
+  const double zden2 = zden.real() * zden.real() + zden.imag() * zden.imag();
+  const double perZden2 = 1 / zden2;
+  const Complex zin((num.real() * zden.real() + num.imag() * zden.imag()) * perZden2,
+                    (num.imag() * zden.real() - num.real() * zden.imag()) * perZden2);
+  if (withInputImpedance) {
+    out.ZinMagnitude = std::sqrt(std::norm(zin));
+    out.ZinAngle = Angle(zin.real(), zin.imag(), 1, ladder.pi);
+  }
+
+  const double r0 = ladder.reference;
+  double rho = std::sqrt(std::norm(zin - r0) / std::norm(zin + r0));
+  if (rho > kRhoMax) rho = kRhoMax;
+  if (rho < kRhoMin) rho = kRhoMin;
+  out.ReflectionDb = -20 * Log10(1 / rho);
+  out.Vswr = (1 + rho) / (1 - rho);
+  return out;
+}
+
+ChainMatrix LadderChain(const Ladder& ladder, float F) {
+  const models::Losses<double> q{ladder.qind, ladder.qcap, 1 / ladder.qind, 1 / ladder.qcap};
+  const double w = static_cast<float>(ladder.twoPi * F);  // formed in single precision
+  ChainMatrix m;
+  for (int j = 1; j <= ladder.stages; ++j) {
+    const Section s = SectionAt(ladder, j, w, q);
+    const Complex v(s.value.re, s.value.im);
+    if (s.series) {
+      m.B += m.A * v;
+      m.D += m.C * v;
+    } else {
+      m.A += m.B * v;
+      m.C += m.D * v;
+    }
+  }
+  return m;
+}
+
+SParameters LadderSParameters(const Ladder& ladder, float F) {
+  const ChainMatrix m = LadderChain(ladder, F);
+  const double r1 = ladder.rsource, r2 = ladder.rload;
+  const Complex den = m.A + m.B / r2 + m.C * r1 + m.D * r1 / r2;
+  const double k = 2 * std::sqrt(r1 / r2);
+  return {(m.A + m.B / r2 - m.C * r1 - m.D * r1 / r2) / den, k / den,
+          k * (m.A * m.D - m.B * m.C) / den, (-m.A + m.B / r2 - m.C * r1 + m.D * r1 / r2) / den};
+}
+
+}  // namespace drenik
