@@ -19,7 +19,7 @@ enum class Values { Exact, FiveC, FiveL };
 
 // The design page's choices; unset ones keep the first-start defaults.
 struct Choices {
-  std::optional<std::string> familyOption;    // "optButterworth" ...
+  std::optional<std::string> familyOption;    // the family's option button
   std::optional<int> order;                   // 3..7
   std::optional<std::string> topology;        // "Cinlowpass" ...
   std::optional<std::string> rippleOption;    // "opt01", "opt044", "opt200"

@@ -26,7 +26,7 @@ struct DesignResult {
 };
 
 // Throws UsageError for a choice the design page does not offer with the
-// other choices (e.g. --ripple with Butterworth), DesignFailure for an
+// other choices (e.g. --ripple for a family without ripple), DesignFailure for an
 // engine error.
 std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform);
 

@@ -23,7 +23,7 @@ namespace drenik {
 // name it; they are children of the frame's group box and are placed
 // relative to it (their rectangle is still given in page units).
 struct ControlPlace {
-  const char* name;
+  std::string name;
   float x1, y1, x2, y2;
   float pointSize = 8;
   const char* frame = nullptr;

@@ -1,7 +1,10 @@
 #include "qt/designer_window.h"
 
+#include "pages/design_page.h"
 #include "qt/print_page.h"
 #include "qt/spice_dialog.h"
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -17,9 +20,9 @@ constexpr Qt::Alignment kCentred = Qt::AlignHCenter | Qt::AlignVCenter;
 
 // One option per row inside a frame, from `top`, 370 apart.
 void AddOptionColumn(std::vector<ControlPlace>& places, const char* frame,
-                     std::initializer_list<const char*> names, float x1, float x2, float top) {
+                     const std::vector<std::string>& names, float x1, float x2, float top) {
   float y = top;
-  for (const char* name : names) {
+  for (const std::string& name : names) {
     places.push_back({name, x1, y, x2, y + 340, 8, frame});
     y += 370;
   }
@@ -43,16 +46,15 @@ std::vector<ControlPlace> DesignPlaces() {
   std::vector<ControlPlace> p;
   p.push_back({"lblTitle", 400, 3550, 4000, 3900, 11, nullptr, "Arial", true});
   p.push_back({"frmFamily", 400, 3950, 2700, 6250});
-  AddOptionColumn(p, "frmFamily",
-                  {"optButterworth", "optChebycheff", "optCauer", "optZelmar", "optBessel"}, 600,
-                  2600, 4300);
+  std::vector<std::string> families, topologies;
+  for (const FamilyInfo& f : Families()) families.push_back(f.optionName);
+  for (const TopologyInfo& t : Topologies()) topologies.push_back(TopologyOption(t));
+  AddOptionColumn(p, "frmFamily", families, 600, 2600, 4300);
   p.push_back({"frmOrder", 2900, 3950, 4300, 6250});
   AddOptionColumn(p, "frmOrder", {"optOrder3", "optOrder4", "optOrder5", "optOrder6", "optOrder7"},
                   3100, 4200, 4300);
   p.push_back({"frmTopology", 4500, 3950, 7200, 5900});
-  AddOptionColumn(p, "frmTopology",
-                  {"optCinlowpass", "optLinlowpass", "optCinhighpass", "optLinhighpass"}, 4700,
-                  7100, 4300);
+  AddOptionColumn(p, "frmTopology", topologies, 4700, 7100, 4300);
   p.push_back({"frmRipple", 7400, 3950, 9600, 5500});
   AddOptionColumn(p, "frmRipple", {"opt01", "opt044", "opt200"}, 7600, 9500, 4300);
   p.push_back({"frmStopbandDepth", 9800, 3950, 11600, 5900});
