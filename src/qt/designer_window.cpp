@@ -83,25 +83,26 @@ std::vector<ControlPlace> DesignPlaces() {
 
 std::vector<ControlPlace> DisplayPlaces() {
   std::vector<ControlPlace> p;
-  // Along the bottom, under the plots and right of the readout box.
-  const char* bottom[] = {"cmdUp",        "cmdDown",   "cmdVSWR", "cmdTime",
-                          "cmdInductors", "cmdDesign", "cmdExit"};
-  float x = 2400;
-  constexpr float kWidth = (11900 - 2400 - 6 * 100) / 7.0f;
-  for (const char* name : bottom) {
-    p.push_back({name, x, 8600, x + kWidth, 8980, 8});
-    x += kWidth + 100;
-  }
+  // A row of buttons from x = 2400 to 11900 at the given height, 100 apart.
+  auto row = [&p](std::initializer_list<const char*> names, float y1, float y2) {
+    const float width = (11900 - 2400 - 100 * float(names.size() - 1)) / float(names.size());
+    float x = 2400;
+    for (const char* name : names) {
+      p.push_back({name, x, y1, x + width, y2, 8});
+      x += width + 100;
+    }
+  };
+  // Along the bottom, under the plots and right of the readout box: the
+  // page's own buttons, then the analyses that open pages of their own.
+  row({"cmdUp", "cmdDown", "cmdVSWR", "cmdTime", "cmdInductors", "cmdChosenParts", "cmdTolerance",
+       "cmdDesign", "cmdExit"},
+      8600, 8980);
   // The files: one row along the top edge. Nothing is drawn above y = 420
   // (the highest text is the "Chebyshev)" note of an unequally terminated
   // load at 440), whatever the width of the ladder.
-  const char* files[] = {"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis",
-                         "cmdSpice", "cmdNetlist",     "cmdTouchstone", "cmdCsv"};
-  x = 2400;
-  for (const char* name : files) {
-    p.push_back({name, x, 40, x + kWidth * 7 / 8 - 12.5f, 400, 8});
-    x += kWidth * 7 / 8 - 12.5f + 100;
-  }
+  row({"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis", "cmdSpice", "cmdNetlist",
+       "cmdTouchstone", "cmdCsv", "cmdPartsList"},
+      40, 400);
   return p;
 }
 
