@@ -4,7 +4,7 @@
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
-#include "export/writers.h"
+#include "export/formats.h"
 #include "pages/opening_page.h"
 
 #if DRENIK_WITH_QT
@@ -44,29 +44,17 @@ int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
 }
 
 int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std::ostream& err) {
-  DesignRecord& d = r.chosen;
-  using Writer = bool (*)(DesignRecord&, const std::string&, Platform&);
-  const std::pair<const std::string*, Writer> files[] = {
-      {&o.lct,
-       [](DesignRecord& d, const std::string& f, Platform& p) { return WritePallisFile(d, f, p); }},
-      {&o.asc, [](DesignRecord& d, const std::string& f,
-                  Platform& p) { return WriteLtspiceFile(d, f, p); }},
-      {&o.cir, [](DesignRecord& d, const std::string& f,
-                  Platform& p) { return WriteSpiceNetlist(d, f, p); }},
-      {&o.s2p,
-       [](DesignRecord& d, const std::string& f, Platform& p) { return WriteTouchstone(d, f, p); }},
-      {&o.csv,
-       [](DesignRecord& d, const std::string& f, Platform& p) { return WriteSweepCsv(d, f, p); }},
-  };
   int status = 0;
-  for (const auto& [file, writer] : files) {
-    if (file->empty()) continue;
-    platform.messages.clear();
-    if (writer(d, *file, platform)) continue;
-    status = 1;
-    err << "drenik: could not write " << *file;
-    for (const std::string& m : platform.messages) err << ": " << m;
-    err << "\n";
+  for (const ExportFormat& format : ExportFormats()) {
+    for (const auto& [option, file] : o.exports) {
+      if (option != format.option) continue;
+      platform.messages.clear();
+      if (format.write(r.chosen, file, platform)) continue;
+      status = 1;
+      err << "drenik: could not write " << file;
+      for (const std::string& m : platform.messages) err << ": " << m;
+      err << "\n";
+    }
   }
   return status;
 }

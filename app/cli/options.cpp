@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "export/formats.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -35,6 +36,13 @@ std::string Words(const Table& table, Word word, const char* separator) {
 std::string FamilyWords(const char* separator) {
   return Words(
       Families(), [](const FamilyInfo& f) { return f.cliWord; }, separator);
+}
+
+// Each export option as `before` OPTION `after`, joined by `separator`.
+std::string ExportWords(const char* before, const char* after, const char* separator) {
+  return Words(
+      ExportFormats(),
+      [&](const ExportFormat& f) { return std::string(before) + f.option + after; }, separator);
 }
 
 std::string TopologyWords(const char* separator) {
@@ -98,11 +106,11 @@ std::string UsageText() {
              "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
              "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
              " [--size WxH]\n"
-             "  drenik export [choices] [--values ...] [--lct FILE] [--asc FILE] [--cir FILE]"
-             " [--s2p FILE] [--csv FILE]\n"
-             "  drenik --help | --version\n"
-             "choices (first-start defaults when left out):\n"
-             "  --family ") +
+             "  drenik export [choices] [--values ...]") +
+         ExportWords(" [--", " FILE]", "") + "\n" +
+         "  drenik --help | --version\n"
+         "choices (first-start defaults when left out):\n"
+         "  --family " +
          FamilyWords("|") + "   (" + FindFamily(kDefaultFamily)->cliWord + ")\n" +
          "  --order 3..7                                         (5)\n"
          "  --topology " +
@@ -200,16 +208,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--size") {
       only(Command::Render, "render");
       ParseSize(value(), o);
-    } else if (name == "--lct") {
-      file(Command::Export, "export", o.lct);
-    } else if (name == "--asc") {
-      file(Command::Export, "export", o.asc);
-    } else if (name == "--cir") {
-      file(Command::Export, "export", o.cir);
-    } else if (name == "--s2p") {
-      file(Command::Export, "export", o.s2p);
-    } else if (name == "--csv") {
-      file(Command::Export, "export", o.csv);
+    } else if (name.starts_with("--") && FindExportFormat(name.substr(2))) {
+      std::string path;
+      file(Command::Export, "export", path);
+      o.exports.emplace_back(name.substr(2), path);
     } else {
       throw UsageError("unknown option '" + name + "'");
     }
@@ -217,9 +219,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   if (o.command == Command::Render && o.renderFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");
   }
-  if (o.command == Command::Export && o.lct.empty() && o.asc.empty() && o.cir.empty() &&
-      o.s2p.empty() && o.csv.empty()) {
-    throw UsageError("export: needs at least one of --lct, --asc, --cir, --s2p, --csv");
+  if (o.command == Command::Export && o.exports.empty()) {
+    throw UsageError("export: needs at least one of " + ExportWords("--", "", ", "));
   }
   return o;
 }

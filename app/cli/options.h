@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace drenik::cli {
@@ -37,7 +38,8 @@ struct CliOptions {
   std::string renderFile;  // .png, .svg or .pdf
   int widthPx = 1600;
   int heightPx = 1200;
-  std::string lct, asc, cir, s2p, csv;
+  // Export files in the order given: the format's option word and the path.
+  std::vector<std::pair<std::string, std::string>> exports;
 };
 
 // Throws UsageError.

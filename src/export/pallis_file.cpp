@@ -91,10 +91,4 @@ bool WritePallisFile(const DesignRecord& d, const std::string& path, Platform& p
   return written;
 }
 
-void SavePallisFromDialog(DesignRecord& d, Platform& platform) {
-  d.FileName =
-      platform.SaveFileDialog("Save Pallis file", "Pallis files (*.LCT)|*.LCT", d.FileName);
-  WritePallisFile(d, d.FileName, platform);
-}
-
 }  // namespace drenik

@@ -12,8 +12,4 @@ namespace drenik {
 
 inline constexpr const char* kPallisFailure = "We did not write an Pallis file.";
 
-// Asks for the file name ("Save Pallis file"), keeps it in FileName and
-// writes the file there. A cancelled dialog ends in the failure message.
-void SavePallisFromDialog(DesignRecord& d, Platform& platform);
-
 }  // namespace drenik

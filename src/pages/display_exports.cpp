@@ -1,8 +1,8 @@
-// The display page's export buttons: printing, the overlay files, the Pallis
-// file, the LTspice page, and the netlist, Touchstone and CSV files.
+// The display page's file buttons: printing, the overlay files and the export
+// formats.
 #include <filesystem>
 
-#include "export/writers.h"
+#include "export/formats.h"
 #include "pages/display_page.h"
 #include "plot/overlay.h"
 
@@ -18,46 +18,26 @@ std::string ProposedName(const std::string& fileName, const std::string& extensi
 
 }  // namespace
 
-void DisplayPage::SaveWithDialog(const std::string& title, const std::string& filter,
-                                 const std::string& extension,
-                                 bool (*writer)(const DesignRecord&, const std::string&,
-                                                Platform&)) {
+void DisplayPage::OnExport(const ExportFormat& format) {
   controls_.RunEvent([&] {
-    std::string name =
-        platform_.SaveFileDialog(title, filter, ProposedName(d_.FileName, extension));
-    if (name.empty()) return;
-    d_.FileName = name;
-    writer(d_, name, platform_);
-  });
-}
-
-void DisplayPage::OnWritePallis() {
-  controls_.RunEvent([this] {
-    std::string name =
-        platform_.SaveFileDialog("Save Pallis file", "Pallis files (*.LCT)|*.LCT", d_.FileName);
-    if (name.empty()) {
-      platform_.ShowMessage("We did not write an Pallis file.");
-      return;
+    switch (format.route) {
+      case SaveRoute::ExportPage:
+        host_.ShowSpicePage();
+        return;
+      case SaveRoute::DialogKeepingName:
+        d_.FileName = platform_.SaveFileDialog(format.dialogTitle, format.filter, d_.FileName);
+        format.write(d_, d_.FileName, platform_);
+        return;
+      case SaveRoute::Dialog: {
+        std::string name = platform_.SaveFileDialog(format.dialogTitle, format.filter,
+                                                    ProposedName(d_.FileName, format.extension));
+        if (name.empty()) return;
+        d_.FileName = name;
+        format.write(d_, name, platform_);
+        return;
+      }
     }
-    d_.FileName = name;
-    WritePallisFile(d_, name, platform_);
   });
-}
-
-void DisplayPage::OnExportNetlist() {
-  SaveWithDialog("Save SPICE netlist", "SPICE netlist (*.cir)|*.cir", ".cir", &WriteSpiceNetlist);
-}
-
-void DisplayPage::OnExportTouchstone() {
-  SaveWithDialog("Save Touchstone file", "Touchstone file (*.s2p)|*.s2p", ".s2p", &WriteTouchstone);
-}
-
-void DisplayPage::OnExportCsv() {
-  SaveWithDialog("Save sweep as CSV", "CSV file (*.csv)|*.csv", ".csv", &WriteSweepCsv);
-}
-
-void DisplayPage::OnSpice() {
-  controls_.RunEvent([this] { host_.ShowSpicePage(); });
 }
 
 void DisplayPage::OnPrint() {

@@ -2,6 +2,7 @@
 
 #include "analysis/sweep.h"
 #include "core/formatters.h"
+#include "export/formats.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
 #include "plot/legends.h"
@@ -32,11 +33,6 @@ void DisplayPage::Build() {
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
       {"cmdSaveOverlay", "Save overlay", &DisplayPage::OnSaveOverlay},
       {"cmdGetOverlay", "Get overlay", &DisplayPage::OnGetOverlay},
-      {"cmdWritePallis", "Pallis file", &DisplayPage::OnWritePallis},
-      {"cmdSpice", "LTspice", &DisplayPage::OnSpice},
-      {"cmdNetlist", "SPICE netlist", &DisplayPage::OnExportNetlist},
-      {"cmdTouchstone", "Touchstone", &DisplayPage::OnExportTouchstone},
-      {"cmdCsv", "CSV", &DisplayPage::OnExportCsv},
       {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
       {"cmdExit", "Exit", &DisplayPage::OnExit},
   };
@@ -44,6 +40,8 @@ void DisplayPage::Build() {
     auto action = b.action;
     controls_.AddButton(b.name, b.caption).SetHandler([this, action] { (this->*action)(); });
   }
+  for (const ExportFormat& f : ExportFormats())
+    controls_.AddButton(f.button, f.caption).SetHandler([this, &f] { OnExport(f); });
 }
 
 void DisplayPage::Event(void (DisplayPage::*action)()) {

@@ -15,7 +15,7 @@
 
 namespace drenik {
 
-// Curve colours of the legends (blue in the high byte).
+struct ExportFormat;
 
 // The data readout for a cursor position on the display page.
 struct DataReadout {
@@ -54,11 +54,8 @@ class DisplayPage {
   void OnPrint();
   void OnSaveOverlay();
   void OnGetOverlay();
-  void OnWritePallis();
-  void OnSpice();
-  void OnExportNetlist();
-  void OnExportTouchstone();
-  void OnExportCsv();
+  // Saves one of the export formats (export/formats.h) the way its row says.
+  void OnExport(const ExportFormat& format);
 
   // Called after each analysis with the value mode it used (1, 2, 3), while
   // the record and the page show that analysis.
@@ -84,11 +81,6 @@ class DisplayPage {
   void Inductors();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
   void PrintReadout(const DataReadout& readout);
-  // A save dialog proposing the last file's name with `extension`; a
-  // cancelled dialog writes nothing and says nothing.
-  void SaveWithDialog(const std::string& title, const std::string& filter,
-                      const std::string& extension,
-                      bool (*writer)(const DesignRecord&, const std::string&, Platform&));
 
   DesignRecord& d_;
   Platform& platform_;

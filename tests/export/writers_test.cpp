@@ -54,23 +54,18 @@ TEST(PallisFile, LinesDialogAndFailures) {
             " 1.25  0 | 2.5  0 |-.5  0 | 5  0 | 6.25  0 |" +
                 c + l + c + l + c + " 2  900000  2.25E+07  1000 | 60  0  1  1  .5  120  10  6 |N|");
 
-  // Via the dialog over the longer file: codes outside 1..8 keep G/H but get no element line.
-  d.Topology = "Linhighpass", d.CauerFlag = 1, d.CauerType = "B", d.FileName = "last.LCT";
+  // Over the longer file: codes outside 1..8 keep G/H but get no element line.
+  d.Topology = "Linhighpass", d.CauerFlag = 1, d.CauerType = "B";
   d.ElementType[2] = 0, d.ElementType[4] = 17;
-  platform.dialogAnswer = folder / "a.LCT";
-  SavePallisFromDialog(d, platform);
-  ASSERT_EQ(platform.dialogs.size(), 1u);
-  EXPECT_EQ(platform.dialogs[0].proposedName, "last.LCT");
-  const Lines shorter = CrLfLines(d.FileName);
+  ASSERT_TRUE(WritePallisFile(d, folder / "a.LCT", platform));
+  const Lines shorter = CrLfLines(folder / "a.LCT");
   ASSERT_EQ(shorter.size(), 31u);  // the old, longer file is replaced
   EXPECT_EQ(shorter[6], " 11  5  5 J 2 ");
   EXPECT_EQ(shorter[24] + "|", c);
   EXPECT_EQ(shorter[25], lines[27]);
   EXPECT_TRUE(platform.messages.empty());
 
-  platform.dialogAnswer = "";  // cancelled: the empty name is kept, no file
-  SavePallisFromDialog(d, platform);
-  EXPECT_EQ(d.FileName, "");
+  EXPECT_FALSE(WritePallisFile(d, "", platform));  // a cancelled dialog's empty name
   testing::WriteWhole(folder / "plain", "x");
   EXPECT_FALSE(WritePallisFile(d, folder / "plain/a.LCT", platform));
   std::filesystem::create_directory(folder / "dir.LCT");

@@ -8,6 +8,7 @@
 
 #include "app_fixture.h"
 #include "core/formatters.h"
+#include "export/formats.h"
 #include "pages/spice_page.h"
 #include "plot/overlay.h"
 #include "support/temp_folder.h"
@@ -112,9 +113,7 @@ TEST(Readout, InsideThePlotReadsSignedTextsWithUnits) {
 
 TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication) {
   DisplayPage& page = OpenDisplay();
-  for (auto hook : {&DisplayPage::OnWritePallis, &DisplayPage::OnExportNetlist,
-                    &DisplayPage::OnExportTouchstone, &DisplayPage::OnExportCsv})
-    (page.*hook)();
+  for (const char* format : {"lct", "cir", "s2p", "csv"}) page.OnExport(*FindExportFormat(format));
   ASSERT_EQ(platform.dialogs.size(), 4u);
   EXPECT_EQ(platform.dialogs[1].proposedName + platform.dialogs[2].proposedName +
                 platform.dialogs[3].proposedName,
@@ -124,10 +123,10 @@ TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication
   EXPECT_TRUE(D().FileName.empty() && std::filesystem::is_empty(folder_));
 
   platform.dialogAnswer = (folder_ / "a.LCT").string();
-  page.OnWritePallis();
+  page.OnExport(*FindExportFormat("lct"));
   EXPECT_EQ(D().FileName, platform.dialogAnswer);
   platform.dialogAnswer = (folder_ / "a.s2p").string();
-  page.OnExportTouchstone();
+  page.OnExport(*FindExportFormat("s2p"));
   EXPECT_EQ(platform.dialogs[5].proposedName, platform.dialogAnswer);
   EXPECT_GT(std::filesystem::file_size(platform.dialogAnswer), 0u);
   EXPECT_EQ(platform.messages.size(), 1u);
@@ -155,7 +154,7 @@ TEST_F(DisplayPageTest, ExportHooksAskForFilesDrawOverlaysAndReachTheApplication
 
   bool shown = false;
   App().SetSpiceObserver([&](SpicePage& spice) { shown = spice.Visible(); });
-  page.OnSpice();
+  page.OnExport(*FindExportFormat("asc"));
   EXPECT_TRUE(shown);
 
   page.OnPrint();  // no print service: a message
