@@ -113,7 +113,6 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
   // Codes 5 and 8 have blocks of their own; other codes are reported per stage and skipped.
   d.SchematicWidth = 1234.5f, d.Stages = 7, d.ElementType = {0, 1, 2, 3, 5, 6, 7, 8};
   ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
-  EXPECT_EQ(d.X, 224 + 144 + 96 + 144 + 256 + 176 + 208 + 352);
   const Lines wide = CrLfLines(folder / "b.ASC");
   EXPECT_EQ(wide[1], "SHEET 1  1234.5  600");
   for (const char* name : {"L4", "C4", "L7", "C7"})
@@ -122,7 +121,6 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
 
   d.Stages = 3, d.ElementType = {0, 0, 4, 17};
   ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
-  EXPECT_EQ(d.X, 224 + 112);
   EXPECT_TRUE(Has(CrLfLines(folder / "b.ASC"), "SYMATTR InstName C2"));
   ASSERT_EQ(platform.messages.size(), 2u);
   EXPECT_EQ(platform.messages[0].text,
