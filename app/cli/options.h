@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/parts_command.h"
+
 namespace drenik::cli {
 
 // Bad usage: the text is one line that names the option.
@@ -14,7 +16,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Help, Version };
+enum class Command { Design, Render, Export, Parts, Help, PartsHelp, Version };
 enum class Values { Exact, FiveC, FiveL };
 
 // The design page's choices; unset ones keep the first-start defaults.
@@ -38,6 +40,7 @@ struct CliOptions {
   int widthPx = 1600;
   int heightPx = 1200;
   std::string lct, asc, cir, s2p, csv;
+  PartsOptions parts;
 };
 
 // Throws UsageError.

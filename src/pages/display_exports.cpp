@@ -4,6 +4,7 @@
 
 #include "export/writers.h"
 #include "pages/display_page.h"
+#include "parts/parts_list.h"
 #include "plot/overlay.h"
 
 namespace drenik {
@@ -54,6 +55,17 @@ void DisplayPage::OnExportTouchstone() {
 
 void DisplayPage::OnExportCsv() {
   SaveWithDialog("Save sweep as CSV", "CSV file (*.csv)|*.csv", ".csv", &WriteSweepCsv);
+}
+
+void DisplayPage::OnPartsList() {
+  controls_.RunEvent([this] {
+    if (!chosen_) ChosenPartsStage();
+    std::string name = platform_.SaveFileDialog("Save parts list", "CSV file (*.csv)|*.csv",
+                                                ProposedName(d_.FileName, ".csv"));
+    if (name.empty()) return;
+    d_.FileName = name;
+    WritePartsList(*chosen_, name, platform_);
+  });
 }
 
 void DisplayPage::OnSpice() {

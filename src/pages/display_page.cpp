@@ -29,6 +29,7 @@ void DisplayPage::Build() {
       {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
+      {"cmdChosenParts", "Chosen parts", &DisplayPage::OnChosenParts},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
       {"cmdSaveOverlay", "Save overlay", &DisplayPage::OnSaveOverlay},
       {"cmdGetOverlay", "Get overlay", &DisplayPage::OnGetOverlay},
@@ -37,6 +38,7 @@ void DisplayPage::Build() {
       {"cmdNetlist", "SPICE netlist", &DisplayPage::OnExportNetlist},
       {"cmdTouchstone", "Touchstone", &DisplayPage::OnExportTouchstone},
       {"cmdCsv", "CSV", &DisplayPage::OnExportCsv},
+      {"cmdPartsList", "Parts list", &DisplayPage::OnPartsList},
       {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
       {"cmdExit", "Exit", &DisplayPage::OnExit},
   };
@@ -46,8 +48,12 @@ void DisplayPage::Build() {
   }
 }
 
+// Once shown, the chosen-parts stage ends every redraw (the load hides it).
 void DisplayPage::Event(void (DisplayPage::*action)()) {
-  controls_.RunEvent([this, action] { (this->*action)(); });
+  controls_.RunEvent([this, action] {
+    (this->*action)();
+    if (chosen_) ChosenPartsStage();
+  });
 }
 
 void DisplayPage::Load() {
@@ -77,6 +83,7 @@ void DisplayPage::OnExit() {
 
 void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
+  chosen_.reset();
   canvas_.Clear();
   DrawDisplayLegends(d_, canvas_);
   DrawBandwidthLabel(d_, canvas_);
