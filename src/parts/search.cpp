@@ -39,7 +39,7 @@ constexpr double kRankingSlack = 1.0;
 // A second capacitor at a position must gain this much return loss, dB.
 constexpr double kPairGain = 0.05;
 // Up to this many inductors every rounding up or down is tried.
-constexpr size_t kMaxRoundedInductors = 8;
+constexpr size_t kMaxRoundedInductors = 5;
 
 // The value as the record will keep it (a 32-bit float).
 double Stored(double v) {
@@ -88,7 +88,6 @@ class Searcher {
     return s.merit.primary >= in_.judge.ceiling - kCeilingTolerance;
   }
 
- private:
   Ladder LadderFor(const State& s) const {
     Ladder ladder = in_.exact;
     for (size_t k = 0; k < in_.caps.size(); ++k)
@@ -244,6 +243,7 @@ class Searcher {
                           [](const State& a, const State& b) { return b.merit.Beats(a.merit); });
   }
 
+ private:
   const SearchInput& in_;
 };
 
@@ -315,9 +315,13 @@ SearchResult SearchParts(const SearchInput& in) {
 
   // Polish the starts in turn, and stop once one is as good as the exact
   // design: the others could only come out the same or further from it.
+  // Rounding to a series only loses, so a start whose continuous inductors
+  // do no better than the best rounded set is not rounded.
   State best;
   for (State& s : starts) {
-    searcher.Fit(s, kFirstStep, kCoarseStep);
+    searcher.Polish(s, kFirstStep, kCoarseStep);
+    if (!best.cap.empty() && !s.merit.Beats(best.merit)) continue;
+    if (in.inductorSeries) searcher.Round(s, *in.inductorSeries);
     if (best.cap.empty() || s.merit.Beats(best.merit)) best = s;
     if (searcher.AtCeiling(best)) break;
   }
