@@ -14,7 +14,7 @@ namespace {
 
 // How much stopband attenuation the chosen set may give away, dB.
 constexpr double kStopbandSlack = 1.0;
-// Candidates are measured at every fourth sweep point of each band, at its
+// Candidates are measured at every eighth sweep point of each band, at its
 // ends, and at the two points either side of each turning point of the exact
 // and 5% C responses, where the worst values sit.
 constexpr int kStride = 8;
@@ -23,10 +23,6 @@ constexpr int kAround = 2;
 // did before the probe is filled in (at most twice).
 constexpr double kProbeTolerance = 0.02;
 constexpr int kRefinements = 2;
-
-double Stored(double v) {
-  return static_cast<float>(v);
-}
 
 // The sweep points of one band to measure at. `curve` is the response whose
 // maxima are the band's worst points (the reflection in the passband, the

@@ -41,11 +41,6 @@ constexpr double kPairGain = 0.05;
 // Up to this many inductors every rounding up or down is tried.
 constexpr size_t kMaxRoundedInductors = 5;
 
-// The value as the record will keep it (a 32-bit float).
-double Stored(double v) {
-  return static_cast<float>(v);
-}
-
 struct State {
   std::vector<int> cap;
   std::vector<double> L;

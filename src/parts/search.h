@@ -11,6 +11,12 @@
 
 namespace drenik {
 
+// A value as the record will keep it (a 32-bit float): candidates are
+// measured with exactly the values the display page will analyse.
+inline double Stored(double v) {
+  return static_cast<float>(v);
+}
+
 // One way to make a position's capacitance: one part or two in parallel.
 struct CapOption {
   double value = 0;           // F, the effective value as the record will keep it
