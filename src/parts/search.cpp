@@ -21,6 +21,7 @@ constexpr double kLastStep = 1e-4;
 constexpr double kCeilingTolerance = 0.01;
 // Every start is polished down to moves of 0.1%, the best one further.
 constexpr double kCoarseStep = 1e-3;
+// A polish gives up after this many steps (it rarely needs a dozen).
 constexpr int kMaxSteps = 40;
 // A refit after one capacitor changed starts from small moves.
 constexpr double kRefitStep = 0.002;
@@ -242,7 +243,7 @@ class Searcher {
   const SearchInput& in_;
 };
 
-// Where each capacitor's change is predicted to need each inductor.
+// ln(option / exact value) of every capacitor's options.
 std::vector<std::vector<double>> CapShifts(const SearchInput& in) {
   std::vector<std::vector<double>> shifts;
   for (const CapSlot& slot : in.caps) {
