@@ -73,6 +73,10 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     out << UsageText();
     return 0;
   }
+  if (o.command == Command::PartsHelp) {
+    out << PartsUsageText();
+    return 0;
+  }
   if (o.command == Command::Version) {
     out << kProgramVersion << "\n";
     return 0;
@@ -102,6 +106,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
       return Render(o, *result, err);
     case Command::Export:
       return Export(o, *result, platform, err);
+    case Command::Parts:
+      return WriteParts(o, *result, platform, out, err);
     default:
       return 0;
   }

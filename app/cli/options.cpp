@@ -126,10 +126,10 @@ std::string UsageText() {
 
 CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   CliOptions o;
-  if (args.empty()) throw UsageError("missing command (design, render or export)");
+  if (args.empty()) throw UsageError("missing command (design, render, export or parts)");
   for (const std::string& a : args) {
     if (a == "--help" || a == "-h") {
-      o.command = Command::Help;
+      o.command = args[0] == "parts" ? Command::PartsHelp : Command::Help;
       return o;
     }
     if (a == "--version") {
@@ -138,14 +138,16 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     }
   }
   const std::string& command = args[0];
-  if (command == "design") {
+  if (command == "parts") {
+    o.command = Command::Parts;
+  } else if (command == "design") {
     o.command = Command::Design;
   } else if (command == "render") {
     o.command = Command::Render;
   } else if (command == "export") {
     o.command = Command::Export;
   } else {
-    throw UsageError("unknown command '" + command + "' (design, render or export)");
+    throw UsageError("unknown command '" + command + "' (design, render, export or parts)");
   }
 
   for (size_t i = 1; i < args.size(); ++i) {
@@ -184,7 +186,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       ch.bandwidth = value();
     } else if (name == "--q") {
       ch.q = value();
+    } else if (ParsePartsOption(name, value, o.command == Command::Parts, o.parts)) {
     } else if (name == "--values") {
+      if (o.command == Command::Parts) throw UsageError(name + ": not for 'parts'");
       std::string v = value();
       if (v == "exact") {
         o.values = Values::Exact;
@@ -196,7 +200,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
       }
     } else if (name == "--json") {
-      only(Command::Design, "design");
+      if (o.command != Command::Parts) only(Command::Design, "design");
       o.json = true;
     } else if (name == "--png" || name == "--svg" || name == "--pdf") {
       only(Command::Render, "render");

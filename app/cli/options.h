@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "cli/parts_command.h"
+
 namespace drenik::cli {
 
 // Bad usage: the text is one line that names the option.
@@ -15,7 +17,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Help, Version };
+enum class Command { Design, Render, Export, Parts, Help, PartsHelp, Version };
 enum class Values { Exact, FiveC, FiveL };
 
 // The design page's choices; unset ones keep the first-start defaults.
@@ -40,6 +42,7 @@ struct CliOptions {
   int heightPx = 1200;
   // Export files in the order given: the format's option word and the path.
   std::vector<std::pair<std::string, std::string>> exports;
+  PartsOptions parts;
 };
 
 // Throws UsageError.

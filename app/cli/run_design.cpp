@@ -76,6 +76,12 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   if (!exactSeen) throw DesignFailure("The display page did not analyse the design.");
   if (options.values == Values::FiveL) app.Display().OnInductors();
   Fail(platform);
+  if (options.command == Command::Parts) {
+    app.Display().SetPartsRequest(options.parts.request);
+    app.Display().OnChosenParts();
+    Fail(platform);
+    result->parts = app.Display().ChosenParts();
+  }
   app.Display().SetAnalysisObserver(nullptr);
 
   result->chosen = options.values == Values::Exact ? result->exact : app.Record();

@@ -5,6 +5,7 @@
 // asked for.
 
 #include <memory>
+#include <optional>
 
 #include "cli/console_platform.h"
 #include "cli/options.h"
@@ -23,6 +24,8 @@ struct DesignResult {
   DesignRecord exact;    // after the display page's exact-value analysis
   DesignRecord chosen;   // at the stage of --values
   RecordingCanvas page;  // the display page at that stage
+  // For `parts`: the chosen-parts stage, which `chosen` and `page` then show.
+  std::optional<PartsChoice> parts;
 };
 
 // Throws UsageError for a choice the design page does not offer with the

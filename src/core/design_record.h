@@ -24,6 +24,10 @@ inline constexpr int kSweepSlots = 2001;
 // Grid frequency list of the response plot: indices 0..200.
 inline constexpr int kGridSlots = 201;
 
+// The display page's fourth value stage: stock parts chosen to keep the
+// response (ValueMode and the schematic's label row).
+inline constexpr int16_t kChosenPartsMode = 4;
+
 // Qind of 1e6 stands for an ideal inductor; Qcap of 1e7 for an ideal capacitor.
 inline constexpr float kInfiniteQind = 1e6f;
 inline constexpr float kInfiniteQcap = 1e7f;
@@ -97,7 +101,7 @@ struct DesignRecord {
   float StopbandEdge = 0;  // Hz
 
   // --- Display page ---
-  int16_t ValueMode = 0;      // 1 exact, 2 5% C values, 3 5% L values
+  int16_t ValueMode = 0;      // 1 exact, 2 5% C values, 3 5% L values, 4 chosen parts
   uint16_t InductorMode = 0;  // 0 exact/5% C curves, 1 5% L curve
   int16_t ShowVSWR = 0;
   int16_t ShowDelay = 0;

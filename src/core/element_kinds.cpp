@@ -7,23 +7,29 @@ namespace {
 
 // --- Schematic value texts (drawing units from the element's left edge) ---
 // Series values above the upper rail, shunt values under the ground rail
-// (1040 below), series capacitors just under the upper rail.
-constexpr LabelPlace kSeriesLLabel{{40, 40, 40}, {-330, -530, -730}, 1000};
+// (1040 below), series capacitors just under the upper rail. Row 4 (the
+// chosen parts) continues each column where there is room: above the top
+// row, under the lowest one, or between the rails.
+constexpr LabelPlace kSeriesLLabel{{40, 40, 40, 40}, {-330, -530, -730, -930}, 1000};
 // The shunt boxes end on the element's right edge: a third row reaches down
 // into the first resonance row of a neighbouring branch.
-constexpr LabelPlace kShuntLLabel{{-80, -80, -80}, {1080, 1280, 1480}, 720};
-constexpr LabelPlace kSeriesCLabel{{30, 30, 30}, {150, 350, 550}, 620};
-constexpr LabelPlace kShuntCLabel{{10, 10, 10}, {1100, 1300, 1480}, 620};
+constexpr LabelPlace kShuntLLabel{{-80, -80, -80, -80}, {1080, 1280, 1480, 1680}, 720};
+constexpr LabelPlace kSeriesCLabel{{30, 30, 30, 30}, {150, 350, 550, 750}, 620};
+constexpr LabelPlace kShuntCLabel{{10, 10, 10, 10}, {1100, 1300, 1480, 1680}, 620};
 // The trap's inductance stands right of its coil, within the element; under
 // the ground rail the resonance rows follow the second capacitance row, so
 // the third stands right of the plates (its box stops short of the rail).
-constexpr LabelPlace kTrapLLabel{{300, 300, 300}, {250, 450, 650}, 660};
-constexpr LabelPlace kTrapCLabel{{40, 40, 300}, {1100, 1300, 830}, 620};
+// A resonant branch has no room left between its rails or under them for a
+// fourth inductance and capacitance: those stand above the upper rail, where
+// its neighbours print nothing over it, the inductance level with a series
+// inductor's fourth row.
+constexpr LabelPlace kTrapLLabel{{300, 300, 300, 200}, {250, 450, 650, -930}, 660};
+constexpr LabelPlace kTrapCLabel{{40, 40, 300, 200}, {1100, 1300, 830, -730}, 620};
 // The tank's inductance under the capacitor path on the left, its
 // capacitance on the right.
-constexpr LabelPlace kTankLLabel{{-320, -320, -320}, {440, 640, 840}, 680};
-constexpr LabelPlace kTankCLabel{{370, 370, 370}, {400, 600, 800}, 620};
-constexpr LabelPlace kResonanceLabel{{10, 10, 10}, {1600, 1800, 2000}, 940};
+constexpr LabelPlace kTankLLabel{{-320, -320, -320, 200}, {440, 640, 840, -930}, 680};
+constexpr LabelPlace kTankCLabel{{370, 370, 370, 200}, {400, 600, 800, -730}, 620};
+constexpr LabelPlace kResonanceLabel{{10, 10, 10, 10}, {1600, 1800, 2000, 2200}, 940};
 
 // --- LTspice blocks (grid units; the ground rail is 256 below the rail) ---
 constexpr AscSymbol kSeriesLSym[] = {{'L', 16, 16, "R270"}};

@@ -36,11 +36,12 @@ enum class Joining : uint8_t {
 };
 
 // A value text beside a part in the schematic, relative to the element's
-// left edge and the upper rail (positive y is down), for label rows 1, 2, 3,
+// left edge and the upper rail (positive y is down), for label rows 1 to 4,
 // with the width of the white box cleared behind it (drawing units).
+inline constexpr int kLabelRows = 4;
 struct LabelPlace {
-  float dx[3];
-  float dy[3];
+  float dx[kLabelRows];
+  float dy[kLabelRows];
   float box;
 };
 

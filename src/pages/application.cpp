@@ -41,6 +41,10 @@ bool Application::PrintDisplayPage() {
   return true;
 }
 
+bool Application::AskPartsRequest(PartsRequest& request) {
+  return !partsRequestService_ || partsRequestService_(request);
+}
+
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {

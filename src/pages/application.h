@@ -76,6 +76,10 @@ class Application : public PageHost {
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
+  // The chosen-parts dialog; without it the display page keeps its choices.
+  void SetPartsRequestService(std::function<bool(PartsRequest&)> service) {
+    partsRequestService_ = std::move(service);
+  }
 
   // Called after each change of page, once the new page has loaded.
   void SetPageObserver(std::function<void(PageId)> observer) {
@@ -89,6 +93,7 @@ class Application : public PageHost {
   const std::string& UserGuideUrl() const override { return options_.userGuideUrl; }
   void ShowSpicePage() override;
   bool PrintDisplayPage() override;
+  bool AskPartsRequest(PartsRequest& request) override;
 
  private:
   void Enter(PageId page);
@@ -107,6 +112,7 @@ class Application : public PageHost {
   std::function<void(PageId)> pageObserver_;
   std::function<void(SpicePage&)> spiceObserver_;
   std::function<void()> printService_;
+  std::function<bool(PartsRequest&)> partsRequestService_;
 };
 
 }  // namespace drenik

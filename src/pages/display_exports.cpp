@@ -4,6 +4,7 @@
 
 #include "export/formats.h"
 #include "pages/display_page.h"
+#include "parts/parts_list.h"
 #include "plot/overlay.h"
 
 namespace drenik {
@@ -37,6 +38,17 @@ void DisplayPage::OnExport(const ExportFormat& format) {
         return;
       }
     }
+  });
+}
+
+void DisplayPage::OnPartsList() {
+  controls_.RunEvent([this] {
+    if (!chosen_) ChosenPartsStage();
+    std::string name = platform_.SaveFileDialog("Save parts list", "CSV file (*.csv)|*.csv",
+                                                ProposedName(d_.FileName, ".csv"));
+    if (name.empty()) return;
+    d_.FileName = name;
+    WritePartsList(*chosen_, name, platform_);
   });
 }
 

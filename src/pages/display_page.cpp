@@ -30,9 +30,11 @@ void DisplayPage::Build() {
       {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
+      {"cmdChosenParts", "Chosen parts", &DisplayPage::OnChosenParts},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
       {"cmdSaveOverlay", "Save overlay", &DisplayPage::OnSaveOverlay},
       {"cmdGetOverlay", "Get overlay", &DisplayPage::OnGetOverlay},
+      {"cmdPartsList", "Parts list", &DisplayPage::OnPartsList},
       {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
       {"cmdExit", "Exit", &DisplayPage::OnExit},
   };
@@ -44,8 +46,12 @@ void DisplayPage::Build() {
     controls_.AddButton(f.button, f.caption).SetHandler([this, &f] { OnExport(f); });
 }
 
+// Once shown, the chosen-parts stage ends every redraw (the load hides it).
 void DisplayPage::Event(void (DisplayPage::*action)()) {
-  controls_.RunEvent([this, action] { (this->*action)(); });
+  controls_.RunEvent([this, action] {
+    (this->*action)();
+    if (chosen_) ChosenPartsStage();
+  });
 }
 
 void DisplayPage::Load() {
@@ -75,6 +81,7 @@ void DisplayPage::OnExit() {
 
 void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
+  chosen_.reset();
   canvas_.Clear();
   DrawDisplayLegends(d_, canvas_);
   DrawBandwidthLabel(d_, canvas_);

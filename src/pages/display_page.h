@@ -5,12 +5,14 @@
 // to the exports, the design page and the exit.
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/design_record.h"
 #include "core/platform.h"
 #include "pages/controls.h"
 #include "pages/page_host.h"
+#include "parts/chooser.h"
 #include "plot/canvas.h"
 
 namespace drenik {
@@ -48,6 +50,10 @@ class DisplayPage {
   void OnChangeDesign();
   void OnExit();
   void OnMouseMove(float x, float y);
+  // "Chosen parts": asks the host for the series and pairs, then draws the
+  // stage of stock parts chosen to keep the response over the page; from
+  // then on every redraw ends with it, until the page loads again.
+  void OnChosenParts();
 
   // Exports. Print and LTspice go through the host: without a window the
   // print button shows a message and the LTspice page is not shown.
@@ -56,8 +62,16 @@ class DisplayPage {
   void OnGetOverlay();
   // Saves one of the export formats (export/formats.h) the way its row says.
   void OnExport(const ExportFormat& format);
+  // "Parts list": the chosen parts as a CSV file (the stage is drawn first
+  // when it is not shown yet).
+  void OnPartsList();
 
-  // Called after each analysis with the value mode it used (1, 2, 3), while
+  const PartsRequest& GetPartsRequest() const { return partsRequest_; }
+  void SetPartsRequest(const PartsRequest& request) { partsRequest_ = request; }
+  // The parts of the chosen-parts stage while it is shown.
+  const std::optional<PartsChoice>& ChosenParts() const { return chosen_; }
+
+  // Called after each analysis with the value mode it used (1 to 4), while
   // the record and the page show that analysis.
   void SetAnalysisObserver(std::function<void(int mode)> observer) {
     analysisObserver_ = std::move(observer);
@@ -79,6 +93,7 @@ class DisplayPage {
   void Vswr();
   void Time();
   void Inductors();
+  void ChosenPartsStage();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
   void PrintReadout(const DataReadout& readout);
 
@@ -89,6 +104,8 @@ class DisplayPage {
   ControlSet controls_;
   std::string caption_;
   std::function<void(int)> analysisObserver_;
+  PartsRequest partsRequest_;
+  std::optional<PartsChoice> chosen_;
 };
 
 }  // namespace drenik

@@ -1,11 +1,13 @@
 #pragma once
 // What a page asks of the application that holds it: going to another page,
-// ending the program, the address of the user guide, and the two services
-// only a window has (the LTspice page, printing).
+// ending the program, the address of the user guide, and the services only
+// a window has (the LTspice page, printing, the chosen-parts dialog).
 
 #include <string>
 
 namespace drenik {
+
+struct PartsRequest;
 
 class PageHost {
  public:
@@ -20,6 +22,9 @@ class PageHost {
   virtual void ShowSpicePage() {}
   // Prints the display page; false when the host cannot print.
   virtual bool PrintDisplayPage() { return false; }
+  // Lets the user change the series and pairs of the chosen-parts stage;
+  // false when cancelled. A host without a window keeps them as they are.
+  virtual bool AskPartsRequest(PartsRequest&) { return true; }
 };
 
 }  // namespace drenik

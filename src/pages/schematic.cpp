@@ -6,6 +6,7 @@
 
 #include "core/element_kinds.h"
 #include "core/formatters.h"
+#include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
 
 namespace drenik {
@@ -21,11 +22,11 @@ constexpr float kLabelHeight = 200;
 constexpr float kValueFontSize = 6.5f;
 constexpr int32_t kLoadMismatchColor = 0x111199;
 
-// Value texts: colour and offset from the upper rail by label row 1, 2, 3.
-constexpr int32_t kRowColor[3] = {kBlack, kBlue, kRed};
+// Value texts: colour by label row 1 to 4.
+constexpr int32_t kRowColor[kLabelRows] = {kBlack, kBlue, kRed, kChosenTransmissionColor};
 
 int LabelRow(const DesignRecord& d) {
-  return std::clamp<int>(d.ValueMode, 1, 3) - 1;
+  return std::clamp<int>(d.ValueMode, 1, kLabelRows) - 1;
 }
 
 float Pi(const DesignRecord& d) {
@@ -327,11 +328,12 @@ void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
 
 // The display page draws the ladder where the design page does: centred on
 // X = 5000 with the upper rail at Y = 1400. Its texts then reach from 440
-// (the load note) down to about 3590 (third-row resonance under the ground
-// rail), clear of the bandwidth label at x >= 9000 (a 7-element ladder ends
-// at 9050, its last values and the resistor well left of 9000 below y = 2700)
-// and of the scale labels from y = 3900. Each value mode prints its own row,
-// so the three modes' values stand under each other.
+// (the load note; a series inductor's fourth row starts at 470) down to about
+// 3760 (fourth-row resonance under the ground rail), clear of the bandwidth
+// label at x >= 9000 (a 7-element ladder ends at 9050, its last values and
+// the resistor well left of 9000 below y = 2700) and of the scale labels from
+// y = 3900. Each value mode prints its own row, so the modes' values stand
+// under each other.
 void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
   float w = ComputeSchematicWidth(d);
   d.X = 5000 - w / 2;

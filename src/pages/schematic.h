@@ -2,7 +2,7 @@
 // The ladder schematic: source, elements with their value texts and the load,
 // drawn on a canvas in page units. X runs left to right, Y is the upper rail
 // and the ground rail lies 1040 below it. Every symbol routine advances d.X
-// past what it drew. The label row (d.ValueMode: 1, 2, 3) chooses colour and
+// past what it drew. The label row (d.ValueMode: 1 to 4) chooses colour and
 // height of the value texts.
 
 #include "core/design_record.h"

@@ -10,7 +10,12 @@
 
 namespace drenik {
 
-// Curve colours of a value mode (1, 2, 3; others count as 1).
+// The chosen-parts stage's colours: green, the fourth after black, blue and
+// red.
+inline constexpr int32_t kChosenTransmissionColor = 0x009000;
+inline constexpr int32_t kChosenReflectionColor = 0x70C870;
+
+// Curve colours of a value mode (1, 2, 3, 4; others count as 1).
 int32_t TransmissionColor(int valueMode);
 int32_t ReflectionColor(int valueMode);
 

@@ -1,6 +1,7 @@
 #include "plot/legends.h"
 
 #include "core/formatters.h"
+#include "plot/frequency_axis.h"
 
 namespace drenik {
 
@@ -35,6 +36,13 @@ void DrawInductorLegends(DesignRecord&, Canvas& canvas) {
   canvas.SetFont("Arial", 8, false);
   PrintAt(canvas, 800, 4500, kLegendTransmissionColor[2], "5% L values");
   PrintAt(canvas, 800, 5600, kLegendReflectionColor[2], "5% L values");
+  canvas.SetForeColor(kBlack);
+}
+
+void DrawChosenPartsLegends(Canvas& canvas) {
+  canvas.SetFont("Arial", 8, false);
+  PrintAt(canvas, 800, 4700, TransmissionColor(kChosenPartsMode), "Chosen parts");
+  PrintAt(canvas, 800, 5800, ReflectionColor(kChosenPartsMode), "Chosen parts");
   canvas.SetForeColor(kBlack);
 }
 

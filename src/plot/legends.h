@@ -21,6 +21,11 @@ void DrawDisplayLegends(DesignRecord& d, Canvas& canvas);
 // (800, 5600) in light red (8947967); ends with colour black.
 void DrawInductorLegends(DesignRecord& d, Canvas& canvas);
 
+// The two "Chosen parts" lines under the three value modes: at (800, 4700)
+// and (800, 5800) in the stage's transmission and reflection colours; ends
+// with colour black.
+void DrawChosenPartsLegends(Canvas& canvas);
+
 // Erases (9000, 2700)..(eraseRight, 3300) in white and prints "Bandwidth: "
 // followed by FormatFrequency(Width) at (9000, 2700) in black. The page
 // passes 11700 after Down 1% and 11770 after Up 1%; the load may pass either.

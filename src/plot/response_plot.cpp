@@ -78,6 +78,8 @@ int32_t TransmissionColor(int valueMode) {
       return 16711680;
     case 3:
       return 255;
+    case kChosenPartsMode:
+      return kChosenTransmissionColor;
     default:
       return 0;
   }
@@ -89,6 +91,8 @@ int32_t ReflectionColor(int valueMode) {
       return 16746632;
     case 3:
       return 10066431;
+    case kChosenPartsMode:
+      return kChosenReflectionColor;
     default:
       return 8947848;
   }

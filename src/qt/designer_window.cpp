@@ -1,6 +1,7 @@
 #include "qt/designer_window.h"
 
 #include "pages/design_page.h"
+#include "qt/parts_dialog.h"
 #include "qt/print_page.h"
 #include "qt/spice_dialog.h"
 #include "synthesis/families.h"
@@ -137,12 +138,13 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
       [&app](float x, float y) { app.Display().OnMouseMove(x, y); });
   setMinimumSize(400, 300);
 
-  // The display page's Print and LTspice buttons need the desktop: the print
-  // dialog and the export page open over this window.
+  // The display page's Print, LTspice and Chosen parts buttons need the
+  // desktop: their dialogs open over this window.
   app.SetPrintService([this] {
     PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
+  app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());
 }

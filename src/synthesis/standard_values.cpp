@@ -2,17 +2,31 @@
 
 #include "synthesis/standard_values.h"
 
+#include <array>
 #include <cmath>
 #include <string>
+
+#include "synthesis/e_series.h"
 
 namespace drenik {
 namespace {
 
-// E24 multipliers of the decade 0.1..1. Entry 0 is the last value of the
-// decade below, so a value just above a decade boundary has a lower neighbour.
-constexpr float kStandardSeries[25] = {
-    0.091f, 0.10f, 0.11f, 0.12f, 0.13f, 0.15f, 0.16f, 0.18f, 0.20f, 0.22f, 0.24f, 0.27f, 0.30f,
-    0.33f,  0.36f, 0.39f, 0.43f, 0.47f, 0.51f, 0.56f, 0.62f, 0.68f, 0.75f, 0.82f, 0.91f};
+// E24 multipliers of the decade 0.1..1, as single-precision floats. Entry 0
+// is the last value of the decade below, so a value just above a decade
+// boundary has a lower neighbour. A figure divided by 100 in float is the
+// float nearest that decimal fraction, as the literal 0.15f is; the check
+// below proves every entry the same float as the table always held.
+constexpr std::array<float, 25> kStandardSeries = [] {
+  std::array<float, 25> series{};
+  series[0] = static_cast<float>(kE24Figures.back()) / 1000.0f;
+  for (size_t i = 0; i < kE24Figures.size(); ++i)
+    series[i + 1] = static_cast<float>(kE24Figures[i]) / 100.0f;
+  return series;
+}();
+static_assert(kStandardSeries ==
+              std::array<float, 25>{0.091f, 0.10f, 0.11f, 0.12f, 0.13f, 0.15f, 0.16f, 0.18f, 0.20f,
+                                    0.22f,  0.24f, 0.27f, 0.30f, 0.33f, 0.36f, 0.39f, 0.43f, 0.47f,
+                                    0.51f,  0.56f, 0.62f, 0.68f, 0.75f, 0.82f, 0.91f});
 
 std::string StagesFault(const DesignRecord& d) {
   if (d.Stages > kMaxPositions)

@@ -59,7 +59,12 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
       {"render", "render"},
       {"export --family butterworth --ripple 0.2 --csv " + (folder / "a.csv"), "--ripple"},
       {"design --stopband 50", "--stopband"},
-      {"design --family zelmar --order 3", "--order"}};
+      {"design --family zelmar --order 3", "--order"},
+      {"parts --cseries E7", "--cseries"},
+      {"parts --lseries 5%", "--lseries"},
+      {"parts --values 5l", "--values"},
+      {"design --pairs", "--pairs"},
+      {"parts --bom", "--bom"}};
   for (const auto& [line, option] : cases) {
     CliRun r = RunLine(line);
     SCOPED_TRACE(r.err);
@@ -244,6 +249,54 @@ TEST(Cli, CauerDesignsInEveryTopology) {
       EXPECT_TRUE(l >= 0 && c >= 0 && l + c > 0) << k;
     }
   }
+}
+
+// The chosen-parts stage of the 7th-order 0.2 dB Chebyshev, whose 5% C stage
+// loses half its return loss: effective values, parts, sweep and figures
+// agree with each other, and the parts list names every part.
+TEST(Cli, PartsJsonTableAndPartsList) {
+  TempFolder folder;
+  const std::string bom = folder / "parts.csv";
+  CliRun r = RunLine("parts --order 7 --ripple 0.2 --pairs --json --bom " + bom);
+  ASSERT_EQ(r.status, 0) << r.err;
+  const Json j = ParseJson(r.out);
+  ASSERT_EQ(j["L"].items.size(), size_t{kComponentSlots});
+  ASSERT_EQ(j["parts"].items.size(), 7u);
+  size_t parts = 0;
+  for (const Json& p : j["parts"].items) {
+    const long k = p["position"].AsInt();
+    double c = 0;
+    for (const Json& part : p["C"].items) c += part.AsDouble();
+    EXPECT_NEAR(c, j["C"].items.at(k).AsDouble(), c * 1e-6) << k;
+    ASSERT_EQ(p["L"].items.size(), j["L"].items.at(k).AsDouble() > 0 ? 1u : 0u) << k;
+    for (const Json& l : p["L"].items) EXPECT_EQ(l.AsFloat(), j["L"].items.at(k).AsFloat());
+    parts += p["C"].items.size() + p["L"].items.size();
+  }
+  const Json& f = j["figures"];
+  const double chosen = f["chosen"]["returnLoss"].AsDouble();
+  EXPECT_LT(f["standard"]["returnLoss"].AsDouble(), 7);
+  EXPECT_GT(chosen, f["exact"]["returnLoss"].AsDouble() - 1);
+  // The sweep is the chosen set's: its worst passband reflection is the figure.
+  ASSERT_EQ(j["Freq"].items.size(), 1001u);
+  double worst = 1e9;
+  for (size_t i = 0; i <= 500; ++i) worst = std::min(worst, -j["Reflection"].items[i].AsDouble());
+  EXPECT_NEAR(worst, chosen, 1e-6);
+  EXPECT_EQ(j["keptStandard"].text, "false");
+
+  std::istringstream list(ReadWhole(bom));
+  std::string line;
+  size_t listed = 0;
+  for (std::getline(list, line); std::getline(list, line);)
+    listed += std::stoul(line.substr(line.rfind(',') + 1));
+  EXPECT_EQ(listed, parts);
+
+  r = RunLine("parts --family cauer --cseries E96 --lseries E12");
+  EXPECT_TRUE(r.status == 0 && r.out.find("capacitors E96, inductors E12") != std::string::npos);
+  for (const char* row : {"Exact values", "5% C values", "Chosen parts"})
+    EXPECT_NE(r.out.find(row), std::string::npos) << row;
+  r = RunLine("parts --bom " + folder / "missing/parts.csv");
+  EXPECT_TRUE(r.status == 1 && r.err.find("missing/parts.csv") != std::string::npos);
+  EXPECT_NE(RunLine("parts --help").out.find("--cseries E6|E12|E24|E48|E96"), std::string::npos);
 }
 
 }  // namespace

@@ -6,12 +6,16 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "analysis/sweep.h"
 #include "app_fixture.h"
 #include "core/formatters.h"
 #include "export/formats.h"
 #include "pages/spice_page.h"
+#include "parts/parts_list.h"
+#include "plot/frequency_axis.h"
 #include "plot/overlay.h"
 #include "support/temp_folder.h"
+#include "synthesis/denormalize.h"
 
 namespace drenik::testing {
 namespace {
@@ -193,6 +197,57 @@ TEST(SpicePage, TextsProposedNamesAndDrawing) {
   EXPECT_EQ(platform.messages.size(), 1u);
   page.cmdExit_Click();
   EXPECT_FALSE(page.Visible());
+  EXPECT_EQ(platform.dialogs.size(), 2u);
+}
+
+// The chosen-parts stage: the host's choices, drawn after every redraw until
+// the page loads again, the record and the readout holding its own analysis,
+// and its parts list saved through the file dialog.
+TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheirList) {
+  DisplayPage& page = OpenDisplay();
+  int asked = 0;
+  App().SetPartsRequestService([&](PartsRequest& r) {
+    r = {ESeries::E12, std::nullopt, true};
+    return ++asked > 1;  // the first dialog is cancelled
+  });
+  modes.clear();
+  page.OnChosenParts();
+  EXPECT_TRUE(modes.empty() && !page.ChosenParts());
+  page.OnChosenParts();
+  EXPECT_EQ(modes, std::vector<int>{4});
+  ASSERT_TRUE(page.ChosenParts());
+  EXPECT_TRUE(page.GetPartsRequest().pairs &&
+              page.ChosenParts()->request.capacitors == ESeries::E12);
+  EXPECT_TRUE(Shows("Chosen parts", 800, 4700) && Shows("Chosen parts", 800, 5800));
+  const PositionParts& first = page.ChosenParts()->positions[0];
+  EXPECT_TRUE(std::ranges::any_of(Page().Ops(), [&](const DrawOp& op) {
+    return op.text == FormatCapacitance(first.C) && op.color == kChosenTransmissionColor;
+  }));
+  DesignRecord analysed = D();
+  ASSERT_TRUE(AnalyzeSweep(analysed).Ok());
+  EXPECT_TRUE(D().C[1] == first.C && D().ValueMode == kChosenPartsMode);
+  EXPECT_TRUE(analysed.Transmission == D().Transmission && analysed.Reflection == D().Reflection);
+
+  // A redraw ends with the stage again, for the new width, without asking.
+  modes.clear();
+  page.OnUp();
+  EXPECT_EQ(modes, (std::vector<int>{1, 2, 3, 4}));
+  EXPECT_EQ(asked, 2);
+  DesignRecord exact = D();
+  ASSERT_TRUE(Denormalize(exact).Ok());
+  EXPECT_EQ(page.ChosenParts()->positions[0].exactC, exact.C[1]);
+
+  platform.dialogAnswer = (folder_ / "parts.csv").string();
+  page.OnPartsList();
+  EXPECT_EQ(platform.dialogs.back().title, "Save parts list");
+  EXPECT_TRUE(ReadWhole(platform.dialogAnswer).starts_with(kPartsListHeader));
+
+  // A new load hides the stage; the parts list then draws it first.
+  modes.clear();
+  page.Load();
+  EXPECT_TRUE(!page.ChosenParts() && modes == (std::vector<int>{1, 2}));
+  page.OnPartsList();
+  EXPECT_EQ(modes.back(), kChosenPartsMode);
   EXPECT_EQ(platform.dialogs.size(), 2u);
 }
 

@@ -41,7 +41,8 @@ void ExpectClear(const RecordingCanvas& page, const std::string& name, QRectF bu
   }
 }
 
-// Every family, topology and order, 5% C and 5% L (an even Chebyshev has a note).
+// Every family, topology and order, 5% C and 5% L, each with the chosen
+// parts over them (an even Chebyshev has a note).
 TEST(DisplayLayout, NothingCollidesForAnyDesign) {
   PrepareQtDrawing();
   for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"})
@@ -54,7 +55,7 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
           d.Rload = family == kChebyshev && order % 2 == 0 ? 25 : 50;
           d.ShowVSWR = d.ShowDelay = 1;
           RecordingCanvas page;
-          if (!DrawDisplayPageLoad(d, page, inductors)) continue;  // never offered
+          if (!DrawDisplayPageLoad(d, page, inductors, true)) continue;  // never offered
           for (const ControlPlace& p : DisplayPlaces())
             ExpectClear(page, p.name, QRectF(QPointF(p.x1, p.y1), QPointF(p.x2, p.y2)));
 
@@ -93,7 +94,9 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   save("design-zelmar.png");
   ControlPageView& display = window->DisplayView();
   Click(Button(window->DesignView(), "cmdDesign"));
-  for (const char* button : {"cmdVSWR", "cmdTime", "cmdInductors"}) Click(Button(display, button));
+  app->SetPartsRequestService([](PartsRequest&) { return true; });  // no dialog
+  for (const char* button : {"cmdVSWR", "cmdTime", "cmdInductors", "cmdChosenParts"})
+    Click(Button(display, button));
   MoveMouse(5200, 6100);
   save("display.png");
 

@@ -4,8 +4,13 @@
 #include <sstream>
 #include <vector>
 
+#include <QCheckBox>
+#include <QComboBox>
+#include <QTimer>
 #include "core/formatters.h"
+
 #include "fixture.h"
+#include "qt/parts_dialog.h"
 #include "qt/spice_dialog.h"
 
 namespace drenik::testing {
@@ -134,6 +139,34 @@ TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDial
   Click(dialog.CancelButton());
   EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(platform->dialogs.size(), 1u);
+}
+
+// "Chosen parts" opens its dialog over the window: OK takes the series and
+// pairs and draws the stage, Cancel changes nothing.
+TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  auto answer = [](bool ok) {
+    QTimer::singleShot(0, [ok] {
+      auto* dialog = qobject_cast<PartsDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_EQ(dialog->Request().capacitors, ESeries::E24);
+      EXPECT_FALSE(dialog->Request().inductors || dialog->Request().pairs);
+      dialog->Capacitors()->setCurrentIndex(4);
+      dialog->Inductors()->setCurrentIndex(2);
+      dialog->Pairs()->setChecked(true);
+      ok ? dialog->accept() : dialog->reject();
+    });
+  };
+  answer(false);
+  Click(Button(window->DisplayView(), "cmdChosenParts"));
+  EXPECT_TRUE(!app->Display().ChosenParts() && D().ValueMode == 2);
+  answer(true);
+  Click(Button(window->DisplayView(), "cmdChosenParts"));
+  ASSERT_TRUE(app->Display().ChosenParts());
+  const PartsRequest& r = app->Display().ChosenParts()->request;
+  EXPECT_TRUE(r.capacitors == ESeries::E96 && r.inductors == ESeries::E12 && r.pairs);
+  EXPECT_EQ(D().ValueMode, kChosenPartsMode);
 }
 
 }  // namespace

@@ -1,0 +1,36 @@
+// The display page's chosen-parts stage: stock parts in the series the user
+// picked, chosen from the exact design to keep its response, analysed and
+// drawn over the other stages in the fourth colour and label row.
+
+#include "pages/display_page.h"
+#include "pages/report_acts.h"
+#include "pages/schematic.h"
+#include "plot/legends.h"
+#include "synthesis/denormalize.h"
+
+namespace drenik {
+
+void DisplayPage::OnChosenParts() {
+  controls_.RunEvent([this] {
+    PartsRequest request = partsRequest_;
+    if (!host_.AskPartsRequest(request)) return;
+    partsRequest_ = request;
+    ChosenPartsStage();
+  });
+}
+
+// The record holds the values of the last stage drawn: the chooser starts
+// from the exact values, denormalized afresh beside it.
+void DisplayPage::ChosenPartsStage() {
+  DesignRecord exact = d_;
+  Act(Denormalize(exact), platform_);
+  PartsChoice choice;
+  Act(ChooseParts(exact, partsRequest_, choice), platform_);
+  ApplyParts(choice, d_);
+  chosen_ = std::move(choice);
+  AnalyzeAndDraw(kChosenPartsMode);
+  DrawChosenPartsLegends(canvas_);
+  DrawSidePlots();
+}
+
+}  // namespace drenik

@@ -1,0 +1,201 @@
+#include "parts/chooser.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "analysis/sweep.h"
+#include "parts/search.h"
+#include "parts/series_values.h"
+#include "synthesis/standard_values.h"
+
+namespace drenik {
+namespace {
+
+// How much stopband attenuation the chosen set may give away, dB.
+constexpr double kStopbandSlack = 1.0;
+// Candidates are measured at every eighth sweep point of each band, at its
+// ends, and at the two points either side of each turning point of the exact
+// and 5% C responses, where the worst values sit.
+constexpr int kStride = 8;
+constexpr int kAround = 2;
+// How much worse, dB, the whole sweep may find the chosen set than the probe
+// did before the probe is filled in (at most twice).
+constexpr double kProbeTolerance = 0.02;
+constexpr int kRefinements = 2;
+
+// The sweep points of one band to measure at. `curve` is the response whose
+// maxima are the band's worst points (the reflection in the passband, the
+// transmission in the stopband); the exact design's maxima, with the band's
+// ends, go to `peaks` when asked for.
+std::vector<float> BandProbe(std::initializer_list<const DesignRecord*> responses,
+                             const SweepArray DesignRecord::*curve,
+                             bool (*inBand)(const Bands&, double), const Bands& bands,
+                             std::vector<float>* peaks = nullptr) {
+  const DesignRecord& exact = **responses.begin();
+  const int n = std::clamp<int>(exact.NrIntervals, -1, kSweepSlots - 1);
+  std::vector<int> band;
+  for (int i = 0; i <= n; ++i)
+    if (inBand(bands, exact.Freq[i])) band.push_back(i);
+  if (band.empty()) return {};
+  const int size = static_cast<int>(band.size());
+  std::vector<bool> marked(band.size());
+  for (int k = 0; k < size; k += kStride) marked[k] = true;
+  marked.front() = marked.back() = true;
+  for (const DesignRecord* d : responses) {
+    const SweepArray& v = d->*curve;
+    for (int k = 1; k + 1 < size; ++k) {
+      if (v[band[k]] < v[band[k - 1]] || v[band[k]] < v[band[k + 1]]) continue;
+      for (int a = std::max(0, k - kAround); a <= std::min(size - 1, k + kAround); ++a)
+        marked[a] = true;
+      if (peaks && d == &exact) peaks->push_back(exact.Freq[band[k]]);
+    }
+  }
+  if (peaks) {
+    peaks->push_back(exact.Freq[band.front()]);
+    peaks->push_back(exact.Freq[band.back()]);
+  }
+  std::vector<float> points;
+  for (int k = 0; k < size; ++k)
+    if (marked[k]) points.push_back(exact.Freq[band[k]]);
+  return points;
+}
+
+// The nearest single part first, then the other neighbour, then the pairs
+// that come nearer the exact value than the nearest single part.
+CapSlot CapacitorSlot(int position, double exact, const PartsRequest& request) {
+  const ESeries series = request.capacitors;
+  CapSlot slot{position, exact, {}};
+  const Bracket b = SeriesBracket(series, exact);
+  const double nearest = NearestInSeries(series, exact);
+  for (double v : {nearest, nearest == b.lower ? b.upper : b.lower})
+    slot.options.push_back({Stored(v), {v}});
+  if (request.pairs) {
+    const double singleError = std::fabs(std::log(nearest / exact));
+    for (const PartPair& p : PairsAround(series, exact))
+      if (std::fabs(std::log(p.Sum() / exact)) < singleError)
+        slot.options.push_back({Stored(p.Sum()), {p.larger, p.smaller}});
+  }
+  return slot;
+}
+
+std::vector<PositionParts> ExactPositions(const DesignRecord& d) {
+  std::vector<PositionParts> positions;
+  for (int j = 1; j <= d.Stages; ++j) {
+    PositionParts p;
+    p.position = j;
+    p.kind = KindOf(d.ElementType[j]);
+    p.exactL = p.L = d.L[j];
+    p.exactC = p.C = d.C[j];
+    positions.push_back(p);
+  }
+  return positions;
+}
+
+// The 5% C stage as a choice: E24 capacitors, inductors retuned.
+std::vector<PositionParts> StandardPositions(const DesignRecord& exact,
+                                             const DesignRecord& standard) {
+  std::vector<PositionParts> positions = ExactPositions(exact);
+  for (PositionParts& p : positions) {
+    p.L = standard.L[p.position];
+    p.C = standard.C[p.position];
+    if (p.C > 0) p.capacitors = {NearestInSeries(ESeries::E24, p.C)};
+    if (p.L > 0 && p.exactL > 0) p.inductor = p.L;
+  }
+  return positions;
+}
+
+// The search's result as parts per position.
+void TakeResult(const SearchInput& in, const SearchResult& result, PartsChoice& choice) {
+  for (size_t k = 0; k < in.caps.size(); ++k) {
+    const CapOption& o = in.caps[k].options[static_cast<size_t>(result.capOption[k])];
+    PositionParts& p = choice.positions[static_cast<size_t>(in.caps[k].position - 1)];
+    p.capacitors = o.parts;
+    p.C = static_cast<float>(o.value);
+  }
+  for (size_t i = 0; i < in.inductors.size(); ++i) {
+    PositionParts& p = choice.positions[static_cast<size_t>(in.inductors[i].position - 1)];
+    const double l = result.inductors[i];
+    const std::optional<ESeries> series = in.inductorSeries;
+    p.inductor = series ? NearestInSeries(*series, l) : l;
+    p.L = static_cast<float>(l);
+  }
+}
+
+}  // namespace
+
+double ErrorPercent(double chosen, double exact) {
+  return exact == 0 ? 0 : (chosen / exact - 1) * 100;
+}
+
+EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request,
+                         PartsChoice& choice) {
+  choice = PartsChoice{};
+  choice.request = request;
+  DesignRecord exact = design;
+  if (EngineReport r = AnalyzeSweep(exact); !r.Ok()) return r;
+  DesignRecord standard = design;
+  for (auto step : {&NearestParts, &CapsRetuneInductors})
+    if (EngineReport r = step(standard); !r.Ok()) return r;
+  if (EngineReport r = AnalyzeSweep(standard); !r.Ok()) return r;
+  const Bands bands = BandsOf(exact);
+  choice.exact = FiguresOf(exact, bands);
+  choice.standard = FiguresOf(standard, bands);
+
+  SearchInput in;
+  in.exact = LadderOf(exact);
+  in.inductorSeries = request.inductors;
+  in.judge = {choice.exact.returnLoss, choice.exact.stopband - kStopbandSlack};
+  in.probe.passband = BandProbe({&exact, &standard}, &DesignRecord::Reflection, &InPassband, bands);
+  in.probe.stopband = BandProbe({&exact, &standard}, &DesignRecord::Transmission, &InStopband,
+                                bands, &in.stopPeaks);
+  choice.positions = ExactPositions(exact);
+  for (const PositionParts& p : choice.positions) {
+    const ElementFacts* f = FactsOf(p.kind);
+    if (!f || !f->analysed) continue;
+    if (f->hasC && p.exactC > 0) in.caps.push_back(CapacitorSlot(p.position, p.exactC, request));
+    if (f->hasL && p.exactL > 0) in.inductors.push_back({p.position, p.exactL});
+  }
+
+  // The search judges candidates at the probe's points. Where the whole
+  // sweep of its result shows a worse point that the probe missed (the
+  // response's turning points moved), the probe takes in the new turning
+  // points and the inductors are polished again.
+  SearchResult result = SearchParts(in);
+  DesignRecord chosen = design;
+  for (int round = 0;; ++round) {
+    TakeResult(in, result, choice);
+    chosen = design;
+    ApplyParts(choice, chosen);
+    if (EngineReport r = AnalyzeSweep(chosen); !r.Ok()) return r;
+    choice.chosen = FiguresOf(chosen, bands);
+    const Merit swept = in.judge.Of(choice.chosen, result.merit.distance);
+    if (round == kRefinements || result.merit.primary - swept.primary <= kProbeTolerance) break;
+    in.probe.passband =
+        BandProbe({&exact, &standard, &chosen}, &DesignRecord::Reflection, &InPassband, bands);
+    in.probe.stopband =
+        BandProbe({&exact, &standard, &chosen}, &DesignRecord::Transmission, &InStopband, bands);
+    result = RefineParts(in, result);
+  }
+
+  // The 5% C stage is a set of the requested parts when they are single
+  // E24 capacitors and wound inductors; never return less than it.
+  const Judge raw{std::numeric_limits<double>::infinity(), in.judge.floor};
+  if (request.capacitors == ESeries::E24 && !request.inductors &&
+      raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary) {
+    choice.positions = StandardPositions(exact, standard);
+    choice.chosen = choice.standard;
+    choice.keptStandard = true;
+  }
+  return {};
+}
+
+void ApplyParts(const PartsChoice& choice, DesignRecord& d) {
+  for (const PositionParts& p : choice.positions) {
+    if (p.position < 1 || p.position > kMaxPositions) continue;
+    d.L[static_cast<size_t>(p.position)] = p.L;
+    d.C[static_cast<size_t>(p.position)] = p.C;
+  }
+}
+
+}  // namespace drenik

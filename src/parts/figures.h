@@ -1,0 +1,59 @@
+#pragma once
+// The two figures by which the stock-part chooser judges a set of values:
+// the worst return loss in the passband and the least attenuation in the
+// stopband, both in dB and positive for a passive ladder. The display page's
+// sweep (Fstart..Fstop) bounds both bands.
+
+#include <span>
+#include <vector>
+
+#include "analysis/ladder.h"
+#include "core/design_record.h"
+
+namespace drenik {
+
+// Where the bands lie, Hz. The passband runs up to the cutoff in a lowpass
+// and from it in a highpass. A Cauer stopband starts at its edge (Width
+// times FstopNormalized, divided in a highpass); any other family's at an
+// octave from the cutoff, where its attenuation has clearly set in.
+struct Bands {
+  bool highpass = false;
+  double cutoff = 0;
+  double stopEdge = 0;
+};
+Bands BandsOf(const DesignRecord& d);
+bool InPassband(const Bands& bands, double f);
+bool InStopband(const Bands& bands, double f);
+
+struct Figures {
+  double returnLoss = 0;  // worst passband return loss, dB
+  // Least stopband attenuation, dB; NaN when the sweep has no stopband point.
+  double stopband = 0;
+};
+
+// From the record's analysed sweep (points 0..NrIntervals).
+Figures FiguresOf(const DesignRecord& analysed, const Bands& bands);
+
+// The frequencies at which a candidate set is measured: a subset of the
+// display sweep's points in each band (Hz, as the sweep stores them).
+struct Probe {
+  std::vector<float> passband;
+  std::vector<float> stopband;
+};
+
+// A ladder's response at the probe's points: the return loss at each
+// passband point and the attenuation at each stopband point, dB.
+struct ProbeResponse {
+  std::vector<double> returnLoss;
+  std::vector<double> attenuation;
+  // The worst of each; a NaN stopband figure when there are no stopband points.
+  Figures Worst() const;
+};
+
+// The response of every ladder at the probe's frequencies, through the
+// shared ladder kernel: the single place where the chooser evaluates value
+// sets, so that a batch form of the kernel can take over here.
+void MeasureLadders(std::span<const Ladder> ladders, const Probe& probe,
+                    std::span<ProbeResponse> out);
+
+}  // namespace drenik

@@ -1,0 +1,68 @@
+#include "parts/parts_list.h"
+
+#include <algorithm>
+
+#include "core/formatters.h"
+#include "export/replacing_file.h"
+
+namespace drenik {
+namespace {
+
+std::string Designator(char kind, int position, const char* suffix = "") {
+  return kind + std::to_string(position) + suffix;
+}
+
+void Add(std::vector<PartsListLine>& lines, std::string reference, std::string value,
+         const std::string& series, const std::string& tolerance) {
+  auto same = [&](const PartsListLine& l) { return l.value == value && l.series == series; };
+  auto it = std::find_if(lines.begin(), lines.end(), same);
+  if (it == lines.end()) {
+    lines.push_back({{}, std::move(value), series, tolerance});
+    it = lines.end() - 1;
+  }
+  it->references.push_back(std::move(reference));
+}
+
+}  // namespace
+
+std::vector<PartsListLine> PartsList(const PartsChoice& choice) {
+  std::vector<PartsListLine> capacitors, inductors;
+  const ESeriesInfo& cseries = InfoOf(choice.request.capacitors);
+  const std::string ctolerance = std::to_string(cseries.tolerancePercent) + "%";
+  std::string lseries = "exact", ltolerance;
+  if (choice.request.inductors) {
+    lseries = InfoOf(*choice.request.inductors).name;
+    ltolerance = std::to_string(InfoOf(*choice.request.inductors).tolerancePercent) + "%";
+  }
+  for (const PositionParts& p : choice.positions) {
+    const bool pair = p.capacitors.size() == 2;
+    for (size_t k = 0; k < p.capacitors.size(); ++k)
+      Add(capacitors, Designator('C', p.position, pair ? (k == 0 ? "A" : "B") : ""),
+          TrimBlanks(FormatCapacitance(p.capacitors[k])), cseries.name, ctolerance);
+    if (p.inductor > 0)
+      Add(inductors, Designator('L', p.position), TrimBlanks(FormatInductance(p.inductor)), lseries,
+          ltolerance);
+  }
+  capacitors.insert(capacitors.end(), inductors.begin(), inductors.end());
+  return capacitors;
+}
+
+bool WritePartsList(const PartsChoice& choice, const std::string& path, Platform& platform) {
+  ReplacingFile file(path);
+  bool written = file.IsOpen();
+  if (written) {
+    file.Line(kPartsListHeader);
+    for (const PartsListLine& line : PartsList(choice)) {
+      std::string references;
+      for (const std::string& r : line.references)
+        references += (references.empty() ? "" : " ") + r;
+      file.Line(references + "," + line.value + "," + line.series + "," + line.tolerance + "," +
+                std::to_string(line.references.size()));
+    }
+    written = file.Commit();
+  }
+  if (!written) platform.ShowMessage(kPartsListFailure);
+  return written;
+}
+
+}  // namespace drenik

@@ -1,0 +1,60 @@
+#include "qt/parts_dialog.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QVBoxLayout>
+
+namespace drenik {
+
+// The inductor list starts with the wound choice; the series follow in the
+// order of the capacitor list, so index k + 1 is series k.
+PartsDialog::PartsDialog(const PartsRequest& request, QWidget* parent)
+    : QDialog(parent),
+      capacitors_(new QComboBox(this)),
+      inductors_(new QComboBox(this)),
+      pairs_(new QCheckBox("Two capacitors in parallel where that comes nearer", this)) {
+  setWindowTitle("Chosen parts");
+  inductors_->addItem("Wound to value (exact)");
+  for (const ESeriesInfo& s : kESeries) {
+    const QString text = QString("%1 (%2%)").arg(s.name).arg(s.tolerancePercent);
+    capacitors_->addItem(text);
+    inductors_->addItem(text);
+  }
+  capacitors_->setCurrentIndex(static_cast<int>(request.capacitors));
+  inductors_->setCurrentIndex(request.inductors ? static_cast<int>(*request.inductors) + 1 : 0);
+  pairs_->setChecked(request.pairs);
+  capacitors_->setObjectName("cboCapacitors");
+  inductors_->setObjectName("cboInductors");
+  pairs_->setObjectName("chkPairs");
+
+  auto* form = new QFormLayout;
+  form->addRow("Capacitors:", capacitors_);
+  form->addRow("Inductors:", inductors_);
+  form->addRow(pairs_);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(form);
+  layout->addWidget(buttons);
+}
+
+PartsRequest PartsDialog::Request() const {
+  PartsRequest r;
+  r.capacitors = static_cast<ESeries>(capacitors_->currentIndex());
+  if (inductors_->currentIndex() > 0)
+    r.inductors = static_cast<ESeries>(inductors_->currentIndex() - 1);
+  r.pairs = pairs_->isChecked();
+  return r;
+}
+
+bool AskPartsRequest(PartsRequest& request, QWidget* parent) {
+  PartsDialog dialog(request, parent);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  request = dialog.Request();
+  return true;
+}
+
+}  // namespace drenik
