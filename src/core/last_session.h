@@ -17,8 +17,8 @@ inline constexpr const char* kLastSessionFile = "Drenikfilter.dat";
 inline constexpr int16_t kFirstStartFamily = 2;
 inline constexpr const char* kFirstStartTopology = "Cinlowpass";
 
-// Writes the eight fields. The file is written beside the old one and renamed
-// over it, so a failure never loses the previous session. On failure shows
+// Writes the eight fields whole or not at all (core/atomic_file.h), so a
+// failure never loses the previous session. On failure shows
 // "We did not read the last-session file." (the established wording).
 void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);

@@ -75,10 +75,10 @@ TEST(PallisFile, LinesDialogAndFailures) {
   EXPECT_FALSE(WritePallisFile(d, folder / "plain/a.LCT", platform));
   std::filesystem::create_directory(folder / "dir.LCT");
   EXPECT_FALSE(WritePallisFile(d, folder / "dir.LCT", platform));
-  // A zero Rsource stops before the resistance line; what was written stays.
+  // A zero Rsource stops before the resistance line; the old file stays.
   d.Rsource = 0;
-  EXPECT_FALSE(WritePallisFile(d, folder / "z.LCT", platform));
-  EXPECT_EQ(CrLfLines(folder / "z.LCT").size(), 12u);
+  EXPECT_FALSE(WritePallisFile(d, folder / "a.LCT", platform));
+  EXPECT_EQ(CrLfLines(folder / "a.LCT"), shorter);
   ASSERT_EQ(platform.messages.size(), 4u);
   for (const auto& m : platform.messages) EXPECT_EQ(m.text, "We did not write an Pallis file.");
 }
