@@ -123,8 +123,8 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Order = 5;
   d.Width = 4200000;
   d.Family = kFirstStartFamily;
-  d.Apass = 0.044f;
-  d.Astop = 40;
+  d.Apass = kFirstStartRipple;
+  d.Astop = kFirstStartDepth;
   d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;

@@ -16,6 +16,10 @@ inline constexpr const char* kLastSessionFile = "Drenikfilter.dat";
 // too; the registries check that they name a real family and topology).
 inline constexpr int16_t kFirstStartFamily = 2;
 inline constexpr const char* kFirstStartTopology = "Cinlowpass";
+// The ripple (dB) and stopband depth (dB) of a first start, which the design
+// page's load also puts in place of a zero.
+inline constexpr float kFirstStartRipple = 0.044f;
+inline constexpr float kFirstStartDepth = 40;
 
 // Writes the eight fields whole or not at all (core/atomic_file.h), so a
 // failure never loses the previous session. On failure shows

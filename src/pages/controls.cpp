@@ -1,6 +1,7 @@
 #include "pages/controls.h"
 
 #include <exception>
+#include <utility>
 
 namespace drenik {
 
@@ -167,7 +168,15 @@ bool ControlSet::RunEvent(const std::function<void()>& event) {
       int& depth;
       ~Leave() { --depth; }
     } leave{depth_};
-    event();
+    if (!loading_) {
+      event();
+      return true;
+    }
+    try {
+      event();
+    } catch (...) {
+      return false;  // the design the load ends with speaks for it
+    }
     return true;
   }
   depth_ = 1;
@@ -185,6 +194,44 @@ bool ControlSet::RunEvent(const std::function<void()>& event) {
   depth_ = 0;
   if (!ok) platform_.ShowMessage(error, kRunTimeErrorTitle, MessageIcon::Critical);
   return ok;
+}
+
+bool ControlSet::RunLoad(const std::function<void()>& load) {
+  if (depth_ > 0) return RunEvent(load);
+  loading_ = true;
+  depth_ = 1;
+  const bool ok = RunStep(load);
+  depth_ = 0;
+  loading_ = false;
+  const std::optional<Message> message = std::exchange(kept_, std::nullopt);
+  if (message) platform_.ShowMessage(message->text, message->title, message->icon);
+  return ok;
+}
+
+bool ControlSet::RunStep(const std::function<void()>& step) {
+  if (!loading_ || depth_ != 1) return RunEvent(step);
+  try {
+    step();
+  } catch (const std::exception& e) {
+    Keep({e.what(), kRunTimeErrorTitle, MessageIcon::Critical});
+    return false;
+  } catch (...) {
+    Keep({"Unknown error", kRunTimeErrorTitle, MessageIcon::Critical});
+    return false;
+  }
+  return true;
+}
+
+void ControlSet::ShowNotice(const std::string& text) {
+  if (!loading_) {
+    platform_.ShowMessage(text);
+  } else if (depth_ == 1) {
+    Keep({text, "", MessageIcon::None});
+  }
+}
+
+void ControlSet::Keep(Message message) {
+  if (!kept_) kept_ = std::move(message);
 }
 
 }  // namespace drenik

@@ -12,10 +12,13 @@
 // - Option buttons of one frame exclude each other.
 // - The outermost event catches any error of the engine and shows its text
 //   through the platform; nested events let it travel to that outermost one.
+// - A page's load is one event that runs all its steps whatever the engine
+//   reports on the way, and shows at most one message (RunLoad).
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -161,16 +164,36 @@ class ControlSet {
   // ("Run-time error"); nested events pass them on. Returns false when the
   // event stopped on an error.
   bool RunEvent(const std::function<void()>& event);
+  // Runs a page's load. The options it selects from code redesign with the
+  // controls half set, so what their handlers report is dropped: each such
+  // handler stops on its own fault and the load goes on to the design it
+  // ends with. What the load's own steps report is kept, and when the load
+  // is over the first of it is shown: at most one message for the load.
+  // Inside another event of this set, the same as RunEvent.
+  bool RunLoad(const std::function<void()>& load);
+  // One step of a load: its fault ends the step, not the load. Outside a
+  // load, the same as RunEvent.
+  bool RunStep(const std::function<void()>& step);
+  // A notice of the engine: shown at once, or within a load kept as above.
+  void ShowNotice(const std::string& text);
   Platform& GetPlatform() const { return platform_; }
 
  private:
   friend class Control;
   void NotifyChanged(const Control& control);
+  struct Message {
+    std::string text, title;
+    MessageIcon icon;
+  };
+  // Keeps the load's message, unless one is kept already.
+  void Keep(Message message);
 
   Platform& platform_;
   std::vector<std::unique_ptr<Control>> controls_;
   uint64_t revision_ = 0;
   int depth_ = 0;
+  bool loading_ = false;
+  std::optional<Message> kept_;
   std::function<void(const Control&)> observer_;
 };
 

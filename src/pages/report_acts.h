@@ -5,10 +5,12 @@
 // the "Run-time error" box).
 
 #include "core/engine_report.h"
-#include "core/platform.h"
+#include "pages/controls.h"
 
 namespace drenik {
 
-void Act(const EngineReport& report, Platform& platform);
+// Within a page's load the notice and the fault are the load's to show
+// (ControlSet::RunLoad).
+void Act(const EngineReport& report, ControlSet& controls);
 
 }  // namespace drenik
