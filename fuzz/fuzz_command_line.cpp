@@ -1,8 +1,8 @@
 // Any command line, split into arguments at NUL bytes, run in-process with
 // no file written: the parser either returns what to do or refuses with one
-// line naming what is wrong; a design, render or export then runs the pages
-// as the program does up to its files, and ends with status 0, 1 or 2 and at
-// most one line of complaint.
+// line naming what is wrong; a command then runs the pages as the program
+// does up to its files, and a refusal or a design ends with status 0 or 2
+// and at most one line of complaint.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -42,9 +42,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     refused = true;
   }
 
-  // Refusals, design, help and version write only to the streams; render
-  // and export stop short of their files.
-  if (refused || (options.command != Command::Render && options.command != Command::Export)) {
+  // Refusals, design, help and version write only to the streams; every
+  // other command (render, export, any that writes files) stops short of
+  // its files.
+  const bool streamsOnly = options.command == Command::Design || options.command == Command::Help ||
+                           options.command == Command::Version;
+  if (refused || streamsOnly) {
     std::ostringstream out, err;
     const int status = RunCommandLine(args, out, err);
     if (status == 0 ? !err.str().empty() : status != 2 || !OneLine(err.str())) std::abort();
