@@ -42,19 +42,28 @@ asan: deps
 	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
 
+# Undefined behaviour halts a fuzzer as a crash does (compiled in, and again
+# in UBSAN_OPTIONS); a run that fails keeps its log and its crashing input
+# under $(FUZZ_BUILD)/findings and prints the end of the log.
+FUZZ_ENV := UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ASAN_OPTIONS=detect_leaks=1
+
 fuzz: deps
 	CXX=clang++ cmake -S . -B $(FUZZ_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
 	  -DDRENIK_FUZZ=ON -DDRENIK_WITH_QT=OFF -DDRENIK_TESTS=OFF -DDRENIK_BENCH=OFF \
 	  -DDRENIK_WERROR=OFF
 	cmake --build $(FUZZ_BUILD) -j $(JOBS)
-	@set -e; for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do \
+	@set -e; findings=$(FUZZ_BUILD)/findings; rm -rf $$findings; mkdir -p $$findings; \
+	for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do \
 	  [ -x "$$f" ] || continue; \
-	  name=$$(basename $$f); corpus=$$(mktemp -d); \
+	  name=$$(basename $$f); corpus=$$(mktemp -d); log=$$findings/$$name.log; \
 	  if [ -d fuzz/corpus/$$name ]; then cp fuzz/corpus/$$name/* $$corpus/; fi; \
 	  echo "== $$name for $(FUZZ_SECONDS) s"; \
-	  if ! $$f -max_total_time=$(FUZZ_SECONDS) $$corpus > $$corpus.log 2>&1; then \
-	    tail -n 40 $$corpus.log; echo "FAILED: $$name"; exit 1; fi; \
-	  tail -n 2 $$corpus.log; rm -rf $$corpus $$corpus.log; \
+	  if ! $(FUZZ_ENV) $$f -max_total_time=$(FUZZ_SECONDS) -timeout=10 \
+	       -artifact_prefix=$$findings/$$name- $$corpus > $$log 2>&1 \
+	     || grep -q -E 'runtime error|ERROR: [A-Za-z]+Sanitizer' $$log; then \
+	    tail -n 60 $$log; rm -rf $$corpus; \
+	    echo "FAILED: $$name (log kept in $$log)"; exit 1; fi; \
+	  tail -n 2 $$log; rm -rf $$corpus $$log; \
 	done
 
 bench: build

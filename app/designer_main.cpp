@@ -2,12 +2,14 @@
 #include <QApplication>
 #include <QScreen>
 
+#include "core/atomic_file.h"
 #include "pages/application.h"
 #include "qt/designer_window.h"
 #include "qt/painter_canvas.h"
 #include "qt/qt_platform.h"
 
 int main(int argc, char** argv) {
+  drenik::ReportFileSizeLimitAsError();
   QApplication qapp(argc, argv);
   QApplication::setApplicationName("DrenikFilterDesign");
   QApplication::setApplicationVersion("2.12");

@@ -27,11 +27,19 @@ const char* ValuesTitle(Values v) {
   return "";
 }
 
+// An argument echoed in a complaint keeps it to one line and out of the
+// terminal's control sequences.
+std::string OneLine(std::string text) {
+  for (char& c : text)
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
+  return text;
+}
+
 int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
 #if DRENIK_WITH_QT
   std::string error;
   if (!RenderPageToFile(r.page, o.renderFile, o.widthPx, o.heightPx, error)) {
-    err << "drenik: " << (error.empty() ? "could not write " + o.renderFile : error) << "\n";
+    err << "drenik: " << OneLine(error.empty() ? "could not write " + o.renderFile : error) << "\n";
     return 1;
   }
   return 0;
@@ -51,7 +59,7 @@ int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std:
       platform.messages.clear();
       if (format.write(r.chosen, file, platform)) continue;
       status = 1;
-      err << "drenik: could not write " << file;
+      err << "drenik: could not write " << OneLine(file);
       for (const std::string& m : platform.messages) err << ": " << m;
       err << "\n";
     }
@@ -66,7 +74,7 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
   try {
     o = ParseCommandLine(args);
   } catch (const UsageError& e) {
-    err << "drenik: " << e.what() << " (see drenik --help)\n";
+    err << "drenik: " << OneLine(e.what()) << " (see drenik --help)\n";
     return 2;
   }
   if (o.command == Command::Help) {
@@ -86,11 +94,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
   std::unique_ptr<DesignResult> result;
   try {
     result = RunDesign(o, platform);
-  } catch (const UsageError& e) {
-    err << "drenik: " << e.what() << "\n";
-    return 2;
   } catch (const std::exception& e) {
-    err << "drenik: " << e.what() << "\n";
+    err << "drenik: " << OneLine(e.what()) << "\n";
     return 2;
   }
 

@@ -2,13 +2,12 @@
 
 #include <charconv>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <optional>
-#include <system_error>
 #include <vector>
 
+#include "core/atomic_file.h"
 #include "core/number_text.h"
 
 namespace drenik {
@@ -124,8 +123,8 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Order = 5;
   d.Width = 4200000;
   d.Family = kFirstStartFamily;
-  d.Apass = 0.044f;
-  d.Astop = 40;
+  d.Apass = kFirstStartRipple;
+  d.Astop = kFirstStartDepth;
   d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;
@@ -146,30 +145,9 @@ void ReadLastSession(DesignRecord& d, const std::string& path) {
 }
 
 void WriteLastSession(const DesignRecord& d, Platform& platform, const std::string& path) {
-  namespace fs = std::filesystem;
-  const fs::path target(path);
-  fs::path temporary = target;
-  temporary += ".tmp";
-
-  bool written = false;
-  bool created = false;
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    if (out) {
-      created = true;
-      out << LastSessionLine(d) << "\r\n";
-      out.close();
-      written = !out.fail();
-    }
-  }
-  std::error_code error;
-  if (written) {
-    fs::rename(temporary, target, error);
-    if (!error) return;
-  }
-  // The previous session stays as it was; the half-written copy goes.
-  if (created) fs::remove(temporary, error);
-  platform.ShowMessage("We did not read the last-session file.");
+  AtomicFile file(path);
+  file.Line(LastSessionLine(d));
+  if (!file.Commit()) platform.ShowMessage("We did not read the last-session file.");
 }
 
 }  // namespace drenik

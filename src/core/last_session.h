@@ -16,9 +16,13 @@ inline constexpr const char* kLastSessionFile = "Drenikfilter.dat";
 // too; the registries check that they name a real family and topology).
 inline constexpr int16_t kFirstStartFamily = 2;
 inline constexpr const char* kFirstStartTopology = "Cinlowpass";
+// The ripple (dB) and stopband depth (dB) of a first start, which the design
+// page's load also puts in place of a zero.
+inline constexpr float kFirstStartRipple = 0.044f;
+inline constexpr float kFirstStartDepth = 40;
 
-// Writes the eight fields. The file is written beside the old one and renamed
-// over it, so a failure never loses the previous session. On failure shows
+// Writes the eight fields whole or not at all (core/atomic_file.h), so a
+// failure never loses the previous session. On failure shows
 // "We did not read the last-session file." (the established wording).
 void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);

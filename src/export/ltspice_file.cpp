@@ -5,16 +5,15 @@
 // written as its value text, run together with the words around it:
 // "WIRE " with 0, 160, 0, 80 gives 'WIRE  0  160  0  80 '.
 //
-// The file goes into a part file beside the target and replaces an old file
-// only when it is complete.
+// The file replaces an old one only when it is complete (core/atomic_file.h).
 
 #include <string>
 
+#include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
 #include "export/ltspice_file.h"
-#include "export/replacing_file.h"
 #include "export/writers.h"
 
 namespace drenik {
@@ -22,7 +21,7 @@ namespace {
 
 class AscWriter {
  public:
-  AscWriter(DesignRecord& d, ReplacingFile& file) : d_(d), file_(file) {}
+  AscWriter(DesignRecord& d, AtomicFile& file) : d_(d), file_(file) {}
 
   void Wire(float x1, float y1, float x2, float y2) {
     Line("WIRE " + N(x1) + N(y1) + N(x2) + N(y2));
@@ -117,7 +116,7 @@ class AscWriter {
   static std::string N(float value) { return ValueText(value); }
 
   DesignRecord& d_;
-  ReplacingFile& file_;
+  AtomicFile& file_;
 };
 
 std::string StageMessage(int k) {
@@ -131,7 +130,7 @@ std::string StageMessage(int k) {
 }  // namespace
 
 bool WriteLtspiceFile(DesignRecord& d, const std::string& path, Platform& platform) {
-  ReplacingFile file(path);
+  AtomicFile file(path);
   if (!file.IsOpen() || d.Stages > kMaxPositions) {
     platform.ShowMessage(kLtspiceFailure);
     return false;

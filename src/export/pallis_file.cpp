@@ -2,16 +2,14 @@
 // real value is its value text (' 50 ', ' .01 ', '-.5 '), an integer its
 // integer text (' 0 '); the values of one line are run together.
 //
-// The file is written in place, line by line, as the Pallis users know it:
-// when the writing fails part-way (a zero Rsource cannot give the resistance
-// ratio) what was written so far stays. A path that cannot be opened leaves
-// an old file of that name untouched.
+// When the writing fails part-way (a zero Rsource cannot give the resistance
+// ratio, a full disk) nothing of the new file appears and an old file of that
+// name stays as it was.
 
-#include <fstream>
-
+#include "export/pallis_file.h"
+#include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "core/number_text.h"
-#include "export/pallis_file.h"
 #include "export/writers.h"
 #include "synthesis/topologies.h"
 
@@ -34,8 +32,8 @@ int PallisCauerNumber(const DesignRecord& d) {
 }
 
 // Writes every line; false when the writing has to stop.
-bool WritePallisLines(const DesignRecord& d, Platform& platform, std::ofstream& out) {
-  const auto line = [&out](const std::string& text) { out << text << "\r\n"; };
+bool WritePallisLines(const DesignRecord& d, Platform& platform, AtomicFile& file) {
+  const auto line = [&file](const std::string& text) { file.Line(text); };
   const auto v = [](float value) { return ValueText(value); };
 
   line("Pallis file written by Drenikfilter");
@@ -78,15 +76,8 @@ bool WritePallisLines(const DesignRecord& d, Platform& platform, std::ofstream& 
 }  // namespace
 
 bool WritePallisFile(const DesignRecord& d, const std::string& path, Platform& platform) {
-  bool written = false;
-  if (!path.empty()) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (out.is_open()) {
-      written = WritePallisLines(d, platform, out);
-      out.close();
-      written = written && !out.fail();
-    }
-  }
+  AtomicFile file(path);
+  const bool written = file.IsOpen() && WritePallisLines(d, platform, file) && file.Commit();
   if (!written) platform.ShowMessage(kPallisFailure);
   return written;
 }

@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <string>
 
+#include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "export/writers.h"
 #include "synthesis/families.h"
@@ -147,13 +147,9 @@ std::string SpiceNetlistText(const DesignRecord& d) {
 }
 
 bool WriteSpiceNetlist(const DesignRecord& d, const std::string& path, Platform& platform) {
-  try {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (out) out << SpiceNetlistText(d);
-    if (out) out.close();
-    if (out) return true;
-  } catch (const std::exception&) {
-  }
+  AtomicFile file(path);
+  file.Write(SpiceNetlistText(d));
+  if (file.Commit()) return true;
   platform.ShowMessage("We could not write the SPICE netlist");
   return false;
 }

@@ -3,15 +3,15 @@
 
 #include <string>
 
+#include "core/atomic_file.h"
 #include "core/number_text.h"
-#include "export/replacing_file.h"
 #include "export/touchstone.h"
 #include "export/writers.h"
 
 namespace drenik {
 
 bool WriteSweepCsv(const DesignRecord& d, const std::string& path, Platform& platform) {
-  ReplacingFile file(path);
+  AtomicFile file(path);
   bool written = file.IsOpen() && d.NrIntervals >= 0 && d.NrIntervals < kSweepSlots;
   if (written) {
     file.Line(kSweepCsvHeader);

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "analysis/ladder.h"
+#include "core/atomic_file.h"
 #include "core/number_text.h"
-#include "export/replacing_file.h"
 #include "export/touchstone.h"
 #include "export/writers.h"
 
@@ -18,7 +18,7 @@ std::string Pair(std::complex<double> value) {
   return " " + RoundTripText(value.real()) + " " + RoundTripText(value.imag());
 }
 
-bool WriteTouchstoneLines(const DesignRecord& d, ReplacingFile& file) {
+bool WriteTouchstoneLines(const DesignRecord& d, AtomicFile& file) {
   if (d.NrIntervals < 0 || d.NrIntervals >= kSweepSlots || !(d.Rsource > 0) || !(d.Rload > 0) ||
       d.Stages < 0 || d.Stages > kMaxPositions) {
     return false;
@@ -47,7 +47,7 @@ bool WriteTouchstoneLines(const DesignRecord& d, ReplacingFile& file) {
 }  // namespace
 
 bool WriteTouchstone(const DesignRecord& d, const std::string& path, Platform& platform) {
-  ReplacingFile file(path);
+  AtomicFile file(path);
   if (!file.IsOpen() || !WriteTouchstoneLines(d, file) || !file.Commit()) {
     platform.ShowMessage(kTouchstoneFailure);
     return false;

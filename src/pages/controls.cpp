@@ -1,6 +1,7 @@
 #include "pages/controls.h"
 
 #include <exception>
+#include <utility>
 
 namespace drenik {
 
@@ -161,30 +162,65 @@ void ControlSet::NotifyChanged(const Control& control) {
 }
 
 bool ControlSet::RunEvent(const std::function<void()>& event) {
-  if (depth_ > 0) {
-    ++depth_;
-    struct Leave {
-      int& depth;
-      ~Leave() { --depth; }
-    } leave{depth_};
+  if (depth_ == 0) return RunOutermost(event, false);
+  ++depth_;
+  struct Leave {
+    int& depth;
+    ~Leave() { --depth; }
+  } leave{depth_};
+  if (!loading_) {
     event();
     return true;
   }
-  depth_ = 1;
-  bool ok = true;
-  std::string error;
   try {
     event();
-  } catch (const std::exception& e) {
-    ok = false;
-    error = e.what();
   } catch (...) {
-    ok = false;
-    error = "Unknown error";
+    return false;  // the design the load ends with speaks for it
   }
+  return true;
+}
+
+bool ControlSet::RunLoad(const std::function<void()>& load) {
+  return depth_ == 0 ? RunOutermost(load, true) : RunEvent(load);
+}
+
+bool ControlSet::RunStep(const std::function<void()>& step) {
+  return loading_ && depth_ == 1 ? Guarded(step) : RunEvent(step);
+}
+
+void ControlSet::ShowNotice(const std::string& text) {
+  if (depth_ == 0) {
+    platform_.ShowMessage(text);
+  } else if (!loading_ || depth_ == 1) {
+    Keep({text, "", MessageIcon::None});
+  }
+}
+
+bool ControlSet::RunOutermost(const std::function<void()>& event, bool load) {
+  depth_ = 1;
+  loading_ = load;
+  const bool ok = Guarded(event);
   depth_ = 0;
-  if (!ok) platform_.ShowMessage(error, kRunTimeErrorTitle, MessageIcon::Critical);
+  loading_ = false;
+  const std::optional<Message> message = std::exchange(kept_, std::nullopt);
+  if (message) platform_.ShowMessage(message->text, message->title, message->icon);
   return ok;
+}
+
+bool ControlSet::Guarded(const std::function<void()>& step) {
+  try {
+    step();
+    return true;
+  } catch (const std::exception& e) {
+    Keep({e.what(), kRunTimeErrorTitle, MessageIcon::Critical});
+  } catch (...) {
+    Keep({"Unknown error", kRunTimeErrorTitle, MessageIcon::Critical});
+  }
+  return false;
+}
+
+void ControlSet::Keep(Message message) {
+  if (!kept_) kept_ = std::move(message);
 }
 
 }  // namespace drenik

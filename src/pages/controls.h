@@ -12,10 +12,15 @@
 // - Option buttons of one frame exclude each other.
 // - The outermost event catches any error of the engine and shows its text
 //   through the platform; nested events let it travel to that outermost one.
+// - One event shows at most one message of the engine: the first notice or
+//   fault, when the event is over.
+// - A page's load is one event that runs all its steps whatever the engine
+//   reports on the way (RunLoad).
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -157,20 +162,44 @@ class ControlSet {
     observer_ = std::move(observer);
   }
 
-  // Runs an event. The outermost event catches engine errors and shows them
-  // ("Run-time error"); nested events pass them on. Returns false when the
-  // event stopped on an error.
+  // Runs an event. The outermost event catches engine errors ("Run-time
+  // error"); nested events pass them on. When the outermost event is over it
+  // shows the first notice or error of the engine in it, if any. Returns
+  // false when the event stopped on an error.
   bool RunEvent(const std::function<void()>& event);
+  // Runs a page's load as an event. The options it selects from code
+  // redesign with the controls half set, so what their handlers report is
+  // dropped: each such handler stops on its own fault and the load goes on
+  // to the design it ends with, whose report is the one shown. Inside
+  // another event of this set, the same as RunEvent.
+  bool RunLoad(const std::function<void()>& load);
+  // One step of a load: its fault ends the step, not the load. Outside a
+  // load, the same as RunEvent.
+  bool RunStep(const std::function<void()>& step);
+  // A notice of the engine, shown when the event is over (at once outside
+  // any event).
+  void ShowNotice(const std::string& text);
   Platform& GetPlatform() const { return platform_; }
 
  private:
   friend class Control;
   void NotifyChanged(const Control& control);
+  struct Message {
+    std::string text, title;
+    MessageIcon icon;
+  };
+  bool RunOutermost(const std::function<void()>& event, bool load);
+  // Runs the step; its error becomes the event's message.
+  bool Guarded(const std::function<void()>& step);
+  // Keeps the event's message, unless one is kept already.
+  void Keep(Message message);
 
   Platform& platform_;
   std::vector<std::unique_ptr<Control>> controls_;
   uint64_t revision_ = 0;
   int depth_ = 0;
+  bool loading_ = false;
+  std::optional<Message> kept_;
   std::function<void(const Control&)> observer_;
 };
 

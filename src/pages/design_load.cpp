@@ -1,6 +1,7 @@
 // Loading the design page: every control is set from the record, selecting
 // options from code so that their handlers (and the enabling rules) run.
 #include "core/formatters.h"
+#include "core/last_session.h"
 #include "pages/design_choices.h"
 #include "pages/design_page.h"
 #include "synthesis/families.h"
@@ -8,16 +9,19 @@
 
 namespace drenik {
 
+// What the option selections report is dropped (the controls are half set
+// then); the design the load ends with has its say, and the strip is drawn
+// whatever it said.
 void DesignPage::Load() {
-  controls_.RunEvent([this] {
+  controls_.RunLoad([this] {
     LoadControls();
-    RunSynthesisDriver();
+    controls_.RunStep([this] { RunSynthesisDriver(); });
     RedrawSchematic();
   });
 }
 
 void DesignPage::LoadControls() {
-  controls_.RunEvent([this] {
+  controls_.RunLoad([this] {
     controls_.ResetToDefaults();
     strip_.Clear();
     caption_ = d_.ProgramTitle + " " + d_.Version + " - Design";
@@ -71,7 +75,7 @@ void DesignPage::LoadControls() {
       if (family->cauerType) d_.CauerType = family->cauerType;
     }
 
-    if (d_.Apass == 0) d_.Apass = 0.044f;
+    if (d_.Apass == 0) d_.Apass = kFirstStartRipple;
     if (const RippleChoice* ripple = SnapRipple(d_.Apass, SnapBounds::Load)) {
       Option(ripple->option).Select();
     }
@@ -83,7 +87,7 @@ void DesignPage::LoadControls() {
       }
     }
 
-    if (d_.Astop == 0) d_.Astop = 40;
+    if (d_.Astop == 0) d_.Astop = kFirstStartDepth;
     for (const StopbandChoice& c : kStopbandChoices) {
       if (d_.Astop == c.value) Option(c.option).Select();
     }

@@ -109,7 +109,7 @@ CommandButton& DesignPage::Button(const std::string& name) const {
 
 void DesignPage::RedesignChain() {
   RunSynthesisDriver();
-  Act(Denormalize(d_), platform_);
+  Act(Denormalize(d_), controls_);
   RedrawSchematic();
 }
 
@@ -192,8 +192,8 @@ void DesignPage::OnQ2() {
 void DesignPage::OnBandwidthChange() {
   std::string text = Box("txtBandwidth").Text();
   d_.Width = CheckEntry(text);
-  if (d_.Width < 0.1f) d_.Width = 0.1f;
-  if (d_.Width > 1e10f) d_.Width = 1e10f;
+  if (d_.Width < kBandwidthRange.low) d_.Width = kBandwidthRange.low;
+  if (d_.Width > kBandwidthRange.high) d_.Width = kBandwidthRange.high;
   if (d_.Width > 0) RedesignChain();
 }
 
@@ -202,10 +202,10 @@ void DesignPage::OnBandwidthChange() {
 void DesignPage::OnZotherChange() {
   std::string text = Box("txtZother").Text();
   d_.Rsource = CheckEntry(text);
-  if (d_.Rsource < 0.1f) d_.Rsource = 0.1f;
-  if (d_.Rsource > 1e6f) d_.Rsource = 1e6f;
+  if (d_.Rsource < kImpedanceRange.low) d_.Rsource = kImpedanceRange.low;
+  if (d_.Rsource > kImpedanceRange.high) d_.Rsource = kImpedanceRange.high;
   if (d_.Rsource > 0) {
-    Act(Denormalize(d_), platform_);
+    Act(Denormalize(d_), controls_);
     RedrawSchematic();
     RunSynthesisDriver();
   }
@@ -214,7 +214,7 @@ void DesignPage::OnZotherChange() {
 void DesignPage::OnQotherChange() {
   std::string text = Box("txtQother").Text();
   d_.Qind = CheckEntry(text);
-  if (d_.Qind < 2) d_.Qind = 2;
+  if (d_.Qind < kLeastQ) d_.Qind = kLeastQ;
 }
 
 void DesignPage::OnDesign() {

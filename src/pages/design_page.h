@@ -26,7 +26,8 @@ class DesignPage {
   const std::string& Caption() const { return caption_; }
 
   // Load of the page: sets every control from the record (defaults for
-  // fields still zero or empty), then designs and draws the strip.
+  // fields still zero or empty), then designs and draws the strip. Every
+  // step runs whatever a redesign reports; at most one message is shown.
   void Load();
   // Load without its last step (the design and the drawing), for callers
   // that need to see the controls as the record left them.

@@ -55,7 +55,7 @@ void DisplayPage::Event(void (DisplayPage::*action)()) {
 }
 
 void DisplayPage::Load() {
-  Event(&DisplayPage::LoadPipeline);
+  controls_.RunLoad([this] { LoadPipeline(); });
 }
 void DisplayPage::OnUp() {
   Event(&DisplayPage::Up);
@@ -99,8 +99,8 @@ void DisplayPage::LoadPipeline() {
   // Some families keep the prototype the design page computed; the Cauer
   // prototype runs here without the design page's inputs.
   const FamilyInfo* family = FindFamily(d_.Family);
-  if (family && family->redesignOnDisplay) Act(family->prototype(d_), platform_);
-  Act(Denormalize(d_), platform_);
+  if (family && family->redesignOnDisplay) Act(family->prototype(d_), controls_);
+  Act(Denormalize(d_), controls_);
   AnalyzeAndDraw(1);
   StandardCapacitors();
   AnalyzeAndDraw(2);
@@ -110,14 +110,14 @@ void DisplayPage::LoadPipeline() {
 // Curves of successive modes are drawn over each other.
 void DisplayPage::AnalyzeAndDraw(int mode) {
   d_.ValueMode = static_cast<int16_t>(mode);
-  Act(AnalyzeSweep(d_), platform_);
+  Act(AnalyzeSweep(d_), controls_);
   DrawMainPlot(d_, canvas_);
   DrawDisplaySchematic(d_, canvas_);
   if (analysisObserver_) analysisObserver_(mode);
 }
 
 void DisplayPage::ExactAndStandardCurves() {
-  Act(Denormalize(d_), platform_);
+  Act(Denormalize(d_), controls_);
   AnalyzeAndDraw(1);
   StandardCapacitors();
   AnalyzeAndDraw(2);
@@ -125,14 +125,14 @@ void DisplayPage::ExactAndStandardCurves() {
 
 // 5% capacitors, with each position's inductor retuned to keep its L*C.
 void DisplayPage::StandardCapacitors() {
-  Act(NearestParts(d_), platform_);
-  Act(CapsRetuneInductors(d_), platform_);
+  Act(NearestParts(d_), controls_);
+  Act(CapsRetuneInductors(d_), controls_);
 }
 
 // 5% inductors as well, on the values then current.
 void DisplayPage::StandardInductors() {
-  Act(NearestParts(d_), platform_);
-  Act(drenik::Inductors(d_), platform_);
+  Act(NearestParts(d_), controls_);
+  Act(drenik::Inductors(d_), controls_);
 }
 
 void DisplayPage::DrawSidePlots() {
@@ -150,9 +150,9 @@ void DisplayPage::Retune(double factor, float eraseRight) {
 }
 
 void DisplayPage::RetuneSequence() {
-  Act(Denormalize(d_), platform_);
+  Act(Denormalize(d_), controls_);
   AnalyzeAndDraw(1);
-  Act(Denormalize(d_), platform_);
+  Act(Denormalize(d_), controls_);
   StandardCapacitors();
   AnalyzeAndDraw(2);
   StandardInductors();

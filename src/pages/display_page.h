@@ -38,7 +38,8 @@ class DisplayPage {
   const std::string& Caption() const { return caption_; }
 
   // The whole pipeline: sweep settings, prototype, exact-value analysis,
-  // 5% C analysis, VSWR and delay plots, legends.
+  // 5% C analysis, VSWR and delay plots, legends. A fault ends it with
+  // one message; a notice before it is the one message instead.
   void Load();
 
   // Button events (the buttons of Controls() call these).

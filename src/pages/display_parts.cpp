@@ -23,9 +23,9 @@ void DisplayPage::OnChosenParts() {
 // from the exact values, denormalized afresh beside it.
 void DisplayPage::ChosenPartsStage() {
   DesignRecord exact = d_;
-  Act(Denormalize(exact), platform_);
+  Act(Denormalize(exact), controls_);
   PartsChoice choice;
-  Act(ChooseParts(exact, partsRequest_, choice), platform_);
+  Act(ChooseParts(exact, partsRequest_, choice), controls_);
   ApplyParts(choice, d_);
   chosen_ = std::move(choice);
   AnalyzeAndDraw(kChosenPartsMode);

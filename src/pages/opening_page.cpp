@@ -4,6 +4,7 @@
 
 #include "core/last_session.h"
 #include "pages/schematic.h"
+#include "pages/session_check.h"
 
 namespace drenik {
 
@@ -41,6 +42,7 @@ void OpeningPage::Load() {
       SetLastSessionDefaults(d_);
     } else {
       ReadLastSession(d_, sessionPath_);
+      if (!IsUsableSession(d_)) SetLastSessionDefaults(d_);
     }
     controls_.FindLabel("lblHeading1")->SetCaption(d_.ProgramTitle);
     controls_.FindLabel("lblVersion")->SetCaption("Version " + d_.Version);

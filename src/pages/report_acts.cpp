@@ -4,9 +4,9 @@
 
 namespace drenik {
 
-void Act(const EngineReport& report, Platform& platform) {
-  for (int i = 0; i < report.alerts; ++i) platform.Beep();
-  if (!report.notice.empty()) platform.ShowMessage(report.notice);
+void Act(const EngineReport& report, ControlSet& controls) {
+  for (int i = 0; i < report.alerts; ++i) controls.GetPlatform().Beep();
+  if (!report.notice.empty()) controls.ShowNotice(report.notice);
   if (!report.Ok()) throw RunTimeError(report.fault);
 }
 

@@ -54,7 +54,7 @@ void DesignPage::RunSynthesisDriver() {
   const FamilyInfo* family = FindFamily(d_.Family);
   if (!family) return;
   if (family->readsDesignInputs) ReadDesignInputs();
-  Act(family->prototype(d_), platform_);
+  Act(family->prototype(d_), controls_);
 }
 
 void DesignPage::ReadDesignInputs() {

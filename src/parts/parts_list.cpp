@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "core/atomic_file.h"
 #include "core/formatters.h"
-#include "export/replacing_file.h"
 
 namespace drenik {
 namespace {
@@ -48,7 +48,7 @@ std::vector<PartsListLine> PartsList(const PartsChoice& choice) {
 }
 
 bool WritePartsList(const PartsChoice& choice, const std::string& path, Platform& platform) {
-  ReplacingFile file(path);
+  AtomicFile file(path);
   bool written = file.IsOpen();
   if (written) {
     file.Line(kPartsListHeader);

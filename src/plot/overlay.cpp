@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "core/atomic_file.h"
 #include "core/number_text.h"
 
 namespace drenik {
@@ -84,13 +85,10 @@ void SaveOverlay(DesignRecord& d, Platform& platform, const std::string& folder)
       platform.ShowMessage(kOverlayFailure);
       return;
     }
-    std::ofstream out(InFolder(folder, file.name), std::ios::binary | std::ios::trunc);
+    AtomicFile out(InFolder(folder, file.name).string());
     const SweepArray& values = d.*file.values;
-    for (int i = 0; out && i <= d.NrIntervals; ++i) {
-      out << ValueText(d.Freq[i]) << ValueText(values[i]) << "\r\n";
-    }
-    out.close();
-    if (!out) {
+    for (int i = 0; i <= d.NrIntervals; ++i) out.Line(ValueText(d.Freq[i]) + ValueText(values[i]));
+    if (!out.Commit()) {
       platform.ShowMessage(kOverlayFailure);
       return;
     }

@@ -1,6 +1,6 @@
 #include "qt/render.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
 #include <QImageWriter>
@@ -10,13 +10,16 @@
 #include <QSvgGenerator>
 #include <algorithm>
 
+#include "core/atomic_file.h"
 #include "qt/painter_canvas.h"
 
 namespace drenik {
 
 namespace {
 
-bool RenderPng(const RecordingCanvas& page, const QString& path, int w, int h, std::string& error) {
+// Each format is drawn into memory first; the file is then written whole by
+// the program's one file writer, which checks every byte reaches the disk.
+bool RenderPng(const RecordingCanvas& page, QBuffer& out, int w, int h, std::string& error) {
   QImage image(w, h, QImage::Format_RGB32);
   image.fill(Qt::white);
   {
@@ -26,43 +29,32 @@ bool RenderPng(const RecordingCanvas& page, const QString& path, int w, int h, s
     bool large = std::min(w / 1600.0, h / 1200.0) > 1.25;
     ReplayPage(painter, page, QRectF(0, 0, w, h), large ? PenMode::Scaled : PenMode::Cosmetic);
   }
-  QImageWriter writer(path, "png");
+  QImageWriter writer(&out, "png");
   if (!writer.write(image)) {
-    error = "Cannot write " + path.toStdString() + ": " + writer.errorString().toStdString();
+    error = "Cannot encode the PNG image: " + writer.errorString().toStdString();
     return false;
   }
   return true;
 }
 
-bool RenderSvg(const RecordingCanvas& page, const QString& path, int w, int h, std::string& error) {
-  QFile file(path);
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-    error = "Cannot write " + path.toStdString() + ": " + file.errorString().toStdString();
-    return false;
-  }
+bool RenderSvg(const RecordingCanvas& page, QBuffer& out, int w, int h, std::string& error) {
   QSvgGenerator svg;
-  svg.setOutputDevice(&file);
+  svg.setOutputDevice(&out);
   svg.setSize(QSize(w, h));
   svg.setViewBox(QRect(0, 0, w, h));
   svg.setTitle(QStringLiteral("Drenik Filter Designer"));
   QPainter painter;
   if (!painter.begin(&svg)) {
-    error = "Cannot draw the SVG file " + path.toStdString();
+    error = "Cannot draw the SVG image";
     return false;
   }
   painter.fillRect(QRect(0, 0, w, h), Qt::white);
   ReplayPage(painter, page, QRectF(0, 0, w, h), PenMode::Scaled);
-  painter.end();
-  file.close();
-  if (file.error() != QFileDevice::NoError) {
-    error = "Cannot write " + path.toStdString() + ": " + file.errorString().toStdString();
-    return false;
-  }
-  return true;
+  return painter.end();
 }
 
-bool RenderPdf(const RecordingCanvas& page, const QString& path, std::string& error) {
-  QPdfWriter pdf(path);
+bool RenderPdf(const RecordingCanvas& page, QBuffer& out, std::string& error) {
+  QPdfWriter pdf(&out);
   pdf.setPageSize(QPageSize(QSizeF(kPageWidth / 1440.0, kPageHeight / 1440.0), QPageSize::Inch,
                             QStringLiteral("Page"), QPageSize::ExactMatch));
   pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
@@ -71,17 +63,12 @@ bool RenderPdf(const RecordingCanvas& page, const QString& path, std::string& er
   pdf.setCreator(QStringLiteral("Drenik Filter Designer"));
   QPainter painter;
   if (!painter.begin(&pdf)) {
-    error = "Cannot write " + path.toStdString();
+    error = "Cannot draw the PDF page";
     return false;
   }
   QRectF target(0, 0, pdf.width(), pdf.height());
   ReplayPage(painter, page, target, PenMode::Scaled);
-  painter.end();
-  if (!QFileInfo(path).exists() || QFileInfo(path).size() == 0) {
-    error = "Cannot write " + path.toStdString();
-    return false;
-  }
-  return true;
+  return painter.end();
 }
 
 }  // namespace
@@ -90,18 +77,38 @@ bool RenderPageToFile(const RecordingCanvas& page, const std::string& path, int 
                       int heightPx, std::string& error) {
   error.clear();
   PrepareQtDrawing();
-  QString file = QString::fromStdString(path);
-  QString ext = QFileInfo(file).suffix().toLower();
+  QString ext = QFileInfo(QString::fromStdString(path)).suffix().toLower();
   if (ext != "pdf" && (widthPx < 1 || heightPx < 1 || widthPx > 20000 || heightPx > 20000)) {
     error = "Image size " + std::to_string(widthPx) + "x" + std::to_string(heightPx) +
             " is out of range";
     return false;
   }
-  if (ext == "png") return RenderPng(page, file, widthPx, heightPx, error);
-  if (ext == "svg") return RenderSvg(page, file, widthPx, heightPx, error);
-  if (ext == "pdf") return RenderPdf(page, file, error);
-  error = "Unknown file type of " + path + " (use .png, .svg or .pdf)";
-  return false;
+  QByteArray bytes;
+  QBuffer out(&bytes);
+  out.open(QIODevice::WriteOnly);
+  bool drawn = false;
+  if (ext == "png") {
+    drawn = RenderPng(page, out, widthPx, heightPx, error);
+  } else if (ext == "svg") {
+    drawn = RenderSvg(page, out, widthPx, heightPx, error);
+  } else if (ext == "pdf") {
+    drawn = RenderPdf(page, out, error);
+  } else {
+    error = "Unknown file type of " + path + " (use .png, .svg or .pdf)";
+    return false;
+  }
+  out.close();
+  if (!drawn) {
+    if (error.empty()) error = "Cannot draw the page for " + path;
+    return false;
+  }
+  std::string why;
+  if (!WriteWholeFile(path, std::string_view(bytes.constData(), static_cast<size_t>(bytes.size())),
+                      &why)) {
+    error = "Cannot write " + path + ": " + why;
+    return false;
+  }
+  return true;
 }
 
 }  // namespace drenik

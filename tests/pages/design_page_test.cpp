@@ -176,6 +176,27 @@ TEST_F(DesignPageTest, RippleSnapsAndStopbandEdgeBeforeACauerDesign) {
   EXPECT_EQ(D().StopbandEdge, 0.0f);
 }
 
+// The record as a session of unusable values would leave it (the opening page
+// turns such a file into defaults): every step of the load still runs, and
+// only what the design it ends with reports is shown, once.
+TEST_F(DesignPageTest, ALoadRunsEveryStepAndShowsAtMostOneMessage) {
+  DesignPage& page = StartDesign();
+  D().Order = 0, D().Rsource = 0;  // the first redesigns fail, the load mends both
+  page.Load();
+  EXPECT_TRUE(platform.messages.empty());
+  EXPECT_EQ(SelectedIn(page, "frmOrder"), Names{"optOrder5"});
+  EXPECT_EQ(D().Rsource, 50.0f);
+
+  D().Family = kCauer, D().Apass = 100;  // no Cauer design has a ripple above its depth
+  const int redraws = page.SchematicRedraws();
+  page.Load();
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].title, kRunTimeErrorTitle);
+  EXPECT_EQ(SelectedIn(page, "frmStopbandDepth"), Names{"optAstop40"});
+  EXPECT_EQ(page.LabelNamed("lblRipple").Caption(), "(ripple)");
+  EXPECT_GT(page.SchematicRedraws(), redraws);
+}
+
 // An engine error in a nested event stops the outer one and shows once.
 TEST(Controls, EngineErrorsAreShownOnceByTheOutermostEvent) {
   RecordingPlatform platform;

@@ -105,6 +105,46 @@ TEST_F(WindowTest, OpeningLinkOpensTheGuideAndExitKeepsTheFile) {
   EXPECT_EQ(ReadWhole(sessionPath), odd);
 }
 
+// A session the program cannot design from starts like a first start, with
+// no message; Exit then writes a file the next start can use. A value that
+// is plausible but no option's is kept, with no option selected.
+TEST_F(WindowTest, AnUnusableSessionFileStartsFromTheDefaultsQuietly) {
+  // The first-start choices, as Exit writes them (Chebyshev keeps no depth).
+  const std::string defaults = "5,4200000,2,.044,0,\"Cinlowpass\",50,1000000\r\n";
+  for (const char* unusable : {
+           "99,4200000,2,.044,40,\"Cinlowpass\",50,1000000",  // order
+           "0,4200000,2,.044,40,\"Cinlowpass\",50,1000000",
+           "5,4200000,9,.044,40,\"Cinlowpass\",50,1000000",  // family
+           "5,4200000,-1,.044,40,\"Cinlowpass\",50,1000000",
+           "5,4200000,2,.044,40,\"Cinlowpass\",0,1000000",  // impedance
+           "5,4200000,2,.044,40,\"Cinlowpass\",-50,1000000",
+           "5,4200000,2,.044,40,\"Cinlowpass\",1e-30,1000000",
+           "5,4200000,2,.044,40,\"Cinlowpass\",50,1e-30",  // Q
+           "5,4200000,2,-1,40,\"Cinlowpass\",50,1000000",  // ripple, depth
+           "5,4200000,3,.044,1e30,\"Cinlowpass\",50,1000000",
+           "5,4200000,3,100,40,\"Cinlowpass\",50,1000000",
+           "5,-5,3,.044,40,\"Cinlowpass\",50,1000000",     // bandwidth
+           "5,4200000,2,.044,40,\"Bandpass\",50,1000000",  // topology
+       }) {
+    SCOPED_TRACE(unusable);
+    WriteWhole(sessionPath, std::string(unusable) + "\r\n");
+    Start();
+    EXPECT_TRUE(platform->messages.empty()) << platform->messages[0].text;
+    for (const char* option : {"optChebycheff", "optOrder5", "optCinlowpass", "opt044", "optZ50"})
+      EXPECT_TRUE(Radio(option)->isChecked()) << option;
+    Click(Button(window->DesignView(), "cmdExit"));
+    EXPECT_EQ(ReadWhole(sessionPath), defaults);
+  }
+
+  const std::string odd = "5,4200000,2,.1,0,\"Cinlowpass\",50,1000000\r\n";
+  WriteWhole(sessionPath, odd);
+  Start();
+  EXPECT_TRUE(platform->messages.empty());
+  for (const char* option : {"opt01", "opt044", "opt200"}) EXPECT_FALSE(Radio(option)->isChecked());
+  Click(Button(window->DesignView(), "cmdExit"));
+  EXPECT_EQ(ReadWhole(sessionPath), odd);
+}
+
 TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDialogWorks) {
   Launch();
   Press(Button(window->OpeningView(), "cmdStart"), Qt::Key_Return);

@@ -1,0 +1,57 @@
+#include "pages/session_check.h"
+
+#include <cmath>
+#include <memory>
+
+#include "analysis/ladder.h"
+#include "core/last_session.h"
+#include "pages/design_choices.h"
+#include "pages/opening_page.h"
+#include "synthesis/denormalize.h"
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
+
+namespace drenik {
+
+namespace {
+
+bool Within(float value, BoxRange range) {
+  return value >= range.low && value <= range.high;
+}
+
+// NaN fails every comparison, so each test is written to pass only for a
+// number in range.
+bool FieldsInRange(const DesignRecord& s) {
+  return s.Order >= 3 && s.Order <= 7 && FindFamily(s.Family) && FindTopology(s.Topology) &&
+         Within(s.Width, kBandwidthRange) && Within(s.Rsource, kImpedanceRange) &&
+         s.Qind >= kLeastQ && std::isfinite(s.Qind) && s.Apass >= 0 && std::isfinite(s.Apass) &&
+         s.Astop >= 0 && std::isfinite(s.Astop);
+}
+
+// The design the page's load would start from, as far as the prototype, the
+// scaling and the display page's analysis of the ladder see it (an extreme
+// ripple can leave a load resistance that no float holds).
+bool Designable(const DesignRecord& session) {
+  auto trial = std::make_unique<DesignRecord>(session);
+  DesignRecord& t = *trial;
+  SetProgramConstants(t);
+  const FamilyInfo& family = *FindFamily(t.Family);
+  if (family.fixedOrder) t.Order = family.fixedOrder;
+  if (family.cauerType) t.CauerType = family.cauerType;
+  t.CauerFlag = family.resonantArms ? 1 : 0;
+  if (t.Apass == 0) t.Apass = kFirstStartRipple;
+  if (t.Astop == 0) t.Astop = kFirstStartDepth;
+  if (family.readsDesignInputs) SnapRipple(t.Apass, SnapBounds::Driver);
+  t.Qcap = kInfiniteQcap;
+  const EngineReport prototype = family.prototype(t);
+  return prototype.Ok() && prototype.notice.empty() && Denormalize(t).Ok() &&
+         LadderFault(LadderOf(t)).empty();
+}
+
+}  // namespace
+
+bool IsUsableSession(const DesignRecord& session) {
+  return FieldsInRange(session) && Designable(session);
+}
+
+}  // namespace drenik

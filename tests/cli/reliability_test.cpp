@@ -1,0 +1,134 @@
+// Every file the program writes, written as a full disk or a size limit
+// sees it, and next to links that wait at temporary-looking names. The old
+// file must survive a failed write byte for byte, and no link is followed.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "core/last_session.h"
+#include "plot/overlay.h"
+#include "support/recording_platform.h"
+#include "support/temp_folder.h"
+
+namespace drenik::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+// One row per output: its file, and the drenik arguments that write it (the
+// path follows them) or, for the files only the window writes, its writer.
+// A new output of the program is one more row.
+struct Output {
+  const char* file;
+  std::vector<std::string> args;
+  void (*write)(const std::string& path, Platform& platform) = nullptr;
+};
+
+const Output kOutputs[] = {
+    {"out.lct", {"export", "--lct"}},
+    {"out.asc", {"export", "--asc"}},
+    {"out.cir", {"export", "--cir"}},
+    {"out.s2p", {"export", "--s2p"}},
+    {"out.csv", {"export", "--csv"}},
+    {"parts.csv", {"parts", "--bom"}},
+#if DRENIK_WITH_QT
+    {"page.png", {"render", "--size", "400x300", "--png"}},
+    {"page.svg", {"render", "--svg"}},
+    {"page.pdf", {"render", "--pdf"}},
+#endif
+    {kLastSessionFile,
+     {},
+     [](const std::string& path, Platform& platform) {
+       DesignRecord d;
+       SetLastSessionDefaults(d);
+       WriteLastSession(d, platform, path);
+     }},
+    {"Data.S21",
+     {},
+     [](const std::string& path, Platform& platform) {
+       DesignRecord d;
+       d.NrIntervals = 1000;
+       SaveOverlay(d, platform, fs::path(path).parent_path());
+     }},
+};
+
+// Writes the output in a child process, under a file-size limit in bytes,
+// with SIGXFSZ ignored so that a write past the limit fails as on a full
+// disk. The status is the program's, or 1 when a writer showed a message;
+// what the child printed to stderr goes into `complaint`.
+int Write(const Output& output, const std::string& path, rlim_t limit = RLIM_INFINITY,
+          std::string* complaint = nullptr) {
+  int pipe[2];
+  if (::pipe(pipe) != 0) return -1;
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(pipe[1], STDERR_FILENO);
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit l{limit, limit};
+    setrlimit(RLIMIT_FSIZE, &l);
+    if (output.write) {
+      RecordingPlatform platform;
+      output.write(path, platform);
+      _exit(platform.messages.empty() ? 0 : 1);
+    }
+    std::vector<std::string> args = output.args;
+    args.insert(args.begin(), DRENIK_BINARY_DIR "/app/drenik");
+    args.push_back(path);
+    std::vector<char*> argv;
+    for (std::string& a : args) argv.push_back(a.data());
+    argv.push_back(nullptr);
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+  close(pipe[1]);
+  char buffer[4096];
+  for (ssize_t n; (n = read(pipe[0], buffer, sizeof buffer)) > 0;)
+    if (complaint) complaint->append(buffer, static_cast<size_t>(n));
+  close(pipe[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+TEST(Reliability, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {
+  for (const Output& output : kOutputs) {
+    SCOPED_TRACE(output.file);
+    TempFolder folder;
+    const std::string path = folder / output.file;
+    const std::string old = "the old file, which must survive\r\n";
+    WriteWhole(path, old);
+    std::string complaint;
+    EXPECT_EQ(Write(output, path, 16, &complaint), 1);
+    if (!output.write) {  // the command line says why in one last line (Qt may warn first)
+      const size_t why = complaint.find("drenik: ");
+      EXPECT_EQ(complaint.find('\n', why), complaint.size() - 1) << complaint;
+    }
+    EXPECT_TRUE(ReadWhole(path) == old);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+  }
+}
+
+TEST(Reliability, LinksAtTemporaryLookingNamesAreNeverFollowed) {
+  for (const Output& output : kOutputs) {
+    SCOPED_TRACE(output.file);
+    TempFolder folder;
+    const std::string path = folder / output.file;
+    WriteWhole(path, "old");
+    WriteWhole(folder / "victim", "victim");
+    for (const char* tail : {".tmp", ".part", "~"}) fs::create_symlink("victim", path + tail);
+    ASSERT_EQ(Write(output, path), 0);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(path)));
+    EXPECT_NE(ReadWhole(path), "old");
+    EXPECT_TRUE(ReadWhole(folder / "victim") == "victim");
+    std::error_code gone;
+    for (const char* tail : {".tmp", ".part", "~"})
+      EXPECT_EQ(fs::read_symlink(path + tail, gone), "victim") << tail;
+  }
+}
+
+}  // namespace
+}  // namespace drenik::testing
