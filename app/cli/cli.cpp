@@ -4,6 +4,7 @@
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
+#include "cli/tolerance_command.h"
 #include "export/writers.h"
 #include "pages/opening_page.h"
 
@@ -114,6 +115,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
       return Render(o, *result, err);
     case Command::Export:
       return Export(o, *result, platform, err);
+    case Command::Tolerance:
+      return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err);
     default:
       return 0;
   }

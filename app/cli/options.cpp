@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "cli/tolerance_command.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -100,6 +101,11 @@ std::string UsageText() {
              " [--size WxH]\n"
              "  drenik export [choices] [--values ...] [--lct FILE] [--asc FILE] [--cir FILE]"
              " [--s2p FILE] [--csv FILE]\n"
+             "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
+             " [--dist uniform|normal]\n"
+             "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
+             " [--pass-il DB]\n"
+             "                   [--stop FREQ:DB]... [--tighten PCT] [--json]\n"
              "  drenik --help | --version\n"
              "choices (first-start defaults when left out):\n"
              "  --family ") +
@@ -118,7 +124,7 @@ std::string UsageText() {
 
 CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   CliOptions o;
-  if (args.empty()) throw UsageError("missing command (design, render or export)");
+  if (args.empty()) throw UsageError("missing command (design, render, export or tolerance)");
   for (const std::string& a : args) {
     if (a == "--help" || a == "-h") {
       o.command = Command::Help;
@@ -136,8 +142,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     o.command = Command::Render;
   } else if (command == "export") {
     o.command = Command::Export;
+  } else if (command == "tolerance") {
+    o.command = Command::Tolerance;
   } else {
-    throw UsageError("unknown command '" + command + "' (design, render or export)");
+    throw UsageError("unknown command '" + command + "' (design, render, export or tolerance)");
   }
 
   for (size_t i = 1; i < args.size(); ++i) {
@@ -188,8 +196,11 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
       }
     } else if (name == "--json") {
-      only(Command::Design, "design");
+      if (o.command != Command::Tolerance) only(Command::Design, "design");
       o.json = true;
+    } else if (IsToleranceOption(name)) {
+      only(Command::Tolerance, "tolerance");
+      ParseToleranceOption(name, value(), o.tolerance);
     } else if (name == "--png" || name == "--svg" || name == "--pdf") {
       only(Command::Render, "render");
       if (!o.renderFile.empty()) throw UsageError(name + ": only one output file");

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "tolerance/mask.h"
+#include "tolerance/trial_draws.h"
+
 namespace drenik::cli {
 
 // Bad usage: the text is one line that names the option.
@@ -14,7 +17,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Help, Version };
+enum class Command { Design, Render, Export, Tolerance, Help, Version };
 enum class Values { Exact, FiveC, FiveL };
 
 // The design page's choices; unset ones keep the first-start defaults.
@@ -29,6 +32,18 @@ struct Choices {
   std::optional<std::string> q;               // "inf" or text for the Q box
 };
 
+// What `drenik tolerance` asks for beyond the design; unset ones take the
+// engine's defaults (no mask option at all: the default mask).
+struct ToleranceOptions {
+  std::optional<double> ctol, ltol, tighten;  // %
+  std::optional<Distribution> distribution;
+  std::optional<int> trials;
+  std::optional<uint64_t> seed;
+  std::optional<double> passEdge;  // Hz
+  std::optional<double> passRl, passIl;
+  std::vector<StopCheck> stops;
+};
+
 struct CliOptions {
   Command command = Command::Help;
   Choices choices;
@@ -38,6 +53,7 @@ struct CliOptions {
   int widthPx = 1600;
   int heightPx = 1200;
   std::string lct, asc, cir, s2p, csv;
+  ToleranceOptions tolerance;
 };
 
 // Throws UsageError.
