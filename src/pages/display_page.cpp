@@ -29,6 +29,7 @@ void DisplayPage::Build() {
       {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
+      {"cmdTolerance", "Tolerance", &DisplayPage::OnTolerance},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
       {"cmdSaveOverlay", "Save overlay", &DisplayPage::OnSaveOverlay},
       {"cmdGetOverlay", "Get overlay", &DisplayPage::OnGetOverlay},
@@ -70,6 +71,9 @@ void DisplayPage::OnInductors() {
 }
 void DisplayPage::OnChangeDesign() {
   controls_.RunEvent([this] { host_.ShowDesignPage(); });
+}
+void DisplayPage::OnTolerance() {
+  controls_.RunEvent([this] { host_.ShowTolerancePage(); });
 }
 void DisplayPage::OnExit() {
   controls_.RunEvent([this] { host_.EndProgram(true); });

@@ -59,6 +59,8 @@ class DisplayPage {
   void OnExportNetlist();
   void OnExportTouchstone();
   void OnExportCsv();
+  // The tolerance analysis of the design shown, on a page of its own.
+  void OnTolerance();
 
   // Called after each analysis with the value mode it used (1, 2, 3), while
   // the record and the page show that analysis.

@@ -1,7 +1,7 @@
 #pragma once
 // What a page asks of the application that holds it: going to another page,
-// ending the program, the address of the user guide, and the two services
-// only a window has (the LTspice page, printing).
+// ending the program, the address of the user guide, the tolerance page, and
+// the two services only a window has (the LTspice page, printing).
 
 #include <string>
 
@@ -20,6 +20,8 @@ class PageHost {
   virtual void ShowSpicePage() {}
   // Prints the display page; false when the host cannot print.
   virtual bool PrintDisplayPage() { return false; }
+  // The tolerance page for the design the record holds.
+  virtual void ShowTolerancePage() {}
 };
 
 }  // namespace drenik
