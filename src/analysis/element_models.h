@@ -27,8 +27,8 @@ inline constexpr double kTinyPart = 1e-10;
 // An exactly resonant tank is detuned by this factor so that its parallel
 // reactance stays finite.
 inline constexpr double kDetune = 1.00001;
-// Relative size of the net tank susceptance below which the tank is worked
-// out by parallel reactances (rounding of the admittance sum would show).
+// Detuning below which the tank is worked out by parallel reactances: near
+// resonance the admittance sum cancels to a few digits.
 inline constexpr double kNearResonance = 1e-6;
 
 inline double Abs(double x) {
@@ -173,34 +173,44 @@ inline Cplx<double> TankNearResonance(double w, double l, double c, double qind,
   return {rser, rt * rser / xt};
 }
 
-// The tank's admittance sum G + jB (inductor, capacitor or its stand-in, the
-// fixed shunt) and the capacitor's own susceptance.
+// Series tank, L parallel to C, from the inductor's series r + jx, the
+// capacitor's G + jB (or its stand-in) and the fixed shunt:
+// Z = (r + jx) / (1 + (G + jB)(r + jx)), one division. `detuning` is how far
+// the tank is from the resonance of its admittance sum,
+// 1 - B x (1 + 1/Qind^2), which vanishes where the sum's susceptance does.
 template <typename V>
-inline Cplx<V> TankAdmittance(V w, V l, V c, const Losses<V>& q, V& bc) {
-  const V xl = w * l;
-  const Cplx<V> yl = Reciprocal(Abs(xl * q.perQind), xl);
+inline Cplx<V> TankImpedance(V w, V l, V c, const Losses<V>& q, V& detuning) {
+  const V x = w * l;
+  const V r = Abs(x * q.perQind);
   V gc = Abs(w * c * q.perQcap);
-  bc = w * c;
+  V bc = w * c;
   if (Any(c == 0)) {
     gc = Select(c == 0, Splat<V>(1 / kShuntOpenReactance), gc);
     bc = Select(c == 0, Splat<V>(-1 / kShuntOpenReactance), bc);
   }
-  return {yl.re + gc + 1 / kTankShunt, yl.im + bc};
+  gc = gc + 1 / kTankShunt;
+  const V bx = bc * x;
+  detuning = 1 - bx * (1 + q.perQind * q.perQind);
+  const V dr = (1 - bx) + gc * r, di = gc * x + bc * r;
+  const V perD2 = 1 / (dr * dr + di * di);
+  return {(r * dr + x * di) * perD2, (x * dr - r * di) * perD2};
 }
 
-// Whether the tank is within a hair of resonance (lane-wise).
+// Whether the tank is within a hair of resonance (lane-wise): there it is
+// worked out by parallel reactances, which keep the detuning of an exact
+// resonance.
 template <typename V>
-inline auto TankIsNearResonance(const Cplx<V>& y, V bc) {
-  return Abs(y.im) <= kNearResonance * Abs(bc);
+inline auto TankIsNearResonance(V detuning) {
+  return Abs(detuning) <= Splat<V>(kNearResonance);
 }
 
-// Series tank, L parallel to C: Z = 1 / (G + jB), or the long way round
-// within a hair of resonance. The batch path handles the near lanes itself.
+// Series tank, L parallel to C. The batch path handles the near lanes
+// itself.
 inline Cplx<double> SeriesTank(double w, double l, double c, const Losses<double>& q) {
-  double bc;
-  const Cplx<double> y = TankAdmittance(w, l, c, q, bc);
-  if (TankIsNearResonance(y, bc)) return TankNearResonance(w, l, c, q.qind, q.qcap);
-  return Reciprocal(y.re, y.im);
+  double detuning;
+  const Cplx<double> z = TankImpedance(w, l, c, q, detuning);
+  if (TankIsNearResonance(detuning)) return TankNearResonance(w, l, c, q.qind, q.qcap);
+  return z;
 }
 
 }  // namespace drenik::models

@@ -8,6 +8,7 @@
 #include "analysis/ladder_batch.h"
 
 #include <cmath>
+#include <cstring>
 
 #include "analysis/element_models.h"
 #include "analysis/lanes.h"
@@ -23,31 +24,6 @@ using models::Splat;
 
 static_assert(kBatchLanes == kLaneCount);
 
-// A parallel tank in the series arm. Within a hair of resonance the tank is
-// worked out the long way round; lanes are independent, so the lanes that
-// need it take the double path one by one.
-inline Cplx<double> TankSection(double w, double l, double c, const Losses<double>& q) {
-  return models::SeriesTank(w, l, c, q);
-}
-template <int W>
-inline Cplx<Lanes<W>> TankSection(Lanes<W> w, Lanes<W> l, Lanes<W> c, const Losses<Lanes<W>>& q) {
-  Lanes<W> bc;
-  const Cplx<Lanes<W>> y = models::TankAdmittance(w, l, c, q, bc);
-  Cplx<Lanes<W>> z = models::Reciprocal(y.re, y.im);
-  const LaneFlags<W> near = models::TankIsNearResonance(y, bc);
-  if (Any(near)) {
-    double wk[kLaneCount], lk[kLaneCount], ck[kLaneCount], re[kLaneCount], im[kLaneCount];
-    w.Store(wk), l.Store(lk), c.Store(ck), z.re.Store(re), z.im.Store(im);
-    for (int k = 0; k < kLaneCount; ++k) {
-      if (!near[k]) continue;
-      const Cplx<double> zk = models::TankNearResonance(wk[k], lk[k], ck[k], q.qind[0], q.qcap[0]);
-      re[k] = zk.re, im[k] = zk.im;
-    }
-    z = {Lanes<W>::Load(re), Lanes<W>::Load(im)};
-  }
-  return z;
-}
-
 // Points handled together: each position's section is applied to all of
 // them before the next position, so the loop over points carries no
 // dependence (the divisions of neighbouring points overlap) and whatever
@@ -60,15 +36,55 @@ struct ChainChunk {
   V ar[kChunk], ai[kChunk], br[kChunk], bi[kChunk], cr[kChunk], ci[kChunk], dr[kChunk], di[kChunk];
 };
 
-// The section of a position of kind K at angular frequency w.
+template <typename V>
+double FirstLane(const V& v) {
+  double first;
+  std::memcpy(&first, &v, sizeof first);
+  return first;
+}
+
+// The sections of a position of kind K at n angular frequencies.
 template <ElementKind K, typename V>
-inline __attribute__((always_inline)) Cplx<V> SectionOf(V w, V l, V c, const Losses<V>& q) {
-  if constexpr (K == ElementKind::SeriesL) return models::SeriesInductor(w, l, q);
-  if constexpr (K == ElementKind::ShuntL) return models::ShuntInductor(w, l, q);
-  if constexpr (K == ElementKind::SeriesC) return models::SeriesCapacitor(w, c, q);
-  if constexpr (K == ElementKind::ShuntC) return models::ShuntCapacitor(w, c, q);
-  if constexpr (K == ElementKind::ShuntTrap) return models::ShuntTrap(w, l, c, q);
-  if constexpr (K == ElementKind::SeriesTank) return TankSection(w, l, c, q);
+inline __attribute__((always_inline)) void Sections(const double* omega, int n, V l, V c,
+                                                    const Losses<V>& q, Cplx<V>* s) {
+  for (int i = 0; i < n; ++i) {
+    const V w = Splat<V>(omega[i]);
+    if constexpr (K == ElementKind::SeriesL) s[i] = models::SeriesInductor(w, l, q);
+    if constexpr (K == ElementKind::ShuntL) s[i] = models::ShuntInductor(w, l, q);
+    if constexpr (K == ElementKind::SeriesC) s[i] = models::SeriesCapacitor(w, c, q);
+    if constexpr (K == ElementKind::ShuntC) s[i] = models::ShuntCapacitor(w, c, q);
+    if constexpr (K == ElementKind::ShuntTrap) s[i] = models::ShuntTrap(w, l, c, q);
+  }
+}
+
+// A parallel tank in the series arm. Within a hair of resonance the tank is
+// worked out the long way round; lanes are independent, so the lanes and
+// points that need it (hardly ever any) take the double path one by one.
+template <ElementKind K, typename V>
+requires(K == ElementKind::SeriesTank) inline
+    __attribute__((always_inline)) void Sections(const double* omega, int n, V l, V c,
+                                                 const Losses<V>& q, Cplx<V>* s) {
+  V detuning[kChunk];
+  auto near = models::TankIsNearResonance(Splat<V>(1));  // no lane near yet
+  for (int i = 0; i < n; ++i) {
+    s[i] = models::TankImpedance(Splat<V>(omega[i]), l, c, q, detuning[i]);
+    near = near | models::TankIsNearResonance(detuning[i]);
+  }
+  if (!Any(near)) return;
+  for (int i = 0; i < n; ++i) {
+    double d[kBatchLanes], re[kBatchLanes], im[kBatchLanes], lk[kBatchLanes], ck[kBatchLanes];
+    const int lanes = sizeof(V) / sizeof(double);
+    std::memcpy(d, &detuning[i], sizeof(V));
+    std::memcpy(re, &s[i].re, sizeof(V)), std::memcpy(im, &s[i].im, sizeof(V));
+    std::memcpy(lk, &l, sizeof(V)), std::memcpy(ck, &c, sizeof(V));
+    for (int k = 0; k < lanes; ++k) {
+      if (!models::TankIsNearResonance(d[k])) continue;
+      const Cplx<double> z =
+          models::TankNearResonance(omega[i], lk[k], ck[k], FirstLane(q.qind), FirstLane(q.qcap));
+      re[k] = z.re, im[k] = z.im;
+    }
+    std::memcpy(&s[i].re, re, sizeof(V)), std::memcpy(&s[i].im, im, sizeof(V));
+  }
 }
 
 // Multiplies the chain of every point by the section of a position of kind
@@ -76,8 +92,10 @@ inline __attribute__((always_inline)) Cplx<V> SectionOf(V w, V l, V c, const Los
 template <ElementKind K, typename V>
 inline __attribute__((always_inline)) void Apply(ChainChunk<V>& m, const double* omega, int n,
                                                  bool series, V l, V c, const Losses<V>& q) {
+  Cplx<V> sections[kChunk];
+  Sections<K>(omega, n, l, c, q, sections);
   for (int i = 0; i < n; ++i) {
-    const Cplx<V> s = SectionOf<K>(Splat<V>(omega[i]), l, c, q);
+    const Cplx<V>& s = sections[i];
     if (series) {  // B += A Z, D += C Z
       m.br[i] = (m.ar[i] * s.re - m.ai[i] * s.im) + m.br[i];
       m.bi[i] = (m.ar[i] * s.im + m.ai[i] * s.re) + m.bi[i];
