@@ -10,7 +10,7 @@
 namespace drenik::testing {
 
 struct Json {
-  enum class Kind { Null, Number, String, Array, Object } kind = Kind::Null;
+  enum class Kind { Null, Bool, Number, String, Array, Object } kind = Kind::Null;
   std::string text;  // number token or string value
   std::vector<Json> items;
   std::map<std::string, Json> fields;
@@ -55,6 +55,10 @@ inline Json ParseJsonAt(const std::string& s, size_t& p) {
     j.text = string();
   } else if (s.compare(p, 4, "null") == 0) {
     p += 4;
+  } else if (s.compare(p, 4, "true") == 0 || s.compare(p, 5, "false") == 0) {
+    j.kind = Json::Kind::Bool;
+    j.text = s[p] == 't' ? "true" : "false";
+    p += j.text.size();
   } else {
     // JSON's grammar; a leading zero's digits or a bare point fail as the next token.
     static const std::regex number(R"(-?(0|[1-9]\d*)(\.\d+)?([eE][+-]?\d+)?)");
