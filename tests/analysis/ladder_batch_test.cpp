@@ -3,6 +3,8 @@
 
 #include "analysis/ladder_batch.h"
 
+#include "analysis/element_models.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -38,10 +40,25 @@ TEST(LadderBatch, EveryVectorUnitGivesThePlainDoubleBitsAndTheOnePointFigures) {
   for (int k = 0; k < kBatchLanes; ++k)
     for (int j = 1; j <= ladder.stages; ++j)
       v.L[j][k] *= 1 + 0.013 * k - 0.004 * j, v.C[j][k] *= 1 - 0.011 * k + 0.003 * j;
-  // Lane 5's last tank resonates exactly on point 60: there the tank is
-  // worked out by parallel reactances.
+  // Lane 5's last tank resonates exactly on point 60: its capacitor's
+  // reactance cancels the inductor's parallel equivalent to the last bit,
+  // where the tank is detuned by 1.00001 as the sweep detunes it.
   const double w60 = static_cast<float>(ladder.twoPi * freq[60]);
-  v.C[9][5] = 1 / (w60 * w60 * v.L[9][5] * (1 + 1 / (50.0 * 50)));
+  auto exact = [&](double l, double c) {
+    double rpar, xpar;
+    models::SeriesToParallel(std::fabs(w60 * l / 50), w60 * l, rpar, xpar);
+    return -1 / (w60 * c) + xpar == 0;
+  };
+  double l = v.L[9][5], c = 0;
+  for (bool found = false; !found; l = std::nextafter(l, 1.0)) {
+    double rpar, xpar;
+    models::SeriesToParallel(std::fabs(w60 * l / 50), w60 * l, rpar, xpar);
+    c = 1 / (w60 * xpar);
+    for (int ulps = 0; ulps < 8 && !(found = exact(l, c)); ++ulps) c = std::nextafter(c, 1.0);
+    if (found) v.L[9][5] = l;
+  }
+  ASSERT_TRUE(exact(v.L[9][5], c));
+  v.C[9][5] = c;
 
   const int n = static_cast<int>(freq.size());
   const LadderBatch batch(ladder, freq);

@@ -3,8 +3,12 @@
 #include <QFile>
 #include <QImage>
 #include <QLineEdit>
+#include <QPrinter>
+#include <QProcess>
+#include <QStandardPaths>
 
 #include "fixture.h"
+#include "qt/print_page.h"
 
 namespace drenik::testing {
 namespace {
@@ -47,6 +51,21 @@ TEST_F(WindowTest, ToleranceWindowRunsOnAWorkerThreadCancelsAndSavesItsPicture) 
   EXPECT_TRUE(platform->messages.empty());
   Click(Button(view, "cmdClose"));
   EXPECT_FALSE(tolerance->isVisible());
+
+  // On paper the settings stand where the window has its controls.
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(QString::fromStdString(folder / "tolerance.pdf"));
+  ASSERT_TRUE(PrintDrawnPage(page.PaperDrawing(), printer, *platform));
+  const QString tool = QStandardPaths::findExecutable("pdftotext");
+  if (tool.isEmpty()) GTEST_SKIP() << "pdftotext (poppler-utils) is not installed";
+  QProcess process;
+  process.start(tool, {QString::fromStdString(folder / "tolerance.pdf"), "-"});
+  ASSERT_TRUE(process.waitForFinished(30000));
+  const QString text = QString::fromUtf8(process.readAllStandardOutput());
+  for (const char* expected : {"Yield", "Settings", "Trials: 500, seed 1", "Failures per check",
+                               "Worst passband return loss"})
+    EXPECT_TRUE(text.contains(expected)) << expected;
 }
 
 }  // namespace

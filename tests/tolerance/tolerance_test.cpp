@@ -12,11 +12,13 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <numeric>
 
 #include "analysis/sweep.h"
 #include "export/writers.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
+#include "tolerance/tolerance_text.h"
 
 namespace drenik {
 namespace {
@@ -257,6 +259,53 @@ TEST(Tolerance, ChecksCoverThePointsAtOrBeyondTheirFrequencies) {
   EXPECT_NEAR(*def.passRl, r.nominalReturnLoss - 3, 0.1);
   EXPECT_EQ(def.stops.at(0).frequency, 2 * design.cutoff);
   EXPECT_NEAR(def.stops[0].depth, r.nominalStopAttenuation - 3, 1);
+}
+
+// Nominal worst figures of a design, from a run at zero tolerance.
+ToleranceResult NominalRun(const ToleranceDesign& design, const Mask& mask) {
+  ToleranceSetup s;
+  s.trials = 1, s.ctolPercent = s.ltolPercent = 0, s.mask = mask, s.sensitivity = false;
+  ToleranceResult r;
+  EXPECT_TRUE(RunTolerance(design, s, r).Ok());
+  return r;
+}
+
+TEST(Tolerance, DefaultMaskFollowsTheDesign) {
+  // A highpass: its passband above the cutoff, the harmonic check below it.
+  const ToleranceDesign high = Designed(kChebyshev, 5, "Linhighpass");
+  const Mask h = DefaultMask(high);
+  ASSERT_TRUE(h.passRl && !h.passIl && h.stops.size() == 1);
+  EXPECT_EQ(h.stops[0].frequency, high.cutoff / 2);
+  const ToleranceResult hr = NominalRun(high, h);
+  EXPECT_TRUE(hr.nominalPasses && hr.checks[0].check.first == 500);
+  EXPECT_NEAR(h.stops[0].depth, std::floor(hr.nominalStopAttenuation - 3), 1e-9);
+
+  // An edge at the 3 dB point leaves no return loss to ask for: a loss
+  // 1 dB over the nominal instead.
+  const ToleranceDesign flat = Designed(kButterworth, 5, "Cinlowpass");
+  const Mask f = DefaultMask(flat);
+  ASSERT_TRUE(!f.passRl && f.passIl);
+  EXPECT_NEAR(*f.passIl, 10 * std::log10(2.0) + 1, 0.15);
+
+  // A Cauer design's own edge; where the nominal misses its depth, what the
+  // nominal reaches, rounded down.
+  ToleranceDesign cauer = Designed(kCauer, 5, "Cinlowpass");
+  EXPECT_EQ(DefaultMask(cauer).stops.at(0).depth, 40);
+  cauer.stopDepth = 80;
+  const Mask c = DefaultMask(cauer);
+  EXPECT_EQ(c.stops.at(0).frequency, cauer.stopEdge);
+  EXPECT_EQ(c.stops[0].depth, std::floor(NominalRun(cauer, c).nominalStopAttenuation));
+}
+
+TEST(Tolerance, HistogramBinsEveryFiniteValueOnRoundEdges) {
+  const std::vector<float> values = {12.3f, 15.9f, 17.0f, 17.05f, NAN, 22.4f, INFINITY};
+  const Histogram h = MakeHistogram(values, 10);
+  EXPECT_EQ(h.width, 2.0);  // 10.1 dB would need 11 bins of 1 dB
+  EXPECT_EQ(h.low, 12);
+  ASSERT_EQ(h.counts.size(), 6u);
+  EXPECT_EQ(std::accumulate(h.counts.begin(), h.counts.end(), 0), 5);
+  EXPECT_TRUE(h.counts[2] == 2 && h.Most() == 2 && h.counts.back() == 1);
+  EXPECT_TRUE(MakeHistogram(std::vector<float>{NAN}, 10).counts.empty());
 }
 
 // ngspice in batch mode on the netlist of a trial's ladder: V(in) and
