@@ -31,6 +31,11 @@ inline constexpr double kDetune = 1.00001;
 // resonance the admittance sum cancels to a few digits.
 inline constexpr double kNearResonance = 1e-6;
 
+// The models are inlined into every caller, whatever its vector unit: a
+// vector value passed to a function compiled for another unit would be
+// passed differently.
+#define DRENIK_MODEL inline __attribute__((always_inline))
+
 inline double Abs(double x) {
   return std::fabs(x);
 }
@@ -62,14 +67,14 @@ struct Losses {
 // 1/Rpar - j/Xpar), or the impedance of a parallel conductance and
 // susceptance, with one division.
 template <typename V>
-inline Cplx<V> Reciprocal(V r, V x) {
+DRENIK_MODEL Cplx<V> Reciprocal(V r, V x) {
   const V inv = 1 / (r * r + x * x);
   return {r * inv, -x * inv};
 }
 
 // A series r + jx seen as a parallel Rpar || jXpar.
 template <typename V>
-inline void SeriesToParallel(V r, V x, V& rpar, V& xpar) {
+DRENIK_MODEL void SeriesToParallel(V r, V x, V& rpar, V& xpar) {
   const V q = x / r;
   rpar = (1 + q * q) * r;
   xpar = rpar * r / x;
@@ -86,7 +91,7 @@ inline Cplx<double> ParallelToSeries(double rp, double x) {
 // resonant branch (100 Gohm), with its parallel loss |Qcap| X, as a series
 // impedance.
 template <typename V>
-inline Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
+DRENIK_MODEL Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
   const V rp = Abs(q.qcap * reactance);
   const V qq = rp / reactance;
   const V rser = rp / (qq * qq + 1);
@@ -96,7 +101,7 @@ inline Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
 // The capacitor's impedance: 1 / (G + jB) with G = |w C / Qcap|, B = w C;
 // the series stand-in where the capacitance is 0.
 template <typename V>
-inline Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReactance) {
+DRENIK_MODEL Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReactance) {
   const V wc = w * c;
   Cplx<V> z = Reciprocal(Abs(wc * q.perQcap), wc);
   if (Any(c == 0)) {
@@ -108,28 +113,28 @@ inline Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReact
 
 // Series inductor: Z = |w L / Qind| + j w L.
 template <typename V>
-inline Cplx<V> SeriesInductor(V w, V l, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> SeriesInductor(V w, V l, const Losses<V>& q) {
   const V x = w * l;
   return {Abs(x * q.perQind), x};
 }
 
 // Shunt inductor: Y = 1 / (|w L / Qind| + j w L).
 template <typename V>
-inline Cplx<V> ShuntInductor(V w, V l, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> ShuntInductor(V w, V l, const Losses<V>& q) {
   const V x = w * l;
   return Reciprocal(Abs(x * q.perQind), x);
 }
 
 // Series capacitor: Z, 10 Mohm stand-in for a missing one.
 template <typename V>
-inline Cplx<V> SeriesCapacitor(V w, V c, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> SeriesCapacitor(V w, V c, const Losses<V>& q) {
   return CapacitorImpedance(w, c, q, kSeriesOpenReactance);
 }
 
 // Shunt capacitor: Y = |w C / Qcap| + j w C; a missing one is the parallel
 // pair 1/(|Qcap| 1e11) - j/(-1e11).
 template <typename V>
-inline Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
   const V wc = w * c;
   Cplx<V> y{Abs(wc * q.perQcap), wc};
   if (Any(c == 0)) {
@@ -144,7 +149,7 @@ inline Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
 // the capacitor's series equivalent and the inductor's w L / Qind + j w L;
 // an exactly zero X is replaced by 1e-10.
 template <typename V>
-inline Cplx<V> ShuntTrap(V w, V l, V c, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> ShuntTrap(V w, V l, V c, const Losses<V>& q) {
   const Cplx<V> zc = CapacitorImpedance(w, c, q, kShuntOpenReactance);
   const V xl = w * l;
   const V r = zc.re + xl * q.perQind;
@@ -179,7 +184,7 @@ inline Cplx<double> TankNearResonance(double w, double l, double c, double qind,
 // the tank is from the resonance of its admittance sum,
 // 1 - B x (1 + 1/Qind^2), which vanishes where the sum's susceptance does.
 template <typename V>
-inline Cplx<V> TankImpedance(V w, V l, V c, const Losses<V>& q, V& detuning) {
+DRENIK_MODEL Cplx<V> TankImpedance(V w, V l, V c, const Losses<V>& q, V& detuning) {
   const V x = w * l;
   const V r = Abs(x * q.perQind);
   V gc = Abs(w * c * q.perQcap);
@@ -200,7 +205,7 @@ inline Cplx<V> TankImpedance(V w, V l, V c, const Losses<V>& q, V& detuning) {
 // worked out by parallel reactances, which keep the detuning of an exact
 // resonance.
 template <typename V>
-inline auto TankIsNearResonance(V detuning) {
+DRENIK_MODEL auto TankIsNearResonance(V detuning) {
   return Abs(detuning) <= Splat<V>(kNearResonance);
 }
 

@@ -37,7 +37,7 @@ struct ChainChunk {
 };
 
 template <typename V>
-double FirstLane(const V& v) {
+inline __attribute__((always_inline)) double FirstLane(const V& v) {
   double first;
   std::memcpy(&first, &v, sizeof first);
   return first;
@@ -163,7 +163,7 @@ void SeriesArms(const Ladder& ladder, bool* series) {
 }
 
 template <typename V>
-Losses<V> LossesOf(const Ladder& ladder) {
+inline __attribute__((always_inline)) Losses<V> LossesOf(const Ladder& ladder) {
   return {Splat<V>(ladder.qind), Splat<V>(ladder.qcap), Splat<V>(1 / ladder.qind),
           Splat<V>(1 / ladder.qcap)};
 }

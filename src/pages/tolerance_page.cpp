@@ -30,6 +30,19 @@ std::string Row(const char* box, int row) {
   return box + std::to_string(row);
 }
 
+// Whether two designs analyse alike at every value stage: the same ladder,
+// terminations, losses and sweep.
+bool SameLadders(const ValueStages& a, const ValueStages& b) {
+  for (ValueStage stage : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
+    const DesignRecord &x = a.At(stage), &y = b.At(stage);
+    if (x.Stages != y.Stages || x.ElementType != y.ElementType || x.L != y.L || x.C != y.C ||
+        x.Rsource != y.Rsource || x.Rload != y.Rload || x.Qind != y.Qind || x.Qcap != y.Qcap ||
+        x.Freq != y.Freq || x.Topology != y.Topology || x.Family != y.Family)
+      return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string ToleranceHost::SavePicture(const RecordingCanvas&, const std::string&) {
@@ -131,11 +144,16 @@ void TolerancePage::Build() {
 }
 
 void TolerancePage::Load(const DesignRecord& d) {
+  ValueStages stages = MakeValueStages(d);
+  // The same design again (the window closed and opened): the user's
+  // settings, a run in progress and its result stay.
+  if (loaded_ && SameLadders(stages, stages_)) return;
+  loaded_ = true;
   if (job_) job_->cancel = true;
   if (worker_.joinable()) worker_.join();
   job_.reset();
   SetRunning(false);
-  stages_ = MakeValueStages(d);
+  stages_ = std::move(stages);
   if (!stages_.fault.empty()) platform_.ShowMessage(stages_.fault);
   stage_ = ValueStage::FiveC;
   controls_.FindOption("opt5C")->SetSelectedQuietly(true);

@@ -53,7 +53,7 @@ class TolerancePage {
 
   // Takes the design the display page holds now (a run in progress is
   // cancelled), prefills the controls for it and draws its nominal response
-  // with the mask.
+  // with the mask. The design already loaded keeps the page as it is.
   void Load(const DesignRecord& d);
 
   // Button events (the buttons of Controls() call these).
@@ -105,6 +105,7 @@ class TolerancePage {
   ToleranceResult result_;
   bool hasResult_ = false;
   bool prefilling_ = false;
+  bool loaded_ = false;
   std::string status_;
 
   std::shared_ptr<Job> job_;

@@ -9,7 +9,6 @@
 #include <atomic>
 #include <cmath>
 #include <limits>
-#include <mutex>
 #include <thread>
 
 #include "tolerance/tolerance.h"
@@ -107,7 +106,7 @@ struct WorkerSums {
   std::vector<int> passed;                         // per run
   std::vector<double> s21, s11;                    // the kernel's output, one stretch
 
-  WorkerSums(const Plan& p)
+  explicit WorkerSums(const Plan& p)
       : min21(p.points * kLanes, kInf),
         max21(p.points * kLanes, 0.0),
         min11(p.points * kLanes, kInf),
