@@ -43,18 +43,21 @@ inline __attribute__((always_inline)) double FirstLane(const V& v) {
   return first;
 }
 
+// The section of a position of kind K at angular frequency w.
+template <ElementKind K, typename V>
+inline __attribute__((always_inline)) Cplx<V> SectionAt(V w, V l, V c, const Losses<V>& q) {
+  if constexpr (K == ElementKind::SeriesL) return models::SeriesInductor(w, l, q);
+  if constexpr (K == ElementKind::ShuntL) return models::ShuntInductor(w, l, q);
+  if constexpr (K == ElementKind::SeriesC) return models::SeriesCapacitor(w, c, q);
+  if constexpr (K == ElementKind::ShuntC) return models::ShuntCapacitor(w, c, q);
+  if constexpr (K == ElementKind::ShuntTrap) return models::ShuntTrap(w, l, c, q);
+}
+
 // The sections of a position of kind K at n angular frequencies.
 template <ElementKind K, typename V>
 inline __attribute__((always_inline)) void Sections(const double* omega, int n, V l, V c,
                                                     const Losses<V>& q, Cplx<V>* s) {
-  for (int i = 0; i < n; ++i) {
-    const V w = Splat<V>(omega[i]);
-    if constexpr (K == ElementKind::SeriesL) s[i] = models::SeriesInductor(w, l, q);
-    if constexpr (K == ElementKind::ShuntL) s[i] = models::ShuntInductor(w, l, q);
-    if constexpr (K == ElementKind::SeriesC) s[i] = models::SeriesCapacitor(w, c, q);
-    if constexpr (K == ElementKind::ShuntC) s[i] = models::ShuntCapacitor(w, c, q);
-    if constexpr (K == ElementKind::ShuntTrap) s[i] = models::ShuntTrap(w, l, c, q);
-  }
+  for (int i = 0; i < n; ++i) s[i] = SectionAt<K>(Splat<V>(omega[i]), l, c, q);
 }
 
 // A parallel tank in the series arm. Within a hair of resonance the tank is
@@ -87,27 +90,50 @@ requires(K == ElementKind::SeriesTank) inline
   }
 }
 
+// Multiplies the chain of point i by a series section [1 Z; 0 1] or a shunt
+// section [1 0; Y 1].
+template <typename V>
+inline __attribute__((always_inline)) void Multiply(ChainChunk<V>& m, int i, bool series,
+                                                    const Cplx<V>& s) {
+  if (series) {  // B += A Z, D += C Z
+    m.br[i] = (m.ar[i] * s.re - m.ai[i] * s.im) + m.br[i];
+    m.bi[i] = (m.ar[i] * s.im + m.ai[i] * s.re) + m.bi[i];
+    m.dr[i] = (m.cr[i] * s.re - m.ci[i] * s.im) + m.dr[i];
+    m.di[i] = (m.cr[i] * s.im + m.ci[i] * s.re) + m.di[i];
+  } else {  // A += B Y, C += D Y
+    m.ar[i] = m.ar[i] + (m.br[i] * s.re - m.bi[i] * s.im);
+    m.ai[i] = m.ai[i] + (m.br[i] * s.im + m.bi[i] * s.re);
+    m.cr[i] = m.cr[i] + (m.dr[i] * s.re - m.di[i] * s.im);
+    m.ci[i] = m.ci[i] + (m.dr[i] * s.im + m.di[i] * s.re);
+  }
+}
+
 // Multiplies the chain of every point by the section of a position of kind
 // K: a series impedance [1 Z; 0 1] or a shunt admittance [1 0; Y 1].
 template <ElementKind K, typename V>
 inline __attribute__((always_inline)) void Apply(ChainChunk<V>& m, const double* omega, int n,
-                                                 bool series, V l, V c, const Losses<V>& q) {
-  Cplx<V> sections[kChunk];
-  Sections<K>(omega, n, l, c, q, sections);
-  for (int i = 0; i < n; ++i) {
-    const Cplx<V>& s = sections[i];
-    if (series) {  // B += A Z, D += C Z
-      m.br[i] = (m.ar[i] * s.re - m.ai[i] * s.im) + m.br[i];
-      m.bi[i] = (m.ar[i] * s.im + m.ai[i] * s.re) + m.bi[i];
-      m.dr[i] = (m.cr[i] * s.re - m.ci[i] * s.im) + m.dr[i];
-      m.di[i] = (m.cr[i] * s.im + m.ci[i] * s.re) + m.di[i];
-    } else {  // A += B Y, C += D Y
-      m.ar[i] = m.ar[i] + (m.br[i] * s.re - m.bi[i] * s.im);
-      m.ai[i] = m.ai[i] + (m.br[i] * s.im + m.bi[i] * s.re);
-      m.cr[i] = m.cr[i] + (m.dr[i] * s.re - m.di[i] * s.im);
-      m.ci[i] = m.ci[i] + (m.dr[i] * s.im + m.di[i] * s.re);
+                                                 bool series, bool identity, V l, V c,
+                                                 const Losses<V>& q) {
+  // Sections one point at a time where no point needs a second look.
+  if constexpr (K != ElementKind::SeriesTank) {
+    if (!identity) {
+      for (int i = 0; i < n; ++i) Multiply(m, i, series, SectionAt<K>(Splat<V>(omega[i]), l, c, q));
+      return;
     }
   }
+  Cplx<V> sections[kChunk];
+  Sections<K>(omega, n, l, c, q, sections);
+  // On the identity the product is the section itself.
+  if (identity) {
+    for (int i = 0; i < n; ++i) {
+      if (series)
+        m.br[i] = sections[i].re, m.bi[i] = sections[i].im;
+      else
+        m.cr[i] = sections[i].re, m.ci[i] = sections[i].im;
+    }
+    return;
+  }
+  for (int i = 0; i < n; ++i) Multiply(m, i, series, sections[i]);
 }
 
 // |S21|^2 and |S11|^2 of the value sets in l and c (positions 1..stages) at
@@ -122,11 +148,13 @@ inline __attribute__((always_inline)) void ChunkPowers(const Ladder& ladder, con
     m.ar[i] = m.dr[i] = Splat<V>(1);
     m.ai[i] = m.br[i] = m.bi[i] = m.cr[i] = m.ci[i] = m.di[i] = Splat<V>(0);
   }
+  bool identity = true;  // no section applied yet
   for (int j = 1; j <= ladder.stages; ++j) {
     switch (ladder.kind[j]) {
-#define DRENIK_APPLY(kind)                                           \
-  case ElementKind::kind:                                            \
-    Apply<ElementKind::kind>(m, omega, n, series[j], l[j], c[j], q); \
+#define DRENIK_APPLY(kind)                                                     \
+  case ElementKind::kind:                                                      \
+    Apply<ElementKind::kind>(m, omega, n, series[j], identity, l[j], c[j], q); \
+    identity = false;                                                          \
     break;
       DRENIK_APPLY(SeriesL)
       DRENIK_APPLY(ShuntL)
