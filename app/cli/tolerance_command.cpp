@@ -196,13 +196,10 @@ void WriteSummary(const DesignRecord& d, const ToleranceSetup& s, const Toleranc
       << ", the others as they are\n";
   out << "  " << Padded("Part", 6) << Padded("Value", 10) << Padded("Tol", 6) << Padded("Yield", 8)
       << "Gain\n";
-  for (const PartSensitivity& p : r.sensitivity) {
-    char tol[16], gain[16];
-    std::snprintf(tol, sizeof tol, "%g%%", 100 * p.part.tolerance);
-    std::snprintf(gain, sizeof gain, "%+.1f", std::round(1000 * (p.yield - r.yield)) / 10 + 0.0);
-    out << "  " << Padded(p.part.Name(), 6) << Padded(PartValueText(p.part), 10) << Padded(tol, 6)
-        << Padded(PercentText(p.yield), 8) << gain << "\n";
-  }
+  for (const PartSensitivity& p : r.sensitivity)
+    out << "  " << Padded(p.part.Name(), 6) << Padded(PartValueText(p.part), 10)
+        << Padded(ToleranceText(p.part.tolerance), 6) << Padded(PercentText(p.yield), 8)
+        << GainText(p, r) << "\n";
   out << "\n" << SensitivitySentence(r) << "\n";
 }
 

@@ -318,11 +318,9 @@ void SensitivityTable(const ToleranceFigures& f, Canvas& c) {
   for (const PartSensitivity& p : r->sensitivity) {
     if (y > 8150) break;
     const bool top = &p == &r->sensitivity.front() && p.passed != r->passed;
-    char tol[16], gain[16];
-    std::snprintf(tol, sizeof tol, "%g%%", 100 * p.part.tolerance);
-    std::snprintf(gain, sizeof gain, "%+.1f", std::round(1000 * (p.yield - r->yield)) / 10 + 0.0);
-    const std::string cells[] = {p.part.Name(), PartValueText(p.part), tol, PercentText(p.yield),
-                                 gain};
+    const std::string cells[] = {p.part.Name(), PartValueText(p.part),
+                                 ToleranceText(p.part.tolerance), PercentText(p.yield),
+                                 GainText(p, *r)};
     for (int k = 0; k < 5; ++k) Text(c, columns[k], y, cells[k], 8, top);
     y += 215;
   }

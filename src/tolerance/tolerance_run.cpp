@@ -6,6 +6,7 @@
 // at the trial's index).
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <limits>

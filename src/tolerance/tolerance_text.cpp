@@ -27,11 +27,21 @@ std::string PartValueText(const VariedPart& part) {
   return TrimBlanks(part.capacitor ? FormatCapacitance(part.value) : FormatInductance(part.value));
 }
 
-std::string TightenedText(const PartSensitivity& s) {
-  if (s.tightenedTo == 0) return "held at nominal";
+std::string ToleranceText(double fraction) {
   char text[32];
-  std::snprintf(text, sizeof text, "at %g%%", 100 * s.tightenedTo);
+  std::snprintf(text, sizeof text, "%g%%", 100 * fraction);
   return text;
+}
+
+std::string GainText(const PartSensitivity& s, const ToleranceResult& r) {
+  // Rounded first, so that a hair under zero reads +0.0, not -0.0.
+  char text[32];
+  std::snprintf(text, sizeof text, "%+.1f", std::round(1000 * (s.yield - r.yield)) / 10 + 0.0);
+  return text;
+}
+
+std::string TightenedText(const PartSensitivity& s) {
+  return s.tightenedTo == 0 ? "held at nominal" : "at " + ToleranceText(s.tightenedTo);
 }
 
 std::string SensitivitySentence(const ToleranceResult& r) {

@@ -18,6 +18,11 @@ std::string YieldText(const ToleranceResult& r);
 std::string IntervalText(const ToleranceResult& r);
 // "1.2nF" or "4.7uH" as the schematic writes the part.
 std::string PartValueText(const VariedPart& part);
+// A tolerance as a percentage: "5%" for 0.05.
+std::string ToleranceText(double fraction);
+// The sensitivity table's gain over the run's yield in percentage points:
+// "+4.7", "-0.1", "+0.0".
+std::string GainText(const PartSensitivity& s, const ToleranceResult& r);
 // "held at nominal" or "at 2%".
 std::string TightenedText(const PartSensitivity& s);
 // "C3 matters most: C3 held at nominal raises the yield from 71.3% to
