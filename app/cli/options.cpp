@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "cli/tolerance_command.h"
 #include "export/formats.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
@@ -43,6 +44,11 @@ std::string ExportWords(const char* before, const char* after, const char* separ
   return Words(
       ExportFormats(),
       [&](const ExportFormat& f) { return std::string(before) + f.option + after; }, separator);
+}
+
+// The commands, for the complaint about a missing or unknown one.
+std::string CommandWords() {
+  return "design, render, export, tolerance or parts";
 }
 
 std::string TopologyWords(const char* separator) {
@@ -108,6 +114,14 @@ std::string UsageText() {
              " [--size WxH]\n"
              "  drenik export [choices] [--values ...]") +
          ExportWords(" [--", " FILE]", "") + "\n" +
+         "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
+         " [--dist uniform|normal]\n"
+         "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
+         " [--pass-il DB]\n"
+         "                   [--stop FREQ:DB]... [--tighten PCT] [--json]\n"
+         "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
+         " [--json]\n"
+         "               [--bom FILE]      (drenik parts --help)\n"
          "  drenik --help | --version\n"
          "choices (first-start defaults when left out):\n"
          "  --family " +
@@ -126,7 +140,7 @@ std::string UsageText() {
 
 CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   CliOptions o;
-  if (args.empty()) throw UsageError("missing command (design, render, export or parts)");
+  if (args.empty()) throw UsageError("missing command (" + CommandWords() + ")");
   for (const std::string& a : args) {
     if (a == "--help" || a == "-h") {
       o.command = args[0] == "parts" ? Command::PartsHelp : Command::Help;
@@ -146,8 +160,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     o.command = Command::Render;
   } else if (command == "export") {
     o.command = Command::Export;
+  } else if (command == "tolerance") {
+    o.command = Command::Tolerance;
   } else {
-    throw UsageError("unknown command '" + command + "' (design, render, export or parts)");
+    throw UsageError("unknown command '" + command + "' (" + CommandWords() + ")");
   }
 
   for (size_t i = 1; i < args.size(); ++i) {
@@ -200,8 +216,12 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
       }
     } else if (name == "--json") {
-      if (o.command != Command::Parts) only(Command::Design, "design");
+      if (o.command != Command::Parts && o.command != Command::Tolerance)
+        only(Command::Design, "design");
       o.json = true;
+    } else if (IsToleranceOption(name)) {
+      only(Command::Tolerance, "tolerance");
+      ParseToleranceOption(name, value(), o.tolerance);
     } else if (name == "--png" || name == "--svg" || name == "--pdf") {
       only(Command::Render, "render");
       if (!o.renderFile.empty()) throw UsageError(name + ": only one output file");

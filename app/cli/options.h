@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "cli/parts_command.h"
+#include "tolerance/mask.h"
+#include "tolerance/trial_draws.h"
 
 namespace drenik::cli {
 
@@ -17,7 +19,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Parts, Help, PartsHelp, Version };
+enum class Command { Design, Render, Export, Tolerance, Parts, Help, PartsHelp, Version };
 enum class Values { Exact, FiveC, FiveL };
 
 // The design page's choices; unset ones keep the first-start defaults.
@@ -32,6 +34,18 @@ struct Choices {
   std::optional<std::string> q;               // "inf" or text for the Q box
 };
 
+// What `drenik tolerance` asks for beyond the design; unset ones take the
+// engine's defaults (no mask option at all: the default mask).
+struct ToleranceOptions {
+  std::optional<double> ctol, ltol, tighten;  // %
+  std::optional<Distribution> distribution;
+  std::optional<int> trials;
+  std::optional<uint64_t> seed;
+  std::optional<double> passEdge;  // Hz
+  std::optional<double> passRl, passIl;
+  std::vector<StopCheck> stops;
+};
+
 struct CliOptions {
   Command command = Command::Help;
   Choices choices;
@@ -43,6 +57,7 @@ struct CliOptions {
   // Export files in the order given: the format's option word and the path.
   std::vector<std::pair<std::string, std::string>> exports;
   PartsOptions parts;
+  ToleranceOptions tolerance;
 };
 
 // Throws UsageError.

@@ -31,6 +31,11 @@ inline constexpr double kDetune = 1.00001;
 // out by parallel reactances (rounding of the admittance sum would show).
 inline constexpr double kNearResonance = 1e-6;
 
+// The models are inlined into every caller, whatever its vector unit: a
+// vector value passed to a function compiled for another unit would be
+// passed differently.
+#define DRENIK_MODEL inline __attribute__((always_inline))
+
 inline double Abs(double x) {
   return std::fabs(x);
 }
@@ -62,14 +67,14 @@ struct Losses {
 // 1/Rpar - j/Xpar), or the impedance of a parallel conductance and
 // susceptance, with one division.
 template <typename V>
-inline Cplx<V> Reciprocal(V r, V x) {
+DRENIK_MODEL Cplx<V> Reciprocal(V r, V x) {
   const V inv = 1 / (r * r + x * x);
   return {r * inv, -x * inv};
 }
 
 // A series r + jx seen as a parallel Rpar || jXpar.
 template <typename V>
-inline void SeriesToParallel(V r, V x, V& rpar, V& xpar) {
+DRENIK_MODEL void SeriesToParallel(V r, V x, V& rpar, V& xpar) {
   const V q = x / r;
   rpar = (1 + q * q) * r;
   xpar = rpar * r / x;
@@ -86,7 +91,7 @@ inline Cplx<double> ParallelToSeries(double rp, double x) {
 // resonant branch (100 Gohm), with its parallel loss |Qcap| X, as a series
 // impedance.
 template <typename V>
-inline Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
+DRENIK_MODEL Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
   const V rp = Abs(q.qcap * reactance);
   const V qq = rp / reactance;
   const V rser = rp / (qq * qq + 1);
@@ -96,7 +101,7 @@ inline Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
 // The capacitor's impedance: 1 / (G + jB) with G = |w C / Qcap|, B = w C;
 // the series stand-in where the capacitance is 0.
 template <typename V>
-inline Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReactance) {
+DRENIK_MODEL Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReactance) {
   const V wc = w * c;
   Cplx<V> z = Reciprocal(Abs(wc * q.perQcap), wc);
   if (Any(c == 0)) {
@@ -108,28 +113,28 @@ inline Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReact
 
 // Series inductor: Z = |w L / Qind| + j w L.
 template <typename V>
-inline Cplx<V> SeriesInductor(V w, V l, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> SeriesInductor(V w, V l, const Losses<V>& q) {
   const V x = w * l;
   return {Abs(x * q.perQind), x};
 }
 
 // Shunt inductor: Y = 1 / (|w L / Qind| + j w L).
 template <typename V>
-inline Cplx<V> ShuntInductor(V w, V l, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> ShuntInductor(V w, V l, const Losses<V>& q) {
   const V x = w * l;
   return Reciprocal(Abs(x * q.perQind), x);
 }
 
 // Series capacitor: Z, 10 Mohm stand-in for a missing one.
 template <typename V>
-inline Cplx<V> SeriesCapacitor(V w, V c, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> SeriesCapacitor(V w, V c, const Losses<V>& q) {
   return CapacitorImpedance(w, c, q, kSeriesOpenReactance);
 }
 
 // Shunt capacitor: Y = |w C / Qcap| + j w C; a missing one is the parallel
 // pair 1/(|Qcap| 1e11) - j/(-1e11).
 template <typename V>
-inline Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
   const V wc = w * c;
   Cplx<V> y{Abs(wc * q.perQcap), wc};
   if (Any(c == 0)) {
@@ -144,7 +149,7 @@ inline Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
 // the capacitor's series equivalent and the inductor's w L / Qind + j w L;
 // an exactly zero X is replaced by 1e-10.
 template <typename V>
-inline Cplx<V> ShuntTrap(V w, V l, V c, const Losses<V>& q) {
+DRENIK_MODEL Cplx<V> ShuntTrap(V w, V l, V c, const Losses<V>& q) {
   const Cplx<V> zc = CapacitorImpedance(w, c, q, kShuntOpenReactance);
   const V xl = w * l;
   const V r = zc.re + xl * q.perQind;
@@ -174,9 +179,9 @@ inline Cplx<double> TankNearResonance(double w, double l, double c, double qind,
 }
 
 // The tank's admittance sum G + jB (inductor, capacitor or its stand-in, the
-// fixed shunt) and the capacitor's own susceptance.
+// fixed shunt) and the capacitor's own susceptance bc.
 template <typename V>
-inline Cplx<V> TankAdmittance(V w, V l, V c, const Losses<V>& q, V& bc) {
+DRENIK_MODEL Cplx<V> TankAdmittance(V w, V l, V c, const Losses<V>& q, V& bc) {
   const V xl = w * l;
   const Cplx<V> yl = Reciprocal(Abs(xl * q.perQind), xl);
   V gc = Abs(w * c * q.perQcap);
@@ -188,10 +193,13 @@ inline Cplx<V> TankAdmittance(V w, V l, V c, const Losses<V>& q, V& bc) {
   return {yl.re + gc + 1 / kTankShunt, yl.im + bc};
 }
 
-// Whether the tank is within a hair of resonance (lane-wise).
+// Whether the tank is within a hair of resonance (lane-wise): the net
+// susceptance has cancelled to a few digits of the capacitor's. There the
+// tank is worked out by parallel reactances, which keep the detuning of an
+// exact resonance.
 template <typename V>
-inline auto TankIsNearResonance(const Cplx<V>& y, V bc) {
-  return Abs(y.im) <= kNearResonance * Abs(bc);
+DRENIK_MODEL auto TankIsNearResonance(V netSusceptance, V bc) {
+  return Abs(netSusceptance) <= kNearResonance * Abs(bc);
 }
 
 // Series tank, L parallel to C: Z = 1 / (G + jB), or the long way round
@@ -199,7 +207,7 @@ inline auto TankIsNearResonance(const Cplx<V>& y, V bc) {
 inline Cplx<double> SeriesTank(double w, double l, double c, const Losses<double>& q) {
   double bc;
   const Cplx<double> y = TankAdmittance(w, l, c, q, bc);
-  if (TankIsNearResonance(y, bc)) return TankNearResonance(w, l, c, q.qind, q.qcap);
+  if (TankIsNearResonance(y.im, bc)) return TankNearResonance(w, l, c, q.qind, q.qcap);
   return Reciprocal(y.re, y.im);
 }
 

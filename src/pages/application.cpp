@@ -7,7 +7,8 @@ Application::Application(Platform& platform, ApplicationOptions options)
       options_(std::move(options)),
       opening_(record_, platform, openingCanvas_, *this, options_.sessionPath),
       design_(record_, platform, designCanvas_, *this),
-      display_(record_, platform, displayCanvas_, *this) {}
+      display_(record_, platform, displayCanvas_, *this),
+      tolerance_(platform, toleranceCanvas_) {}
 
 void Application::Start() {
   current_ = PageId::Opening;
@@ -33,6 +34,11 @@ void Application::ShowDisplayPage() {
 void Application::ShowSpicePage() {
   spice_.emplace(record_, platform_);
   if (spiceObserver_) spiceObserver_(*spice_);
+}
+
+void Application::ShowTolerancePage() {
+  tolerance_.Load(record_);
+  if (toleranceObserver_) toleranceObserver_(tolerance_);
 }
 
 bool Application::PrintDisplayPage() {

@@ -15,6 +15,7 @@
 #include "pages/opening_page.h"
 #include "pages/page_host.h"
 #include "pages/spice_page.h"
+#include "pages/tolerance_page.h"
 #include "plot/recording_canvas.h"
 
 namespace drenik {
@@ -73,6 +74,13 @@ class Application : public PageHost {
   void SetSpiceObserver(std::function<void(SpicePage&)> observer) {
     spiceObserver_ = std::move(observer);
   }
+  // The tolerance page and its drawing. The display page's "Tolerance"
+  // loads it with the design shown; the observer then shows it.
+  TolerancePage& Tolerance() { return tolerance_; }
+  PageCanvas& ToleranceCanvas() { return toleranceCanvas_; }
+  void SetToleranceObserver(std::function<void(TolerancePage&)> observer) {
+    toleranceObserver_ = std::move(observer);
+  }
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
@@ -94,6 +102,7 @@ class Application : public PageHost {
   void ShowSpicePage() override;
   bool PrintDisplayPage() override;
   bool AskPartsRequest(PartsRequest& request) override;
+  void ShowTolerancePage() override;
 
  private:
   void Enter(PageId page);
@@ -104,15 +113,18 @@ class Application : public PageHost {
   PageCanvas openingCanvas_;
   PageCanvas designCanvas_;
   PageCanvas displayCanvas_;
+  PageCanvas toleranceCanvas_;
   OpeningPage opening_;
   DesignPage design_;
   DisplayPage display_;
+  TolerancePage tolerance_;
   std::optional<SpicePage> spice_;
   PageId current_ = PageId::Opening;
   std::function<void(PageId)> pageObserver_;
   std::function<void(SpicePage&)> spiceObserver_;
   std::function<void()> printService_;
   std::function<bool(PartsRequest&)> partsRequestService_;
+  std::function<void(TolerancePage&)> toleranceObserver_;
 };
 
 }  // namespace drenik

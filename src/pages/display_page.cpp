@@ -31,6 +31,7 @@ void DisplayPage::Build() {
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
       {"cmdChosenParts", "Chosen parts", &DisplayPage::OnChosenParts},
+      {"cmdTolerance", "Tolerance", &DisplayPage::OnTolerance},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
       {"cmdSaveOverlay", "Save overlay", &DisplayPage::OnSaveOverlay},
       {"cmdGetOverlay", "Get overlay", &DisplayPage::OnGetOverlay},
@@ -74,6 +75,9 @@ void DisplayPage::OnInductors() {
 }
 void DisplayPage::OnChangeDesign() {
   controls_.RunEvent([this] { host_.ShowDesignPage(); });
+}
+void DisplayPage::OnTolerance() {
+  controls_.RunEvent([this] { host_.ShowTolerancePage(); });
 }
 void DisplayPage::OnExit() {
   controls_.RunEvent([this] { host_.EndProgram(true); });

@@ -66,6 +66,8 @@ class DisplayPage {
   // "Parts list": the chosen parts as a CSV file (the stage is drawn first
   // when it is not shown yet).
   void OnPartsList();
+  // The tolerance analysis of the design shown, on a page of its own.
+  void OnTolerance();
 
   const PartsRequest& GetPartsRequest() const { return partsRequest_; }
   void SetPartsRequest(const PartsRequest& request) { partsRequest_ = request; }

@@ -1,7 +1,8 @@
 #pragma once
 // What a page asks of the application that holds it: going to another page,
-// ending the program, the address of the user guide, and the services only
-// a window has (the LTspice page, printing, the chosen-parts dialog).
+// ending the program, the address of the user guide, the tolerance page, and
+// the services only a window has (the LTspice page, printing, the
+// chosen-parts dialog).
 
 #include <string>
 
@@ -25,6 +26,8 @@ class PageHost {
   // Lets the user change the series and pairs of the chosen-parts stage;
   // false when cancelled. A host without a window keeps them as they are.
   virtual bool AskPartsRequest(PartsRequest&) { return true; }
+  // The tolerance page for the design the record holds.
+  virtual void ShowTolerancePage() {}
 };
 
 }  // namespace drenik

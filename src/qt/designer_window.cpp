@@ -145,6 +145,15 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
   app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
+  // The tolerance page in its own window beside this one, made once.
+  app.SetToleranceObserver([this](TolerancePage& page) {
+    if (!tolerance_)
+      tolerance_ = new ToleranceWindow(page, app_.ToleranceCanvas(), app_.GetPlatform(), this);
+    tolerance_->View().SyncAll();
+    tolerance_->show();
+    tolerance_->raise();
+    tolerance_->activateWindow();
+  });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());
 }

@@ -7,6 +7,7 @@
 
 #include "pages/application.h"
 #include "qt/control_page_view.h"
+#include "qt/tolerance_window.h"
 
 namespace drenik {
 
@@ -19,6 +20,8 @@ class DesignerWindow : public QWidget {
   ControlPageView& DesignView() { return *design_; }
   ControlPageView& DisplayView() { return *display_; }
   ControlPageView* CurrentView() const;
+  // The tolerance page's window, once the display page has opened it.
+  ToleranceWindow* Tolerance() const { return tolerance_; }
 
   // 80% of the available screen area, at 4:3.
   static QSize InitialSize(const QRect& available);
@@ -31,6 +34,7 @@ class DesignerWindow : public QWidget {
   ControlPageView* opening_;
   ControlPageView* design_;
   ControlPageView* display_;
+  ToleranceWindow* tolerance_ = nullptr;
 };
 
 // Page layouts, in tab order.

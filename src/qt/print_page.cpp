@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPrintDialog>
+#include <algorithm>
 
 #include "core/formatters.h"
 #include "pages/opening_page.h"
@@ -87,16 +88,47 @@ bool PrintDisplayPage(const DesignRecord& d, const RecordingCanvas& page, QPrint
   return true;
 }
 
-void PrintDisplayPageWithDialog(const DesignRecord& d, const RecordingCanvas& page,
-                                Platform& platform, QWidget* parent) {
-  QPrinter printer(QPrinter::HighResolution);
+namespace {
+
+// Landscape by default; false when the user cancels.
+bool ChoosePrinter(QPrinter& printer, QWidget* parent) {
   printer.setPageOrientation(QPageLayout::Landscape);
   printer.setDocName(QString::fromUtf8(kProgramTitle));
   printer.setCreator(QString::fromUtf8(kProgramTitle));
   QPrintDialog dialog(&printer, parent);
   dialog.setWindowTitle(QStringLiteral("Print"));
-  if (dialog.exec() != QDialog::Accepted) return;
-  PrintDisplayPage(d, page, printer, platform);
+  return dialog.exec() == QDialog::Accepted;
+}
+
+}  // namespace
+
+void PrintDisplayPageWithDialog(const DesignRecord& d, const RecordingCanvas& page,
+                                Platform& platform, QWidget* parent) {
+  QPrinter printer(QPrinter::HighResolution);
+  if (ChoosePrinter(printer, parent)) PrintDisplayPage(d, page, printer, platform);
+}
+
+bool PrintDrawnPage(const RecordingCanvas& page, QPrinter& printer, Platform& platform) {
+  PrepareQtDrawing();
+  QPainter painter;
+  if (!printer.isValid() || !painter.begin(&printer)) {
+    platform.ShowMessage(kPrinterError);
+    return false;
+  }
+  // The whole page at 4:3, as large as the paper takes it.
+  const double scale =
+      std::min(printer.width() / double{kPageWidth}, printer.height() / double{kPageHeight});
+  ReplayPage(painter, page, QRectF(0, 0, kPageWidth * scale, kPageHeight * scale), PenMode::Scaled);
+  if (!painter.end()) {
+    platform.ShowMessage(kPrinterError);
+    return false;
+  }
+  return true;
+}
+
+void PrintDrawnPageWithDialog(const RecordingCanvas& page, Platform& platform, QWidget* parent) {
+  QPrinter printer(QPrinter::HighResolution);
+  if (ChoosePrinter(printer, parent)) PrintDrawnPage(page, printer, platform);
 }
 
 }  // namespace drenik

@@ -30,4 +30,9 @@ bool PrintDisplayPage(const DesignRecord& d, const RecordingCanvas& page, QPrint
 void PrintDisplayPageWithDialog(const DesignRecord& d, const RecordingCanvas& page,
                                 Platform& platform, QWidget* parent);
 
+// A page that carries its own title and footer, as drawn, through the same
+// print dialog.
+bool PrintDrawnPage(const RecordingCanvas& page, QPrinter& printer, Platform& platform);
+void PrintDrawnPageWithDialog(const RecordingCanvas& page, Platform& platform, QWidget* parent);
+
 }  // namespace drenik

@@ -1,0 +1,288 @@
+#include "cli/tolerance_command.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include "cli/json_output.h"
+#include "core/formatters.h"
+#include "synthesis/families.h"
+#include "tolerance/tolerance.h"
+#include "tolerance/tolerance_text.h"
+
+namespace drenik::cli {
+
+namespace {
+
+[[noreturn]] void Bad(const std::string& name, const std::string& expected,
+                      const std::string& text) {
+  throw UsageError(name + ": expected " + expected + ", got '" + text + "'");
+}
+
+// The whole text as a finite decimal number.
+double Number(const std::string& name, const std::string& text, const std::string& expected) {
+  char* end = nullptr;
+  const double v = std::strtod(text.c_str(), &end);
+  if (text.empty() || std::isspace(static_cast<unsigned char>(text[0])) || *end != '\0' ||
+      !std::isfinite(v))
+    Bad(name, expected, text);
+  return v;
+}
+
+double Percent(const std::string& name, const std::string& text) {
+  const char* expected = "a tolerance of 0 to 50 (%)";
+  const double v = Number(name, text, expected);
+  if (v < 0 || v > kMaxTolerancePercent) Bad(name, expected, text);
+  return v;
+}
+
+double Decibels(const std::string& name, const std::string& text) {
+  const char* expected = "dB of 0 or more";
+  const double v = Number(name, text, expected);
+  if (v < 0) Bad(name, expected, text);
+  return v;
+}
+
+// Read as the bandwidth box reads it (prefix letters, "," as the point, an
+// exponent), but it must start like a number and come to more than 0 Hz.
+double Frequency(const std::string& name, const std::string& text) {
+  const char* expected = "a frequency such as 4.2M, 8,4M or 1.5E6";
+  const std::string starts = "0123456789.,+";
+  if (text.empty() || starts.find(text[0]) == std::string::npos ||
+      text.find_first_of("0123456789") == std::string::npos)
+    Bad(name, expected, text);
+  std::string entry = text;
+  const double f = CheckEntry(entry);
+  if (!(f > 0)) Bad(name, expected, text);
+  return f;
+}
+
+const char* DistributionWord(Distribution d) {
+  return d == Distribution::Normal ? "normal" : "uniform";
+}
+
+// A double that reads back to itself; null where JSON has no number.
+std::string JsonDouble(double v) {
+  if (!std::isfinite(v)) return "null";
+  char text[40];
+  std::snprintf(text, sizeof text, "%.17g", v);
+  return text;
+}
+
+std::string JsonFloats(const std::vector<float>& values) {
+  std::string out = "[";
+  for (size_t i = 0; i < values.size(); ++i) out += (i ? ", " : "") + JsonReal(values[i]);
+  return out + "]";
+}
+
+std::string JsonHistogram(const Histogram& h) {
+  std::string counts = "[";
+  for (size_t i = 0; i < h.counts.size(); ++i)
+    counts += (i ? ", " : "") + std::to_string(h.counts[i]);
+  return "{\"low\": " + JsonDouble(h.low) + ", \"width\": " + JsonDouble(h.width) +
+         ", \"counts\": " + counts + "]}";
+}
+
+void WriteJson(const ToleranceSetup& s, const ToleranceResult& r, const std::string& values,
+               std::ostream& out) {
+  std::vector<std::pair<std::string, std::string>> fields;
+  auto add = [&](const std::string& name, const std::string& json) {
+    fields.push_back({name, json});
+  };
+  add("trials", std::to_string(r.trials));
+  add("passed", std::to_string(r.passed));
+  add("yield", JsonDouble(r.yield));
+  add("yield_ci95", "[" + JsonDouble(r.yieldLow) + ", " + JsonDouble(r.yieldHigh) + "]");
+  add("values", JsonString(values));
+  add("ctol", JsonDouble(s.ctolPercent));
+  add("ltol", JsonDouble(s.ltolPercent));
+  add("distribution", JsonString(DistributionWord(s.distribution)));
+  add("seed", std::to_string(s.seed));
+  add("nominal_passes", r.nominalPasses ? "true" : "false");
+
+  std::string stops = "[";
+  for (size_t i = 0; i < s.mask.stops.size(); ++i)
+    stops += (i ? ", " : "") + ("{\"frequency\": " + JsonDouble(s.mask.stops[i].frequency) +
+                                ", \"depth\": " + JsonDouble(s.mask.stops[i].depth) + "}");
+  add("mask", "{\"pass_edge\": " + JsonDouble(s.mask.passEdge) +
+                  ", \"pass_rl\": " + (s.mask.passRl ? JsonDouble(*s.mask.passRl) : "null") +
+                  ", \"pass_il\": " + (s.mask.passIl ? JsonDouble(*s.mask.passIl) : "null") +
+                  ", \"stop\": " + stops + "]}");
+
+  std::string failures = "{", checks = "[";
+  for (size_t i = 0; i < r.checks.size(); ++i) {
+    const CheckOutcome& c = r.checks[i];
+    const std::string sep = i ? ", " : "";
+    failures += sep + JsonString(c.check.key) + ": " + std::to_string(c.failures);
+    checks += sep + "{\"key\": " + JsonString(c.check.key) +
+              ", \"name\": " + JsonString(c.check.name) +
+              ", \"failures\": " + std::to_string(c.failures) +
+              ", \"points\": " + std::to_string(c.check.Points()) +
+              ", \"nominal_holds\": " + (c.nominalHolds ? "true" : "false") + "}";
+  }
+  add("failures", failures + "}");
+  add("checks", checks + "]");
+
+  add("envelope", "{\"Freq\": " + JsonFloats(r.freq) +
+                      ",\n    \"Transmission_min\": " + JsonFloats(r.transmissionMin) +
+                      ",\n    \"Transmission_max\": " + JsonFloats(r.transmissionMax) +
+                      ",\n    \"Reflection_min\": " + JsonFloats(r.reflectionMin) +
+                      ",\n    \"Reflection_max\": " + JsonFloats(r.reflectionMax) + "}");
+  add("nominal", "{\"Transmission\": " + JsonFloats(r.nominalTransmission) +
+                     ",\n    \"Reflection\": " + JsonFloats(r.nominalReflection) +
+                     ",\n    \"worst_return_loss\": " + JsonReal(r.nominalReturnLoss) +
+                     ", \"worst_stop_attenuation\": " + JsonReal(r.nominalStopAttenuation) + "}");
+  add("histograms",
+      "{\"worst_return_loss\": " + JsonHistogram(MakeHistogram(r.worstReturnLoss, 30)) +
+          ", \"worst_stop_attenuation\": " +
+          JsonHistogram(MakeHistogram(r.worstStopAttenuation, 30)) + "}");
+
+  std::string parts = "[";
+  for (size_t i = 0; i < r.sensitivity.size(); ++i) {
+    const PartSensitivity& p = r.sensitivity[i];
+    parts += (i ? ",\n    " : "") +
+             ("{\"position\": " + std::to_string(p.part.position) + ", \"part\": " +
+              (p.part.capacitor ? "\"C\"" : "\"L\"") + ", \"value\": " + JsonDouble(p.part.value) +
+              ", \"tolerance\": " + JsonDouble(p.part.tolerance) +
+              ", \"tightened_to\": " + JsonDouble(p.tightenedTo) +
+              ", \"passed\": " + std::to_string(p.passed) + ", \"yield\": " + JsonDouble(p.yield) +
+              ", \"yield_gain\": " + JsonDouble(p.yield - r.yield) + "}");
+  }
+  add("sensitivity", parts + "]");
+
+  out << "{";
+  for (size_t i = 0; i < fields.size(); ++i)
+    out << (i ? ",\n  " : "\n  ") << JsonString(fields[i].first) << ": " << fields[i].second;
+  out << "\n}\n";
+}
+
+std::string Db(double db) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f dB", db);
+  return text;
+}
+
+std::string Padded(std::string text, size_t width) {
+  if (text.size() < width) text.resize(width, ' ');
+  return text + " ";
+}
+
+void WriteSummary(const DesignRecord& d, const ToleranceSetup& s, const ToleranceResult& r,
+                  const std::string& values, std::ostream& out) {
+  out << "Tolerance analysis: " << FamilyName(d.Family) << " order " << d.Order << " " << d.Topology
+      << ", cutoff " << TrimBlanks(FormatFrequency(d.Width)) << ", " << values << " values\n";
+  out << "Parts: capacitors +-" << s.ctolPercent << "%, inductors +-" << s.ltolPercent << "%, "
+      << DistributionWord(s.distribution) << "; " << r.trials << " trials, seed " << s.seed << "\n";
+  out << "Mask:";
+  for (const CheckOutcome& c : r.checks)
+    out << (&c == &r.checks.front() ? " " : "; ") << c.check.name;
+  out << (r.checks.empty() ? " none\n" : "\n");
+  out << "Nominal design: " << (r.nominalPasses ? "passes" : "fails") << " (return loss "
+      << Db(r.nominalReturnLoss);
+  if (std::isfinite(r.nominalStopAttenuation))
+    out << ", stopband attenuation " << Db(r.nominalStopAttenuation);
+  out << ")\n\n";
+  out << "Yield: " << YieldText(r) << ", " << IntervalText(r) << "\n\n";
+
+  out << "Failures per check:\n";
+  for (const CheckOutcome& c : r.checks) {
+    out << "  " << Padded(c.check.name, 36) << c.failures;
+    if (c.check.Points() == 0) out << "  (no sweep point lies there)";
+    out << "\n";
+  }
+  if (r.sensitivity.empty()) return;
+  out << "\nSensitivity: the yield with one part " << TightenedText(r.sensitivity.front())
+      << ", the others as they are\n";
+  out << "  " << Padded("Part", 6) << Padded("Value", 10) << Padded("Tol", 6) << Padded("Yield", 8)
+      << "Gain\n";
+  for (const PartSensitivity& p : r.sensitivity)
+    out << "  " << Padded(p.part.Name(), 6) << Padded(PartValueText(p.part), 10)
+        << Padded(ToleranceText(p.part.tolerance), 6) << Padded(PercentText(p.yield), 8)
+        << GainText(p, r) << "\n";
+  out << "\n" << SensitivitySentence(r) << "\n";
+}
+
+}  // namespace
+
+bool IsToleranceOption(const std::string& name) {
+  for (const char* option : {"--ctol", "--ltol", "--dist", "--trials", "--seed", "--pass-edge",
+                             "--pass-rl", "--pass-il", "--stop", "--tighten"})
+    if (name == option) return true;
+  return false;
+}
+
+void ParseToleranceOption(const std::string& name, const std::string& value, ToleranceOptions& o) {
+  if (name == "--ctol") {
+    o.ctol = Percent(name, value);
+  } else if (name == "--ltol") {
+    o.ltol = Percent(name, value);
+  } else if (name == "--tighten") {
+    o.tighten = Percent(name, value);
+  } else if (name == "--dist") {
+    if (value == "uniform") {
+      o.distribution = Distribution::Uniform;
+    } else if (value == "normal") {
+      o.distribution = Distribution::Normal;
+    } else {
+      Bad(name, "uniform or normal", value);
+    }
+  } else if (name == "--trials") {
+    const char* expected = "a whole number of trials from 1 to 1000000";
+    const double n = Number(name, value, expected);
+    if (n < 1 || n > kMaxTrials || n != std::floor(n)) Bad(name, expected, value);
+    o.trials = static_cast<int>(n);
+  } else if (name == "--seed") {
+    uint64_t seed = 0;
+    const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), seed);
+    if (value.empty() || ec != std::errc() || end != value.data() + value.size())
+      Bad(name, "a whole number from 0 to 18446744073709551615", value);
+    o.seed = seed;
+  } else if (name == "--pass-edge") {
+    o.passEdge = Frequency(name, value);
+  } else if (name == "--pass-rl") {
+    o.passRl = Decibels(name, value);
+  } else if (name == "--pass-il") {
+    o.passIl = Decibels(name, value);
+  } else if (name == "--stop") {
+    const size_t colon = value.find(':');
+    if (colon == std::string::npos) Bad(name, "FREQ:DB such as 14M:40", value);
+    o.stops.push_back(
+        {Frequency(name, value.substr(0, colon)), Decibels(name, value.substr(colon + 1))});
+  }
+}
+
+int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
+                        const std::string& valuesTitle, std::ostream& out, std::ostream& err) {
+  const ToleranceDesign d = ToleranceDesignOf(design.chosen);
+  const ToleranceOptions& t = o.tolerance;
+  ToleranceSetup s;
+  s.ctolPercent = t.ctol.value_or(s.ctolPercent);
+  s.ltolPercent = t.ltol.value_or(s.ltolPercent);
+  s.tightenPercent = t.tighten.value_or(s.tightenPercent);
+  s.distribution = t.distribution.value_or(s.distribution);
+  s.trials = t.trials.value_or(s.trials);
+  s.seed = t.seed.value_or(s.seed);
+  if (t.passRl || t.passIl || !t.stops.empty()) {
+    s.mask.passEdge = t.passEdge.value_or(d.cutoff);
+    s.mask.passRl = t.passRl;
+    s.mask.passIl = t.passIl;
+    s.mask.stops = t.stops;
+  } else {
+    s.mask = DefaultMask(d, t.passEdge.value_or(0));
+  }
+
+  ToleranceResult r;
+  const EngineReport report = RunTolerance(d, s, r);
+  if (!report.Ok()) {
+    err << "drenik: " << report.fault << "\n";
+    return 2;
+  }
+  if (o.json)
+    WriteJson(s, r, valuesTitle, out);
+  else
+    WriteSummary(design.chosen, s, r, valuesTitle, out);
+  return 0;
+}
+
+}  // namespace drenik::cli

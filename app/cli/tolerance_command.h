@@ -1,0 +1,23 @@
+#pragma once
+// `drenik tolerance`: the Monte Carlo tolerance analysis of the design at
+// its value stage, as a readable summary or one JSON object.
+
+#include <ostream>
+#include <string>
+
+#include "cli/options.h"
+#include "cli/run_design.h"
+
+namespace drenik::cli {
+
+// Whether `name` is one of the options only `tolerance` takes.
+bool IsToleranceOption(const std::string& name);
+// Reads its value; throws UsageError naming the option for a bad one.
+void ParseToleranceOption(const std::string& name, const std::string& value, ToleranceOptions& o);
+
+// Runs the analysis on the design the pages made; `valuesTitle` names its
+// value stage. Returns the process status (2 when the engine refuses).
+int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
+                        const std::string& valuesTitle, std::ostream& out, std::ostream& err);
+
+}  // namespace drenik::cli

@@ -1,0 +1,380 @@
+#include "pages/tolerance_page.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+#include "core/formatters.h"
+#include "pages/opening_page.h"
+#include "pages/tolerance_drawing.h"
+
+namespace drenik {
+
+namespace {
+
+constexpr int kStopRows = 3;
+
+std::string Trimmed(const std::string& text) {
+  const size_t a = text.find_first_not_of(" \t");
+  if (a == std::string::npos) return {};
+  return text.substr(a, text.find_last_not_of(" \t") - a + 1);
+}
+
+std::string Number(double v) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", v);
+  return text;
+}
+
+std::string Row(const char* box, int row) {
+  return box + std::to_string(row);
+}
+
+// Whether two designs analyse alike at every value stage: the same ladder,
+// terminations, losses and sweep.
+bool SameLadders(const ValueStages& a, const ValueStages& b) {
+  for (ValueStage stage : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
+    const DesignRecord &x = a.At(stage), &y = b.At(stage);
+    if (x.Stages != y.Stages || x.ElementType != y.ElementType || x.L != y.L || x.C != y.C ||
+        x.Rsource != y.Rsource || x.Rload != y.Rload || x.Qind != y.Qind || x.Qcap != y.Qcap ||
+        x.Freq != y.Freq || x.Topology != y.Topology || x.Family != y.Family)
+      return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string ToleranceHost::SavePicture(const RecordingCanvas&, const std::string&) {
+  return "Saving pictures is available in the designer window.";
+}
+
+// One run on the worker thread. The page reads `done` and `finished` while
+// it runs and everything else only after joining the thread.
+struct TolerancePage::Job {
+  ToleranceDesign design;
+  ToleranceSetup setup;
+  std::atomic<double> done{0};
+  std::atomic<bool> cancel{false};
+  std::atomic<bool> finished{false};
+  ToleranceResult result;
+  EngineReport report;
+  double seconds = 0;
+};
+
+TolerancePage::TolerancePage(Platform& platform, Canvas& canvas)
+    : platform_(platform),
+      canvas_(canvas),
+      controls_(platform),
+      caption_(std::string(kProgramTitle) + " - Tolerance"),
+      host_(&noHost_) {
+  Build();
+}
+
+TolerancePage::~TolerancePage() {
+  if (job_) job_->cancel = true;
+  if (worker_.joinable()) worker_.join();
+}
+
+void TolerancePage::Build() {
+  Frame* values = &controls_.AddFrame("frmValues", "Values");
+  for (ValueStage stage : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
+    const std::string name =
+        stage == ValueStage::Exact ? "optExact" : (stage == ValueStage::FiveC ? "opt5C" : "opt5L");
+    controls_.AddOption(name, ValueStageName(stage), values).SetHandler([this, stage] {
+      SelectStage(stage);
+    });
+  }
+  Frame* parts = &controls_.AddFrame("frmParts", "Part tolerances");
+  controls_.AddLabel("lblCtol", "Capacitors, +-%");
+  controls_.AddTextBox("txtCtol", "5");
+  controls_.AddLabel("lblLtol", "Inductors, +-%");
+  controls_.AddTextBox("txtLtol", "5");
+  controls_.AddOption("optUniform", "Uniform", parts);
+  controls_.AddOption("optNormal", "Normal, 3 sigma", parts);
+  controls_.AddFrame("frmTrials", "Trials");
+  controls_.AddLabel("lblTrials", "Trials");
+  controls_.AddTextBox("txtTrials", std::to_string(kDefaultTrials));
+  controls_.AddLabel("lblSeed", "Seed");
+  controls_.AddTextBox("txtSeed", "1");
+  controls_.AddLabel("lblTighten", "Sensitivity: tighten to, %");
+  controls_.AddTextBox("txtTighten", "0");
+  controls_.AddFrame("frmMask", "Mask");
+  controls_.AddLabel("lblPassEdge", "Passband edge, Hz");
+  controls_.AddTextBox("txtPassEdge", "");
+  controls_.AddLabel("lblPassRl", "Return loss at least, dB");
+  controls_.AddTextBox("txtPassRl", "");
+  controls_.AddLabel("lblPassIl", "Loss at most, dB");
+  controls_.AddTextBox("txtPassIl", "");
+  controls_.AddLabel("lblStop", "Stopband from, Hz");
+  controls_.AddLabel("lblStopDepth", "at least, dB");
+  for (int row = 1; row <= kStopRows; ++row) {
+    controls_.AddTextBox(Row("txtStopFreq", row), "");
+    controls_.AddTextBox(Row("txtStopDepth", row), "");
+  }
+  // Before a run the plot follows the mask as it is typed.
+  for (const auto& control : controls_.All()) {
+    if (control->Kind() != ControlKind::TextBox) continue;
+    static_cast<TextBox&>(*control).SetChangeHandler([this] {
+      if (prefilling_ || hasResult_ || Running()) return;
+      if (ReadSetup(setup_, true)) Redraw();
+    });
+  }
+  controls_.FindOption("optUniform")->SetSelectedQuietly(true);
+
+  struct ButtonDef {
+    const char* name;
+    const char* caption;
+    void (TolerancePage::*action)();
+  };
+  const ButtonDef buttons[] = {
+      {"cmdRun", "Run", &TolerancePage::OnRun},
+      {"cmdCancel", "Cancel", &TolerancePage::OnCancel},
+      {"cmdPrint", "Print", &TolerancePage::OnPrint},
+      {"cmdSave", "Save picture", &TolerancePage::OnSave},
+      {"cmdClose", "Close", &TolerancePage::OnClose},
+  };
+  for (const auto& b : buttons) {
+    auto action = b.action;
+    controls_.AddButton(b.name, b.caption).SetHandler([this, action] {
+      controls_.RunEvent([this, action] { (this->*action)(); });
+    });
+  }
+  controls_.FindButton("cmdCancel")->SetEnabled(false);
+}
+
+void TolerancePage::Load(const DesignRecord& d) {
+  ValueStages stages = MakeValueStages(d);
+  // The same design again (the window closed and opened): the user's
+  // settings, a run in progress and its result stay.
+  if (loaded_ && SameLadders(stages, stages_)) return;
+  loaded_ = true;
+  if (job_) job_->cancel = true;
+  if (worker_.joinable()) worker_.join();
+  job_.reset();
+  SetRunning(false);
+  stages_ = std::move(stages);
+  if (!stages_.fault.empty()) platform_.ShowMessage(stages_.fault);
+  stage_ = ValueStage::FiveC;
+  controls_.FindOption("opt5C")->SetSelectedQuietly(true);
+  controls_.FindOption("optExact")->SetSelectedQuietly(false);
+  controls_.FindOption("opt5L")->SetSelectedQuietly(false);
+  // A highpass's stopband lies below its frequency.
+  const bool highpass = ToleranceDesignOf(Stage()).highpass;
+  controls_.FindLabel("lblStop")->SetCaption(highpass ? "Stopband to, Hz" : "Stopband from, Hz");
+  Prefill();
+  hasResult_ = false;
+  status_ = "Ready";
+  Redraw();
+}
+
+void TolerancePage::Prefill() {
+  prefilling_ = true;
+  const ToleranceSetup defaults;
+  const ToleranceDesign design = ToleranceDesignOf(Stage());
+  const Mask mask = DefaultMask(design);
+  auto set = [&](const char* box, const std::string& text) {
+    controls_.FindTextBox(box)->SetText(text);
+  };
+  set("txtCtol", Number(defaults.ctolPercent));
+  set("txtLtol", Number(defaults.ltolPercent));
+  set("txtTrials", std::to_string(defaults.trials));
+  set("txtSeed", std::to_string(defaults.seed));
+  set("txtTighten", Number(defaults.tightenPercent));
+  controls_.FindOption("optUniform")->SetSelectedQuietly(true);
+  controls_.FindOption("optNormal")->SetSelectedQuietly(false);
+  set("txtPassEdge", TrimBlanks(FormatFrequency(mask.passEdge)));
+  set("txtPassRl", mask.passRl ? Number(*mask.passRl) : "");
+  set("txtPassIl", mask.passIl ? Number(*mask.passIl) : "");
+  for (int row = 1; row <= kStopRows; ++row) {
+    const bool has = row <= static_cast<int>(mask.stops.size());
+    set(Row("txtStopFreq", row).c_str(),
+        has ? TrimBlanks(FormatFrequency(mask.stops[row - 1].frequency)) : "");
+    set(Row("txtStopDepth", row).c_str(), has ? Number(mask.stops[row - 1].depth) : "");
+  }
+  prefilling_ = false;
+  if (!ReadSetup(setup_, true)) setup_ = ToleranceSetup{};
+}
+
+void TolerancePage::SelectStage(ValueStage stage) {
+  stage_ = stage;
+  hasResult_ = false;
+  status_ = "Ready";
+  ReadSetup(setup_, true);
+  Redraw();
+}
+
+bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
+  ToleranceSetup s;
+  auto fail = [&](const std::string& why) {
+    if (!quiet) platform_.ShowMessage(why);
+    return false;
+  };
+  // A box's number as the program reads its boxes; false when it holds no
+  // digit (an empty box where `optional`).
+  auto read = [&](const std::string& box, double& value) {
+    std::string text = controls_.FindTextBox(box)->Text();
+    if (text.find_first_of("0123456789") == std::string::npos) return false;
+    value = CheckEntry(text);
+    return true;
+  };
+  auto percent = [&](const char* box, double& value, const char* what) {
+    if (!read(box, value) || value < 0 || value > kMaxTolerancePercent)
+      return fail(std::string("The ") + what + " must be 0 to 50 %.");
+    return true;
+  };
+  if (!percent("txtCtol", s.ctolPercent, "capacitor tolerance") ||
+      !percent("txtLtol", s.ltolPercent, "inductor tolerance") ||
+      !percent("txtTighten", s.tightenPercent, "tightened tolerance"))
+    return false;
+  s.distribution =
+      controls_.FindOption("optNormal")->Selected() ? Distribution::Normal : Distribution::Uniform;
+  double trials = 0;
+  if (!read("txtTrials", trials) || trials < 1 || trials > kMaxTrials)
+    return fail("The number of trials must be 1 to 1,000,000.");
+  s.trials = static_cast<int>(std::lround(trials));
+  const std::string seed = Trimmed(controls_.FindTextBox("txtSeed")->Text());
+  const auto [end, ec] = std::from_chars(seed.data(), seed.data() + seed.size(), s.seed);
+  if (seed.empty() || ec != std::errc() || end != seed.data() + seed.size())
+    return fail("The seed must be a whole number of 0 or more.");
+
+  double edge = 0;
+  if (!read("txtPassEdge", edge) || !(edge > 0))
+    return fail("The passband edge must be a frequency above 0 Hz.");
+  s.mask.passEdge = edge;
+  double db = 0;
+  for (const auto& [box, limit, what] : {std::tuple{"txtPassRl", &s.mask.passRl, "return loss"},
+                                         std::tuple{"txtPassIl", &s.mask.passIl, "loss"}}) {
+    if (!read(box, db)) continue;
+    if (db < 0) return fail(std::string("The passband ") + what + " must be 0 dB or more.");
+    *limit = db;
+  }
+  for (int row = 1; row <= kStopRows; ++row) {
+    double f = 0, depth = 0;
+    const bool hasF = read(Row("txtStopFreq", row), f);
+    const bool hasDepth = read(Row("txtStopDepth", row), depth);
+    if (!hasF && !hasDepth) continue;
+    if (!hasF || !hasDepth || !(f > 0) || depth < 0)
+      return fail(
+          "A stopband check needs a frequency above 0 Hz and an attenuation of 0 dB or "
+          "more (row " +
+          std::to_string(row) + ").");
+    s.mask.stops.push_back({f, depth});
+  }
+  out = s;
+  return true;
+}
+
+void TolerancePage::OnRun() {
+  if (Running()) return;
+  ToleranceSetup setup;
+  if (!ReadSetup(setup, false)) return;
+  auto job = std::make_shared<Job>();
+  job->design = ToleranceDesignOf(Stage());
+  job->setup = setup;
+  job_ = job;
+  worker_ = std::thread([job] {
+    const auto start = std::chrono::steady_clock::now();
+    job->report = RunTolerance(job->design, job->setup, job->result, [&job = *job](double done) {
+      job.done = done;
+      return !job.cancel;
+    });
+    job->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    job->finished = true;
+  });
+  SetRunning(true);
+  DrawRunStatus(canvas_, 0, "Running: 0%");
+  host_->RunStarted();
+}
+
+void TolerancePage::OnCancel() {
+  if (job_) job_->cancel = true;
+}
+
+void TolerancePage::Poll() {
+  if (!job_) return;
+  if (!job_->finished) {
+    const double done = job_->done;
+    DrawRunStatus(canvas_, done,
+                  (job_->cancel ? "Cancelling: " : "Running: ") +
+                      std::to_string(static_cast<int>(100 * done)) + "%");
+    return;
+  }
+  Finish();
+}
+
+void TolerancePage::Wait() {
+  if (worker_.joinable()) worker_.join();
+  Poll();
+}
+
+void TolerancePage::Finish() {
+  if (worker_.joinable()) worker_.join();
+  const std::shared_ptr<Job> job = std::move(job_);
+  SetRunning(false);
+  if (!job->report.Ok()) {
+    status_ = "Not run";
+    platform_.ShowMessage(job->report.fault);
+  } else if (job->result.cancelled) {
+    status_ = "Cancelled";
+  } else {
+    result_ = std::move(job->result);
+    setup_ = job->setup;
+    hasResult_ = true;
+    char text[80];
+    std::snprintf(text, sizeof text, "%d trials in %.2f s", result_.trials, job->seconds);
+    status_ = text;
+  }
+  Redraw();
+}
+
+void TolerancePage::SetRunning(bool running) {
+  controls_.FindButton("cmdRun")->SetEnabled(!running);
+  controls_.FindButton("cmdCancel")->SetEnabled(running);
+}
+
+void TolerancePage::DrawFigures(Canvas& canvas) const {
+  ToleranceFigures f;
+  f.stage = &Stage();
+  f.stageName = ValueStageName(stage_);
+  f.setup = &setup_;
+  f.result = hasResult_ ? &result_ : nullptr;
+  DrawToleranceFigures(f, canvas);
+}
+
+void TolerancePage::Redraw() {
+  canvas_.Clear();
+  DrawFigures(canvas_);
+  DrawRunStatus(canvas_, -1, status_);
+}
+
+RecordingCanvas TolerancePage::PaperDrawing() const {
+  RecordingCanvas paper;
+  DrawFigures(paper);
+  DrawToleranceSettings(paper, setup_, ValueStageName(stage_), status_);
+  return paper;
+}
+
+void TolerancePage::OnPrint() {
+  if (!host_->Print(PaperDrawing()))
+    platform_.ShowMessage("Printing is available in the designer window.");
+}
+
+void TolerancePage::OnSave() {
+  std::string name = platform_.SaveFileDialog(
+      "Save tolerance page",
+      "PNG image (*.png)|*.png|PDF document (*.pdf)|*.pdf|SVG drawing (*.svg)|*.svg",
+      "Tolerance.png");
+  if (name.empty()) return;
+  const size_t dot = name.find_last_of("./\\");
+  if (dot == std::string::npos || name[dot] != '.') name += ".png";
+  const std::string error = host_->SavePicture(PaperDrawing(), name);
+  if (!error.empty()) platform_.ShowMessage("We could not save the picture. " + error);
+}
+
+void TolerancePage::OnClose() {
+  if (job_) job_->cancel = true;
+  host_->Close();
+}
+
+}  // namespace drenik

@@ -1,0 +1,115 @@
+#pragma once
+// The tolerance page: how many filters built from real parts meet their
+// mask. Its controls choose the value stage, the part tolerances and their
+// distribution, the trials, the seed, the mask and the sensitivity's
+// tightened tolerance; "Run" starts the analysis on a worker thread, with
+// progress drawn on the page and "Cancel" to stop it. The result is drawn
+// as the response envelope over the nominal curves with the mask, a
+// histogram of the worst passband return loss, the yield and its interval,
+// the failures per check and the sensitivity table.
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "core/design_record.h"
+#include "core/platform.h"
+#include "pages/controls.h"
+#include "pages/value_stages.h"
+#include "plot/canvas.h"
+#include "plot/recording_canvas.h"
+#include "tolerance/tolerance.h"
+
+namespace drenik {
+
+// What the page asks of the window that shows it.
+class ToleranceHost {
+ public:
+  virtual ~ToleranceHost() = default;
+  // A run has started: ask for Poll() now and then until it ends.
+  virtual void RunStarted() {}
+  // Prints the page as drawn for paper; false when the host cannot print.
+  virtual bool Print(const RecordingCanvas&) { return false; }
+  // Writes the page as drawn for paper to a picture (.png, .svg or .pdf):
+  // empty when written, else why not.
+  virtual std::string SavePicture(const RecordingCanvas& paper, const std::string& path);
+  virtual void Close() {}
+};
+
+class TolerancePage {
+ public:
+  TolerancePage(Platform& platform, Canvas& canvas);
+  // Cancels a run and waits for its thread.
+  ~TolerancePage();
+  TolerancePage(const TolerancePage&) = delete;
+  TolerancePage& operator=(const TolerancePage&) = delete;
+
+  ControlSet& Controls() { return controls_; }
+  const std::string& Caption() const { return caption_; }
+  // nullptr: no window (printing and pictures are not available).
+  void SetHost(ToleranceHost* host) { host_ = host ? host : &noHost_; }
+
+  // Takes the design the display page holds now (a run in progress is
+  // cancelled), prefills the controls for it and draws its nominal response
+  // with the mask. The design already loaded keeps the page as it is.
+  void Load(const DesignRecord& d);
+
+  // Button events (the buttons of Controls() call these).
+  void OnRun();
+  void OnCancel();
+  void OnPrint();
+  void OnSave();
+  void OnClose();
+
+  // Takes up a run's progress and, once it has ended, its result.
+  void Poll();
+  bool Running() const { return job_ != nullptr; }
+  // Blocks until the run's thread has ended, then polls.
+  void Wait();
+
+  bool HasResult() const { return hasResult_; }
+  const ToleranceResult& Result() const { return result_; }
+  const ToleranceSetup& Setup() const { return setup_; }
+  // The design at the chosen value stage.
+  const DesignRecord& Stage() const { return stages_.At(stage_); }
+  ValueStage CurrentStage() const { return stage_; }
+  // The page for print and pictures: the figures, with the settings written
+  // out where the window has its controls.
+  RecordingCanvas PaperDrawing() const;
+
+ private:
+  struct Job;
+  void Build();
+  void SelectStage(ValueStage stage);
+  void Prefill();
+  // The controls as a setup; false (after a message naming the box, unless
+  // quiet) when a box does not hold a usable value.
+  bool ReadSetup(ToleranceSetup& setup, bool quiet);
+  void Redraw();
+  void DrawFigures(Canvas& canvas) const;
+  void Finish();
+  void SetRunning(bool running);
+
+  Platform& platform_;
+  Canvas& canvas_;
+  ControlSet controls_;
+  std::string caption_;
+  ToleranceHost* host_ = nullptr;
+  ToleranceHost noHost_;
+
+  ValueStages stages_;
+  ValueStage stage_ = ValueStage::FiveC;
+  ToleranceSetup setup_;
+  ToleranceResult result_;
+  bool hasResult_ = false;
+  bool prefilling_ = false;
+  bool loaded_ = false;
+  std::string status_;
+
+  std::shared_ptr<Job> job_;
+  std::thread worker_;
+};
+
+}  // namespace drenik

@@ -1,0 +1,105 @@
+#include "qt/tolerance_window.h"
+
+#include <QCloseEvent>
+#include <QVBoxLayout>
+
+#include "qt/print_page.h"
+#include "qt/render.h"
+
+namespace drenik {
+
+std::vector<ControlPlace> TolerancePlaces() {
+  std::vector<ControlPlace> p;
+  // A label and its box on one row of a frame.
+  auto row = [&p](const char* frame, const char* label, const char* box, float y) {
+    p.push_back({label, 300, y, 2200, y + 330, 8, frame});
+    p.push_back({box, 2250, y, 3200, y + 330, 8, frame});
+  };
+  p.push_back({"frmValues", 150, 100, 3350, 720});
+  p.push_back({"optExact", 300, 360, 1200, 660, 8, "frmValues"});
+  p.push_back({"opt5C", 1250, 360, 2200, 660, 8, "frmValues"});
+  p.push_back({"opt5L", 2250, 360, 3200, 660, 8, "frmValues"});
+
+  p.push_back({"frmParts", 150, 800, 3350, 2150});
+  row("frmParts", "lblCtol", "txtCtol", 1060);
+  row("frmParts", "lblLtol", "txtLtol", 1420);
+  p.push_back({"optUniform", 300, 1780, 1300, 2080, 8, "frmParts"});
+  p.push_back({"optNormal", 1350, 1780, 3250, 2080, 8, "frmParts"});
+
+  p.push_back({"frmTrials", 150, 2230, 3350, 3580});
+  row("frmTrials", "lblTrials", "txtTrials", 2490);
+  row("frmTrials", "lblSeed", "txtSeed", 2850);
+  row("frmTrials", "lblTighten", "txtTighten", 3210);
+
+  p.push_back({"frmMask", 150, 3660, 3350, 6550});
+  row("frmMask", "lblPassEdge", "txtPassEdge", 3920);
+  row("frmMask", "lblPassRl", "txtPassRl", 4280);
+  row("frmMask", "lblPassIl", "txtPassIl", 4640);
+  p.push_back({"lblStop", 300, 5040, 2200, 5370, 8, "frmMask"});
+  p.push_back({"lblStopDepth", 2250, 5040, 3250, 5370, 8, "frmMask"});
+  for (int k = 1; k <= 3; ++k) {
+    const float y = 5000 + 360.f * k;
+    p.push_back({"txtStopFreq" + std::to_string(k), 300, y, 2200, y + 330, 8, "frmMask"});
+    p.push_back({"txtStopDepth" + std::to_string(k), 2250, y, 3200, y + 330, 8, "frmMask"});
+  }
+
+  p.push_back({"cmdRun", 150, 6700, 1700, 7150, 9});
+  p.push_back({"cmdCancel", 1800, 6700, 3350, 7150, 9});
+  p.push_back({"cmdPrint", 150, 8350, 1100, 8750, 8});
+  p.push_back({"cmdSave", 1150, 8350, 2300, 8750, 8});
+  p.push_back({"cmdClose", 2350, 8350, 3350, 8750, 8});
+  return p;
+}
+
+ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platform& platform,
+                                 QWidget* parent)
+    : QWidget(parent, Qt::Window),
+      page_(page),
+      platform_(platform),
+      view_(new ControlPageView(page.Controls(), drawing, TolerancePlaces(), this)),
+      timer_(new QTimer(this)) {
+  setWindowTitle(QString::fromStdString(page.Caption()));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(view_);
+  setMinimumSize(400, 300);
+  resize(1200, 900);
+  timer_->setInterval(kPollMs);
+  connect(timer_, &QTimer::timeout, this, &ToleranceWindow::Tick);
+  page_.SetHost(this);
+}
+
+ToleranceWindow::~ToleranceWindow() {
+  page_.SetHost(nullptr);
+}
+
+void ToleranceWindow::RunStarted() {
+  timer_->start();
+}
+
+void ToleranceWindow::Tick() {
+  page_.Poll();
+  if (!page_.Running()) timer_->stop();
+}
+
+bool ToleranceWindow::Print(const RecordingCanvas& paper) {
+  PrintDrawnPageWithDialog(paper, platform_, this);
+  return true;
+}
+
+std::string ToleranceWindow::SavePicture(const RecordingCanvas& paper, const std::string& path) {
+  std::string error;
+  if (RenderPageToFile(paper, path, 1600, 1200, error)) return {};
+  return error.empty() ? "Cannot write " + path : error;
+}
+
+void ToleranceWindow::Close() {
+  close();
+}
+
+void ToleranceWindow::closeEvent(QCloseEvent* event) {
+  page_.OnCancel();
+  QWidget::closeEvent(event);
+}
+
+}  // namespace drenik

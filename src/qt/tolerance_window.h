@@ -1,0 +1,49 @@
+#pragma once
+// The tolerance page in a window of its own beside the designer: a view over
+// its page logic that polls a running analysis, so the window stays
+// responsive while the worker thread computes, and that prints the page and
+// saves it as a picture.
+
+#include <QTimer>
+#include <QWidget>
+#include <vector>
+
+#include "pages/application.h"
+#include "pages/tolerance_page.h"
+#include "qt/control_page_view.h"
+
+namespace drenik {
+
+class ToleranceWindow : public QWidget, public ToleranceHost {
+  Q_OBJECT
+ public:
+  ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platform& platform,
+                  QWidget* parent = nullptr);
+  ~ToleranceWindow() override;
+
+  ControlPageView& View() { return *view_; }
+  // How often a running analysis is polled, ms.
+  static constexpr int kPollMs = 50;
+
+  // ToleranceHost
+  void RunStarted() override;
+  bool Print(const RecordingCanvas& paper) override;
+  std::string SavePicture(const RecordingCanvas& paper, const std::string& path) override;
+  void Close() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void Tick();
+
+  TolerancePage& page_;
+  Platform& platform_;
+  ControlPageView* view_;
+  QTimer* timer_;
+};
+
+// The controls of the tolerance page, in tab order, in the left column.
+std::vector<ControlPlace> TolerancePlaces();
+
+}  // namespace drenik

@@ -1,0 +1,63 @@
+#include "tolerance/mask.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "core/formatters.h"
+
+namespace drenik {
+namespace {
+
+std::string Db(double db) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", db);
+  return text;
+}
+
+// A limit in dB below 0 dB as a power ratio.
+double PowerRatio(double db) {
+  return std::pow(10.0, -db / 10);
+}
+
+}  // namespace
+
+void PointsBeyond(std::span<const float> freq, double frequency, bool below, int& first,
+                  int& last) {
+  const int n = static_cast<int>(freq.size());
+  first = 0, last = n - 1;
+  if (below) {
+    while (last >= 0 && freq[last] > frequency) --last;
+  } else {
+    while (first < n && freq[first] < frequency) ++first;
+  }
+}
+
+std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq, bool highpass) {
+  std::vector<MaskCheck> checks;
+  // "to" the edge for a lowpass passband, "from" it for a highpass one.
+  const std::string passWord = highpass ? " from " : " to ";
+  const std::string edge = TrimBlanks(FormatFrequency(mask.passEdge));
+  auto passband = [&](CheckKind kind, double db, const char* what, const char* key) {
+    MaskCheck c;
+    c.kind = kind, c.frequency = mask.passEdge, c.db = db, c.limit = PowerRatio(db);
+    PointsBeyond(freq, mask.passEdge, !highpass, c.first, c.last);
+    c.name = what + (" " + Db(db)) + " dB" + passWord + edge;
+    c.key = key;
+    checks.push_back(c);
+  };
+  if (mask.passRl) passband(CheckKind::ReturnLoss, *mask.passRl, "return loss", "pass-rl");
+  if (mask.passIl) passband(CheckKind::Loss, *mask.passIl, "loss", "pass-il");
+  for (const StopCheck& s : mask.stops) {
+    MaskCheck c;
+    c.kind = CheckKind::Stopband, c.frequency = s.frequency, c.db = s.depth;
+    c.limit = PowerRatio(s.depth);
+    PointsBeyond(freq, s.frequency, highpass, c.first, c.last);
+    const std::string f = TrimBlanks(FormatFrequency(s.frequency));
+    c.name = "attenuation " + Db(s.depth) + " dB" + (highpass ? " to " : " from ") + f;
+    c.key = "stop " + f + ":" + Db(s.depth);
+    checks.push_back(c);
+  }
+  return checks;
+}
+
+}  // namespace drenik

@@ -1,0 +1,61 @@
+#pragma once
+// What a built filter must meet: a least return loss and a largest loss over
+// the passband, and a least attenuation beyond any number of stopband
+// frequencies, checked at the sweep's points.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace drenik {
+
+// Transmission at or below -depth dB at every point at or above frequency
+// (lowpass), or at or below it (highpass).
+struct StopCheck {
+  double frequency = 0;  // Hz
+  double depth = 0;      // dB of attenuation
+};
+
+struct Mask {
+  // The passband is the points at or below this frequency (lowpass) or at or
+  // above it (highpass), Hz.
+  double passEdge = 0;
+  std::optional<double> passRl;  // reflection at or below -passRl dB over the passband
+  std::optional<double> passIl;  // transmission at or above -passIl dB over the passband
+  std::vector<StopCheck> stops;
+};
+
+enum class CheckKind { ReturnLoss, Loss, Stopband };
+
+// One check of a mask on a sweep: the points it covers and its limit as a
+// power ratio, so that a trial is checked without a logarithm per point.
+struct MaskCheck {
+  CheckKind kind = CheckKind::ReturnLoss;
+  double frequency = 0;  // the passband edge or the stopband's start, Hz
+  double db = 0;         // the limit as given, dB (positive)
+  int first = 0;         // sweep points covered: first..last (none when last < first)
+  int last = -1;
+  // |S11|^2 at most (return loss), |S21|^2 at least (loss) or at most
+  // (stopband).
+  double limit = 0;
+  std::string name;  // "return loss 17 dB to 7MHz", "attenuation 40 dB from 14MHz"
+  std::string key;   // the command line's words: "pass-rl", "pass-il", "stop 14MHz:40"
+
+  int Points() const { return last < first ? 0 : last - first + 1; }
+  // Whether an extreme power ratio over the covered points meets the limit
+  // (largest |S11|^2 or |S21|^2, or smallest |S21|^2 for the loss). A NaN
+  // fails.
+  bool Holds(double extreme) const {
+    return kind == CheckKind::Loss ? extreme >= limit : extreme <= limit;
+  }
+};
+
+// The points first..last of an ascending sweep that lie at or below
+// (`below`) or at or above a frequency.
+void PointsBeyond(std::span<const float> freq, double frequency, bool below, int& first, int& last);
+
+// The checks of a mask on an ascending sweep, passband ones first.
+std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq, bool highpass);
+
+}  // namespace drenik

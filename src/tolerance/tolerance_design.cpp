@@ -1,0 +1,92 @@
+// The design a tolerance run varies, its parts, and the mask it is checked
+// against when the user gives none.
+
+#include <algorithm>
+#include <cmath>
+
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
+#include "tolerance/tolerance.h"
+
+namespace drenik {
+namespace {
+
+// The nominal design's power ratios at every point (lane 0 of a batch).
+void NominalPowers(const ToleranceDesign& design, std::vector<double>& s21,
+                   std::vector<double>& s11) {
+  const LadderBatch batch(design.ladder, design.freq);
+  const int n = batch.Points();
+  std::vector<double> a(n * kBatchLanes), b(n * kBatchLanes);
+  batch.Evaluate(UniformBatch(design.ladder), 0, n, a.data(), b.data());
+  s21.resize(n), s11.resize(n);
+  for (int i = 0; i < n; ++i) s21[i] = a[i * kBatchLanes], s11[i] = b[i * kBatchLanes];
+}
+
+}  // namespace
+
+ToleranceDesign ToleranceDesignOf(const DesignRecord& d) {
+  ToleranceDesign out;
+  out.ladder = LadderOf(d);
+  out.ladder.reference = d.Rsource;
+  const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
+  out.freq.assign(d.Freq.begin(), d.Freq.begin() + (last + 1));
+  const TopologyInfo* topology = FindTopology(d.Topology);
+  out.highpass = topology && topology->highpass;
+  out.cutoff = d.Width;
+  // A Cauer design's true stopband edge: its normalized edge scaled like the
+  // cutoff (and mirrored about it for a highpass).
+  const FamilyInfo* family = FindFamily(d.Family);
+  if (family && family->stopbandChoice && d.FstopNormalized > 0) {
+    out.stopEdge =
+        out.highpass ? d.Width / double{d.FstopNormalized} : double{d.Width} * d.FstopNormalized;
+    out.stopDepth = d.Astop;
+  }
+  return out;
+}
+
+std::vector<VariedPart> VariedParts(const Ladder& ladder, double ctolPercent, double ltolPercent) {
+  std::vector<VariedPart> parts;
+  const int stages = std::clamp(ladder.stages, 0, kMaxPositions);
+  for (int j = 1; j <= stages; ++j) {
+    const ElementFacts* f = FactsOf(ladder.kind[j]);
+    if (!f || !f->analysed) continue;
+    if (f->hasL && ladder.L[j] != 0) parts.push_back({j, false, ladder.L[j], ltolPercent / 100});
+    if (f->hasC && ladder.C[j] != 0) parts.push_back({j, true, ladder.C[j], ctolPercent / 100});
+  }
+  return parts;
+}
+
+Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
+  Mask mask;
+  mask.passEdge = passEdge > 0 ? passEdge : design.cutoff;
+  if (design.freq.empty() || !LadderFault(design.ladder).empty()) return mask;
+  std::vector<double> s21, s11;
+  NominalPowers(design, s21, s11);
+
+  int first, last;
+  PointsBeyond(design.freq, mask.passEdge, !design.highpass, first, last);
+  if (first <= last) {
+    const double s11Max = *std::max_element(s11.begin() + first, s11.begin() + last + 1);
+    const double s21Min = *std::min_element(s21.begin() + first, s21.begin() + last + 1);
+    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - 3) * 10) / 10;
+    if (returnLoss >= 3)
+      mask.passRl = returnLoss;
+    else  // an edge at the 3 dB point reflects half the power there
+      mask.passIl = std::ceil((-TransmissionDbOf(s21Min) + 1) * 10) / 10;
+  }
+
+  // A Cauer design's own edge, else the second harmonic of the cutoff.
+  const bool cauer = design.stopEdge > 0;
+  const double from =
+      cauer ? design.stopEdge : (design.highpass ? design.cutoff / 2 : design.cutoff * 2);
+  PointsBeyond(design.freq, from, design.highpass, first, last);
+  if (first > last) return mask;
+  const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
+  const double nominal = -TransmissionDbOf(s21Max);
+  const double depth = cauer && nominal >= design.stopDepth ? design.stopDepth
+                                                            : std::floor(nominal - (cauer ? 0 : 3));
+  if (depth > 0) mask.stops.push_back({from, depth});
+  return mask;
+}
+
+}  // namespace drenik

@@ -1,0 +1,164 @@
+// The tolerance page over the display page's design: its three value
+// stages, prefilled controls, a run on its worker thread, cancel, and the
+// nominal trial against the display page's own sweep.
+#include "pages/tolerance_page.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "app_fixture.h"
+#include "core/formatters.h"
+#include "tolerance/tolerance_text.h"
+
+namespace drenik::testing {
+namespace {
+
+class TolerancePageTest : public AppTest {
+ protected:
+  // The design page set by option clicks and typing, the display page, then
+  // its "Tolerance" button.
+  TolerancePage& Open(const std::vector<const char*>& options, const char* bandwidth = "7M",
+                      const char* q = nullptr) {
+    StartDesign();
+    for (const char* option : options) EXPECT_TRUE(Design().Option(option).Click()) << option;
+    Design().Box("txtBandwidth").Type(bandwidth);
+    if (q) {
+      Design().Option("optQ2").Click();
+      Design().Box("txtQother").Type(q);
+    }
+    Design().Button("cmdDesign").Click();
+    Display().Controls().FindButton("cmdTolerance")->Click();
+    return App().Tolerance();
+  }
+  TolerancePage& Page() { return App().Tolerance(); }
+  std::string Box(const char* name) { return Page().Controls().FindTextBox(name)->Text(); }
+  void Type(const char* name, const std::string& text) {
+    Page().Controls().FindTextBox(name)->Type(text);
+  }
+  void Click(const char* name) { Page().Controls().FindButton(name)->Click(); }
+  bool Drawn(const std::string& text) {
+    for (const DrawOp& op : App().ToleranceCanvas().Ops())
+      if (op.kind == DrawOp::Kind::Text && op.text == text) return true;
+    return false;
+  }
+};
+
+// The nominal trial is the display page's analysis at that value stage, to
+// 1e-4 dB in transmission and reflection, for ladders of every kind of arm.
+TEST_F(TolerancePageTest, NominalTrialReproducesTheDisplayPageAtEveryValueStage) {
+  const std::vector<std::vector<const char*>> designs = {
+      {"optChebycheff", "optOrder5"},
+      {"optCauer", "optOrder7", "optAstop60"},
+      {"optCauer", "optOrder6", "optLinhighpass"},
+      {"optZelmar", "optCinhighpass"},
+      {"optButterworth", "optOrder4", "optLinlowpass"}};
+  double worstOfAll = 0;
+  for (const auto& options : designs) {
+    app_.reset();
+    Open(options, "14.25M", "40");
+    for (const char* stage : {"optExact", "opt5C", "opt5L"}) {
+      SCOPED_TRACE(std::string(options.front()) + " " + options.back() + " " + stage);
+      Page().Controls().FindOption(stage)->Click();
+      const DesignRecord& d = Page().Stage();
+      ASSERT_EQ(d.ValueMode, stage[3] == 'E' ? 1 : (stage[4] == 'C' ? 2 : 3));
+      ToleranceSetup s;
+      s.trials = 1, s.sensitivity = false, s.mask = DefaultMask(ToleranceDesignOf(d));
+      ToleranceResult r;
+      ASSERT_TRUE(RunTolerance(ToleranceDesignOf(d), s, r).Ok());
+      ASSERT_EQ(r.nominalTransmission.size(), 1001u);
+      double worst = 0;
+      for (int i = 0; i <= 1000; ++i) {
+        ASSERT_EQ(r.freq[i], d.Freq[i]);
+        worst = std::max<double>(worst, std::fabs(r.nominalTransmission[i] - d.Transmission[i]));
+        worst = std::max<double>(worst, std::fabs(r.nominalReflection[i] - d.Reflection[i]));
+      }
+      EXPECT_LT(worst, 1e-4);
+      worstOfAll = std::max(worstOfAll, worst);
+    }
+  }
+  char text[32];
+  std::snprintf(text, sizeof text, "%.3g", worstOfAll);
+  RecordProperty("worst_db", text);
+  // The stages are the display page's: 5% C is what it shows after loading.
+  EXPECT_EQ(D().ValueMode, 2);
+  Page().Controls().FindOption("opt5C")->Click();
+  EXPECT_EQ(Page().Stage().Transmission, D().Transmission);
+}
+
+TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult) {
+  Open({"optCauer", "optOrder5"});
+  const DesignRecord& d = Page().Stage();
+  const Mask def = DefaultMask(ToleranceDesignOf(d));
+  EXPECT_TRUE(Box("txtCtol") == "5" && Box("txtLtol") == "5" && Box("txtTrials") == "2000" &&
+              Box("txtSeed") == "1" && Box("txtTighten") == "0");
+  EXPECT_EQ(Box("txtPassEdge"), "7MHz");
+  EXPECT_EQ(std::stod(Box("txtPassRl")), *def.passRl);
+  // A Cauer design's own stopband edge and depth.
+  const double edge = 7e6 * double{d.FstopNormalized};
+  std::string stop = Box("txtStopFreq1");
+  EXPECT_NEAR(CheckEntry(stop) / edge, 1, 1e-4);
+  EXPECT_EQ(Box("txtStopDepth1"), "40");
+  EXPECT_TRUE(Box("txtStopFreq2").empty() && Drawn("Not run yet"));
+
+  Type("txtTrials", "3k");  // read as the program reads its boxes
+  Page().Controls().FindOption("optNormal")->Click();
+  Click("cmdRun");
+  EXPECT_TRUE(Page().Running() && !Page().Controls().FindButton("cmdRun")->Enabled());
+  Page().Wait();
+  ASSERT_TRUE(Page().HasResult() && !Page().Running());
+  const ToleranceResult& r = Page().Result();
+  EXPECT_TRUE(r.trials == 3000 && Page().Setup().distribution == Distribution::Normal);
+  EXPECT_TRUE(Drawn(PercentText(r.yield)) && Drawn(IntervalText(r)));
+  EXPECT_TRUE(Drawn("Sensitivity: yield with one part held at nominal"));
+
+  // The same setup straight through the engine gives the same figures.
+  ToleranceResult direct;
+  ASSERT_TRUE(RunTolerance(ToleranceDesignOf(d), Page().Setup(), direct).Ok());
+  EXPECT_TRUE(direct.passed == r.passed && direct.worstReturnLoss == r.worstReturnLoss);
+  EXPECT_TRUE(platform.messages.empty());
+
+  // Opened again on the same design the page stays as it was; a retuned
+  // design starts afresh.
+  Display().Controls().FindButton("cmdTolerance")->Click();
+  EXPECT_TRUE(Page().HasResult() && Box("txtTrials") == "3k");
+  Display().OnUp();
+  Display().Controls().FindButton("cmdTolerance")->Click();
+  EXPECT_TRUE(!Page().HasResult() && Box("txtTrials") == "2000");
+}
+
+TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting) {
+  Open({"optChebycheff"});
+  const std::pair<const char*, const char*> bad[] = {{"txtCtol", "60"},
+                                                     {"txtTrials", "0"},
+                                                     {"txtSeed", "-3"},
+                                                     {"txtPassEdge", "edge"},
+                                                     {"txtStopDepth2", "40"}};
+  for (const auto& [box, text] : bad) {
+    const std::string before = Box(box);
+    Type(box, text);
+    Click("cmdRun");
+    EXPECT_FALSE(Page().Running()) << box;
+    Type(box, before);
+  }
+  ASSERT_EQ(platform.messages.size(), 5u);
+  EXPECT_EQ(platform.messages[0].text, "The capacitor tolerance must be 0 to 50 %.");
+  EXPECT_NE(platform.messages[4].text.find("row 2"), std::string::npos);
+
+  Type("txtTrials", "1000000");
+  Click("cmdRun");
+  Click("cmdCancel");
+  Page().Wait();
+  EXPECT_TRUE(!Page().HasResult() && Drawn("Cancelled"));
+
+  platform.messages.clear();
+  platform.dialogAnswer = (folder_ / "tolerance").string();
+  Click("cmdPrint");
+  Click("cmdSave");
+  ASSERT_EQ(platform.messages.size(), 2u);
+  EXPECT_EQ(platform.messages[0].text, "Printing is available in the designer window.");
+  EXPECT_EQ(platform.dialogs.back().proposedName, "Tolerance.png");
+}
+
+}  // namespace
+}  // namespace drenik::testing
