@@ -6,8 +6,8 @@
 
 #include "core/element_kinds.h"
 #include "core/formatters.h"
+#include "synthesis/design_edges.h"
 #include "synthesis/families.h"
-#include "synthesis/topologies.h"
 
 namespace drenik::cli {
 
@@ -51,13 +51,8 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
     // The true edge of this design: the design page's StopbandEdge figure is
     // kept from an earlier odd order when the order is even, and is always
     // the lowpass one.
-    if (exact.FstopNormalized > 0) {
-      const TopologyInfo* topology = FindTopology(d.Topology);
-      const bool highpass = topology && topology->highpass;
-      const double edge =
-          highpass ? d.Width / exact.FstopNormalized : double{d.Width} * exact.FstopNormalized;
+    if (const double edge = EdgesOf(exact).stopEdge; edge > 0)
       out << ", edge " << TrimBlanks(FormatFrequency(edge));
-    }
     out << "\n";
   }
   out << "Rsource: " << TrimBlanks(FormatValue(d.Rsource))

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "synthesis/families.h"
-#include "synthesis/topologies.h"
+#include "synthesis/design_edges.h"
 
 namespace drenik {
 namespace {
@@ -18,16 +17,10 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 }  // namespace
 
 Bands BandsOf(const DesignRecord& d) {
-  Bands b;
-  const TopologyInfo* topology = FindTopology(d.Topology);
-  b.highpass = topology && topology->highpass;
-  b.cutoff = d.Width;
-  const FamilyInfo* family = FindFamily(d.Family);
-  // FstopNormalized is only written by the Cauer prototype, and stays from
-  // an earlier Cauer design when the family changes.
-  const bool cauer = family && family->stopbandChoice && d.FstopNormalized > 0;
-  const double ratio = cauer ? double{d.FstopNormalized} : 2.0;
-  b.stopEdge = b.highpass ? b.cutoff / ratio : b.cutoff * ratio;
+  const DesignEdges e = EdgesOf(d);
+  Bands b{e.highpass, e.cutoff, e.stopEdge};
+  // Without a designed edge the stopband starts an octave from the cutoff.
+  if (b.stopEdge == 0) b.stopEdge = b.highpass ? b.cutoff / 2 : b.cutoff * 2;
   return b;
 }
 

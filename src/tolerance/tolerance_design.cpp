@@ -4,8 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "synthesis/families.h"
-#include "synthesis/topologies.h"
+#include "synthesis/design_edges.h"
 #include "tolerance/tolerance.h"
 
 namespace drenik {
@@ -30,17 +29,11 @@ ToleranceDesign ToleranceDesignOf(const DesignRecord& d) {
   out.ladder.reference = d.Rsource;
   const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
   out.freq.assign(d.Freq.begin(), d.Freq.begin() + (last + 1));
-  const TopologyInfo* topology = FindTopology(d.Topology);
-  out.highpass = topology && topology->highpass;
-  out.cutoff = d.Width;
-  // A Cauer design's true stopband edge: its normalized edge scaled like the
-  // cutoff (and mirrored about it for a highpass).
-  const FamilyInfo* family = FindFamily(d.Family);
-  if (family && family->stopbandChoice && d.FstopNormalized > 0) {
-    out.stopEdge =
-        out.highpass ? d.Width / double{d.FstopNormalized} : double{d.Width} * d.FstopNormalized;
-    out.stopDepth = d.Astop;
-  }
+  const DesignEdges edges = EdgesOf(d);
+  out.highpass = edges.highpass;
+  out.cutoff = edges.cutoff;
+  out.stopEdge = edges.stopEdge;
+  if (out.stopEdge > 0) out.stopDepth = d.Astop;
   return out;
 }
 
