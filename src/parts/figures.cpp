@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "analysis/ladder_batch.h"
 #include "synthesis/design_edges.h"
 
 namespace drenik {
@@ -51,16 +52,35 @@ Figures ProbeResponse::Worst() const {
 
 void MeasureLadders(std::span<const Ladder> ladders, const Probe& probe,
                     std::span<ProbeResponse> out) {
-  for (size_t k = 0; k < ladders.size(); ++k) {
-    ProbeResponse& r = out[k];
-    r.returnLoss.resize(probe.passband.size());
-    r.attenuation.resize(probe.stopband.size());
-    // Neither the delay nor the input impedance is wanted: the previous
-    // point only feeds the delay.
-    for (size_t i = 0; i < probe.passband.size(); ++i)
-      r.returnLoss[i] = -AnalyzePoint(ladders[k], probe.passband[i], 0, 0, false).ReflectionDb;
-    for (size_t i = 0; i < probe.stopband.size(); ++i)
-      r.attenuation[i] = -AnalyzePoint(ladders[k], probe.stopband[i], 0, 0, false).TransmissionDb;
+  if (ladders.empty()) return;
+  // The candidates share the design's kinds, terminations and Qs: eight at
+  // a time go through the batch kernel, passband and stopband points alike.
+  std::vector<float> freqs(probe.passband);
+  freqs.insert(freqs.end(), probe.stopband.begin(), probe.stopband.end());
+  const LadderBatch batch(ladders[0], freqs);
+  const size_t passPoints = probe.passband.size();
+  std::vector<double> s21(freqs.size() * kBatchLanes), s11(freqs.size() * kBatchLanes);
+  for (size_t first = 0; first < ladders.size(); first += kBatchLanes) {
+    const size_t lanes = std::min<size_t>(kBatchLanes, ladders.size() - first);
+    // Lanes past the last candidate repeat it: every lane must be a ladder.
+    BatchValues values;
+    for (size_t k = 0; k < kBatchLanes; ++k) {
+      const Ladder& ladder = ladders[first + std::min(k, lanes - 1)];
+      for (int j = 1; j <= ladder.stages; ++j) {
+        values.L[j][k] = ladder.L[j];
+        values.C[j][k] = ladder.C[j];
+      }
+    }
+    batch.Evaluate(values, 0, batch.Points(), s21.data(), s11.data());
+    for (size_t k = 0; k < lanes; ++k) {
+      ProbeResponse& r = out[first + k];
+      r.returnLoss.resize(passPoints);
+      r.attenuation.resize(probe.stopband.size());
+      for (size_t i = 0; i < passPoints; ++i)
+        r.returnLoss[i] = -ReflectionDbOf(s11[i * kBatchLanes + k]);
+      for (size_t i = 0; i < probe.stopband.size(); ++i)
+        r.attenuation[i] = -TransmissionDbOf(s21[(passPoints + i) * kBatchLanes + k]);
+    }
   }
 }
 

@@ -51,8 +51,9 @@ struct ProbeResponse {
 };
 
 // The response of every ladder at the probe's frequencies, through the
-// shared ladder kernel: the single place where the chooser evaluates value
-// sets, so that a batch form of the kernel can take over here.
+// batch form of the shared ladder kernel: the single place where the
+// chooser evaluates value sets. The ladders share one shape (kinds,
+// terminations, Qs).
 void MeasureLadders(std::span<const Ladder> ladders, const Probe& probe,
                     std::span<ProbeResponse> out);
 
