@@ -84,13 +84,16 @@ std::vector<ControlPlace> DesignPlaces() {
 
 std::vector<ControlPlace> DisplayPlaces() {
   std::vector<ControlPlace> p;
-  // A row of buttons from x = 2400 to 11900 at the given height, 100 apart.
+  // A row of nine buttons from x = 2400 to the page's right margin, in a
+  // font a little smaller than the page's own so that "Change design" fits
+  // its button.
   auto row = [&p](std::initializer_list<const char*> names, float y1, float y2) {
-    const float width = (11900 - 2400 - 100 * float(names.size() - 1)) / float(names.size());
+    constexpr float kGap = 50;
+    const float width = (11960 - 2400 - kGap * float(names.size() - 1)) / float(names.size());
     float x = 2400;
     for (const char* name : names) {
-      p.push_back({name, x, y1, x + width, y2, 8});
-      x += width + 100;
+      p.push_back({name, x, y1, x + width, y2, 7.5f});
+      x += width + kGap;
     }
   };
   // Along the bottom, under the plots and right of the readout box: the
