@@ -16,13 +16,13 @@ namespace drenik::cli {
 
 namespace {
 
-const char* ValuesTitle(Values v) {
+const char* ValuesTitle(ValueStage v) {
   switch (v) {
-    case Values::Exact:
+    case ValueStage::Exact:
       return "exact";
-    case Values::FiveC:
+    case ValueStage::FiveC:
       return "5% C";
-    case Values::FiveL:
+    case ValueStage::FiveL:
       return "5% L";
   }
   return "";

@@ -207,11 +207,11 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       if (o.command == Command::Parts) throw UsageError(name + ": not for 'parts'");
       std::string v = value();
       if (v == "exact") {
-        o.values = Values::Exact;
+        o.values = ValueStage::Exact;
       } else if (v == "5c") {
-        o.values = Values::FiveC;
+        o.values = ValueStage::FiveC;
       } else if (v == "5l") {
-        o.values = Values::FiveL;
+        o.values = ValueStage::FiveL;
       } else {
         throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
       }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/parts_command.h"
+#include "pages/value_stages.h"
 #include "tolerance/mask.h"
 #include "tolerance/trial_draws.h"
 
@@ -20,7 +21,6 @@ class UsageError : public std::runtime_error {
 };
 
 enum class Command { Design, Render, Export, Tolerance, Parts, Help, PartsHelp, Version };
-enum class Values { Exact, FiveC, FiveL };
 
 // The design page's choices; unset ones keep the first-start defaults.
 struct Choices {
@@ -49,7 +49,7 @@ struct ToleranceOptions {
 struct CliOptions {
   Command command = Command::Help;
   Choices choices;
-  Values values = Values::FiveC;
+  ValueStage values = ValueStage::FiveC;  // --values
   bool json = false;
   std::string renderFile;  // .png, .svg or .pdf
   int widthPx = 1600;

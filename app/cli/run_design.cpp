@@ -68,13 +68,13 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
     if (mode == 1 && !exactSeen) {
       exactSeen = true;
       result->exact = app.Record();
-      if (options.values == Values::Exact) result->page = app.DisplayCanvas();
+      if (options.values == ValueStage::Exact) result->page = app.DisplayCanvas();
     }
   });
   app.Design().Button("cmdDesign").Click();
   Fail(platform);
   if (!exactSeen) throw DesignFailure("The display page did not analyse the design.");
-  if (options.values == Values::FiveL) app.Display().OnInductors();
+  if (options.values == ValueStage::FiveL) app.Display().OnInductors();
   Fail(platform);
   if (options.command == Command::Parts) {
     app.Display().SetPartsRequest(options.parts.request);
@@ -84,8 +84,8 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   }
   app.Display().SetAnalysisObserver(nullptr);
 
-  result->chosen = options.values == Values::Exact ? result->exact : app.Record();
-  if (options.values != Values::Exact) result->page = app.DisplayCanvas();
+  result->chosen = options.values == ValueStage::Exact ? result->exact : app.Record();
+  if (options.values != ValueStage::Exact) result->page = app.DisplayCanvas();
   return result;
 }
 
