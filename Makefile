@@ -3,14 +3,16 @@
 # make bench  build and run the benchmarks
 
 BUILD      ?= build
-ASAN_BUILD ?= build-asan
-FUZZ_BUILD ?= build-fuzz
-FUZZ_SECONDS ?= 30
+# One clang tree holds the sanitized unit tests and the fuzzers: both need
+# the engine built with address and undefined-behaviour checks, and a second
+# compile of the same sources would find nothing new.
+CHECK_BUILD ?= build-check
+FUZZ_SECONDS ?= 20
 JOBS       ?= $(shell nproc)
 CMAKE_GEN  := -G Ninja
 SHELL      := /bin/bash
 
-.PHONY: all deps build run test unit asan fuzz bench format format-check clean
+.PHONY: all deps build run test unit check-build asan fuzz bench format format-check clean
 
 all: build
 
@@ -35,25 +37,27 @@ test: format-check unit asan fuzz
 unit: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
 
-asan: deps
-	cmake -S . -B $(ASAN_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
-	  -DDRENIK_SANITIZE=ON -DDRENIK_WITH_QT=OFF -DDRENIK_BENCH=OFF
-	cmake --build $(ASAN_BUILD) -j $(JOBS)
-	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+# The sanitized tree: clang, every library instrumented for the fuzzers as
+# well (coverage counters cost the tests little), warnings left to the main
+# build, which treats them as errors.
+check-build: deps
+	CXX=clang++ cmake -S . -B $(CHECK_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
+	  -DDRENIK_FUZZ=ON -DDRENIK_WITH_QT=OFF -DDRENIK_BENCH=OFF -DDRENIK_WERROR=OFF
+	cmake --build $(CHECK_BUILD) -j $(JOBS)
+
+asan: check-build
+	cd $(CHECK_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
 
 # Undefined behaviour halts a fuzzer as a crash does (compiled in, and again
 # in UBSAN_OPTIONS); a run that fails keeps its log and its crashing input
-# under $(FUZZ_BUILD)/findings and prints the end of the log.
+# under $(CHECK_BUILD)/findings and prints the end of the log. A longer hunt:
+# make fuzz FUZZ_SECONDS=600.
 FUZZ_ENV := UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ASAN_OPTIONS=detect_leaks=1
 
-fuzz: deps
-	CXX=clang++ cmake -S . -B $(FUZZ_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
-	  -DDRENIK_FUZZ=ON -DDRENIK_WITH_QT=OFF -DDRENIK_TESTS=OFF -DDRENIK_BENCH=OFF \
-	  -DDRENIK_WERROR=OFF
-	cmake --build $(FUZZ_BUILD) -j $(JOBS)
-	@set -e; findings=$(FUZZ_BUILD)/findings; rm -rf $$findings; mkdir -p $$findings; \
-	for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do \
+fuzz: check-build
+	@set -e; findings=$(CHECK_BUILD)/findings; rm -rf $$findings; mkdir -p $$findings; \
+	for f in $(CHECK_BUILD)/fuzz/fuzz_*; do \
 	  [ -x "$$f" ] || continue; \
 	  name=$$(basename $$f); corpus=$$(mktemp -d); log=$$findings/$$name.log; \
 	  if [ -d fuzz/corpus/$$name ]; then cp fuzz/corpus/$$name/* $$corpus/; fi; \
@@ -78,4 +82,4 @@ format-check: deps
 	@clang-format --dry-run --Werror $$(git ls-files '*.cpp' '*.h') && echo "clang-format: clean"
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(CHECK_BUILD)

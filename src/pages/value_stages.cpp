@@ -10,6 +10,7 @@ namespace {
 // messages kept for the caller.
 class QuietHost : public PageHost, public NullPlatform {
  public:
+  using NullPlatform::EndProgram;
   using NullPlatform::ShowMessage;
   void ShowDesignPage() override {}
   void ShowDisplayPage() override {}
