@@ -272,6 +272,10 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
     s.mask = DefaultMask(d, t.passEdge.value_or(0));
   }
 
+  if (const std::string fault = MaskFault(s.mask, d.highpass); !fault.empty()) {
+    err << "drenik: " << fault << " (see drenik --help)\n";
+    return 2;
+  }
   ToleranceResult r;
   const EngineReport report = RunTolerance(d, s, r);
   if (!report.Ok()) {
