@@ -1,4 +1,6 @@
 // The `drenik` command line.
+#include <unistd.h>
+
 #include <iostream>
 #include <string>
 #include <vector>
@@ -11,6 +13,7 @@ int main(int argc, char** argv) {
   drenik::ReportFileSizeLimitAsError();
   drenik::cli::StandardOutput out;
   std::vector<std::string> args(argv + 1, argv + argc);
-  const int status = drenik::cli::RunCommandLine(args, out.Stream(), std::cerr);
+  const int status =
+      drenik::cli::RunCommandLine(args, out.Stream(), std::cerr, isatty(STDERR_FILENO) == 1);
   return out.Finish(status, std::cerr);
 }

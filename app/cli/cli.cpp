@@ -62,7 +62,8 @@ int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std:
 
 }  // namespace
 
-int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                   bool errIsTerminal) {
   CliOptions o;
   try {
     o = ParseCommandLine(args);
@@ -107,7 +108,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     case Command::Parts:
       return WriteParts(o, *result, platform, out, err);
     case Command::Tolerance:
-      return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err);
+      return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err,
+                                 errIsTerminal && !o.quiet);
     default:
       return 0;
   }

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -176,6 +177,32 @@ TEST(Reliability, StandardOutputAndMessagesSayWhatHappened) {
     EXPECT_EQ(Drenik(args, prepare), std::make_pair(status, said));
   }
   EXPECT_EQ(CrLfLines(out).size(), 1002u);
+}
+
+// A long run on a terminal shows a progress line and clears it; --quiet
+// shows nothing (as does every run above, whose standard error is a pipe).
+TEST(Reliability, ProgressLineOnATerminal) {
+  const int master = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
+  const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY);
+  fcntl(master, F_SETFL, O_NONBLOCK);
+  for (const bool quiet : {false, true}) {
+    std::vector<std::string> args = {"tolerance", "--family", "cauer", "--order",
+                                     "7",         "--trials", "20000"};
+    if (quiet) args.push_back("--quiet");
+    const auto [status, said] = Drenik(args, [&] {
+      StdoutTo("/dev/null");
+      dup2(terminal, STDERR_FILENO);
+    });
+    std::string shown;
+    char buffer[4096];
+    for (ssize_t n; (n = read(master, buffer, sizeof buffer)) > 0;) shown.append(buffer, size_t(n));
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(!quiet, shown.find("trials/s") != std::string::npos && shown.ends_with("\r\x1b[K"))
+        << shown;
+    EXPECT_TRUE(!quiet || shown.empty());
+  }
+  close(terminal), close(master);
 }
 
 TEST(Reliability, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {
