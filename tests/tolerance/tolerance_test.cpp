@@ -312,7 +312,7 @@ TEST(Tolerance, BandsAreJudgedAtTheirOwnFrequencies) {
   EXPECT_EQ(r.nominalStopAttenuation,
             static_cast<float>(LeastAttenuation(
                 design.ladder, BandFrequencies(design.freq, Stopband(60e6, false)))));
-  EXPECT_TRUE(r.nominalPasses && r.nominalReturnLoss > 10 && r.checks[1].check.Points() > 100);
+  EXPECT_TRUE(r.nominalPasses && r.nominalReturnLoss > 10 && r.checks[1].check.Points() > 50);
   EXPECT_EQ(r.freq, design.freq);
 
   const double inf = std::numeric_limits<double>::infinity();
