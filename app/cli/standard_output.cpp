@@ -9,22 +9,23 @@
 namespace drenik::cli {
 
 StandardOutput::StandardOutput() : stream_(&output_) {
-  closed_ = fcntl(STDOUT_FILENO, F_GETFD) < 0;
+  // A closed standard stream gets /dev/null opened for reading: no file the
+  // program opens lands there, and a write to it (also through /dev/stdout)
+  // still fails as on the closed descriptor, with EBADF.
   for (int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(fd, F_GETFD) >= 0) continue;
-    const int null = open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
+    const int null = open("/dev/null", O_RDONLY);
     if (null >= 0 && null != fd) {
       dup2(null, fd);
       close(null);
     }
   }
-  if (!closed_) output_.Attach(STDOUT_FILENO);
+  output_.Attach(STDOUT_FILENO);
 }
 
 int StandardOutput::Finish(int status, std::ostream& err) {
   stream_.flush();
   int error = output_.Error();
-  if (error == 0 && closed_ && output_.Count() > 0) error = EBADF;
   if (error == 0 && !stream_.good()) error = EIO;
   if (error == 0) return status;
   if (error != EPIPE)

@@ -12,8 +12,8 @@ namespace drenik::cli {
 
 class StandardOutput {
  public:
-  // Puts /dev/null at standard input, output or error when they are
-  // closed, so that no file the program opens lands there.
+  // Fills a closed standard input, output or error, so that no file the
+  // program opens lands there.
   StandardOutput();
   std::ostream& Stream() { return stream_; }
   // The exit status after flushing: `status` when all output arrived, else
@@ -21,7 +21,6 @@ class StandardOutput {
   int Finish(int status, std::ostream& err);
 
  private:
-  bool closed_ = false;  // standard output was closed when the program started
   DescriptorOutput output_;
   std::ostream stream_;
 };

@@ -149,6 +149,10 @@ TEST(Reliability, StandardOutputAndMessagesSayWhatHappened) {
      [] { close(STDOUT_FILENO); },
      1,
      "drenik: could not write standard output: Bad file descriptor\n"},
+    {{"export", "--csv", "/dev/stdout"},
+     [] { close(STDOUT_FILENO); },
+     1,
+     "drenik: could not write /dev/stdout: Bad file descriptor\n"},
     {{"design", "--json"},
      [] {
        int p[2];
