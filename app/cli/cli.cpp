@@ -1,6 +1,7 @@
 #include "cli/cli.h"
 
 #include "cli/json_output.h"
+#include "cli/messages.h"
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
@@ -28,19 +29,12 @@ const char* ValuesTitle(ValueStage v) {
   return "";
 }
 
-// An argument echoed in a complaint keeps it to one line and out of the
-// terminal's control sequences.
-std::string OneLine(std::string text) {
-  for (char& c : text)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
-  return text;
-}
-
 int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
 #if DRENIK_WITH_QT
   std::string error;
   if (!RenderPageToFile(r.page, o.renderFile, o.widthPx, o.heightPx, error)) {
-    err << "drenik: " << OneLine(error.empty() ? "could not write " + o.renderFile : error) << "\n";
+    err << "drenik: " << Printable(error.empty() ? "could not write " + o.renderFile : error)
+        << "\n";
     return 1;
   }
   return 0;
@@ -60,9 +54,7 @@ int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std:
       platform.messages.clear();
       if (format.write(r.chosen, file, platform)) continue;
       status = 1;
-      err << "drenik: could not write " << OneLine(file);
-      for (const std::string& m : platform.messages) err << ": " << m;
-      err << "\n";
+      CouldNotWrite(err, file, platform.messages);
     }
   }
   return status;
@@ -70,12 +62,13 @@ int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std:
 
 }  // namespace
 
-int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                   bool errIsTerminal) {
   CliOptions o;
   try {
     o = ParseCommandLine(args);
   } catch (const UsageError& e) {
-    err << "drenik: " << OneLine(e.what()) << " (see drenik --help)\n";
+    err << "drenik: " << Printable(e.what()) << " (see drenik --help)\n";
     return 2;
   }
   if (o.command == Command::Help) {
@@ -96,7 +89,7 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
   try {
     result = RunDesign(o, platform);
   } catch (const std::exception& e) {
-    err << "drenik: " << OneLine(e.what()) << "\n";
+    err << "drenik: " << Printable(e.what()) << "\n";
     return 2;
   }
 
@@ -115,7 +108,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     case Command::Parts:
       return WriteParts(o, *result, platform, out, err);
     case Command::Tolerance:
-      return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err);
+      return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err,
+                                 errIsTerminal && !o.quiet);
     default:
       return 0;
   }

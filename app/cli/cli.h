@@ -9,6 +9,9 @@
 
 namespace drenik::cli {
 
-int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+// `errIsTerminal`: standard error is a terminal, where a long run shows its
+// progress.
+int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                   bool errIsTerminal = false);
 
 }  // namespace drenik::cli

@@ -118,7 +118,7 @@ std::string UsageText() {
          " [--dist uniform|normal]\n"
          "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
          " [--pass-il DB]\n"
-         "                   [--stop FREQ:DB]... [--tighten PCT] [--json]\n"
+         "                   [--stop FREQ:DB]... [--tighten PCT] [--json] [--quiet]\n"
          "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
          " [--json]\n"
          "               [--bom FILE]      (drenik parts --help)\n"
@@ -219,6 +219,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       if (o.command != Command::Parts && o.command != Command::Tolerance)
         only(Command::Design, "design");
       o.json = true;
+    } else if (name == "--quiet") {
+      only(Command::Tolerance, "tolerance");
+      o.quiet = true;
     } else if (IsToleranceOption(name)) {
       only(Command::Tolerance, "tolerance");
       ParseToleranceOption(name, value(), o.tolerance);

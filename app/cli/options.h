@@ -51,6 +51,7 @@ struct CliOptions {
   Choices choices;
   ValueStage values = ValueStage::FiveC;  // --values
   bool json = false;
+  bool quiet = false;      // --quiet: no progress line
   std::string renderFile;  // .png, .svg or .pdf
   int widthPx = 1600;
   int heightPx = 1200;

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "cli/json_output.h"
+#include "cli/messages.h"
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
@@ -178,9 +179,7 @@ int WriteParts(const CliOptions& o, const DesignResult& r, ConsolePlatform& plat
   if (o.parts.bom.empty()) return 0;
   platform.messages.clear();
   if (WritePartsList(choice, o.parts.bom, platform)) return 0;
-  err << "drenik: could not write " << o.parts.bom;
-  for (const std::string& m : platform.messages) err << ": " << m;
-  err << "\n";
+  CouldNotWrite(err, o.parts.bom, platform.messages);
   return 1;
 }
 

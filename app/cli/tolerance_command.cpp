@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "cli/json_output.h"
+#include "cli/progress_line.h"
 #include "core/formatters.h"
 #include "synthesis/families.h"
 #include "tolerance/tolerance.h"
@@ -253,7 +254,8 @@ void ParseToleranceOption(const std::string& name, const std::string& value, Tol
 }
 
 int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
-                        const std::string& valuesTitle, std::ostream& out, std::ostream& err) {
+                        const std::string& valuesTitle, std::ostream& out, std::ostream& err,
+                        bool progress) {
   const ToleranceDesign d = ToleranceDesignOf(design.chosen);
   const ToleranceOptions& t = o.tolerance;
   ToleranceSetup s;
@@ -272,8 +274,19 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
     s.mask = DefaultMask(d, t.passEdge.value_or(0));
   }
 
+  if (const std::string fault = MaskFault(s.mask, d.highpass); !fault.empty()) {
+    err << "drenik: " << fault << " (see drenik --help)\n";
+    return 2;
+  }
   ToleranceResult r;
-  const EngineReport report = RunTolerance(d, s, r);
+  EngineReport report;
+  {
+    ProgressLine line(err, progress, "tolerance", s.trials);
+    report = RunTolerance(d, s, r, [&](double done) {
+      line.Update(done);
+      return true;
+    });
+  }
   if (!report.Ok()) {
     err << "drenik: " << report.fault << "\n";
     return 2;

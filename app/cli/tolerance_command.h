@@ -16,8 +16,10 @@ bool IsToleranceOption(const std::string& name);
 void ParseToleranceOption(const std::string& name, const std::string& value, ToleranceOptions& o);
 
 // Runs the analysis on the design the pages made; `valuesTitle` names its
-// value stage. Returns the process status (2 when the engine refuses).
+// value stage; `progress` draws a progress line on `err` while it runs.
+// Returns the process status (2 when the engine refuses).
 int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
-                        const std::string& valuesTitle, std::ostream& out, std::ostream& err);
+                        const std::string& valuesTitle, std::ostream& out, std::ostream& err,
+                        bool progress = false);
 
 }  // namespace drenik::cli

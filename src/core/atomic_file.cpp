@@ -12,17 +12,21 @@
 #include <system_error>
 #include <utility>
 
+#include "core/signal_cleanup.h"
+#include "core/write_target.h"
+
 namespace drenik {
 
 namespace {
 
-constexpr size_t kBufferBytes = 64 * 1024;
 // Tries at fresh names before giving up; a clash needs the same 8 random
 // characters, so more than one try is already rare.
 constexpr int kNameTries = 100;
 // A file name longer than this is shortened in the temporary name, which
 // adds 14 characters and must stay within the folder's 255-byte limit.
 constexpr size_t kLongestBase = 200;
+
+thread_local std::string lastFailure;
 
 // Eight random letters and digits for a temporary name.
 std::string RandomTag() {
@@ -43,10 +47,6 @@ std::string RandomTag() {
   return tag;
 }
 
-bool IsStream(mode_t mode) {
-  return S_ISCHR(mode) || S_ISFIFO(mode);
-}
-
 // Makes the rename itself survive a power cut. Not every file system can
 // sync a folder; the file is in place either way.
 void SyncFolder(const std::filesystem::path& folder) {
@@ -58,108 +58,85 @@ void SyncFolder(const std::filesystem::path& folder) {
 
 }  // namespace
 
-AtomicFile::Output::Output() : buffer_(kBufferBytes) {
-  setp(buffer_.data(), buffer_.data() + buffer_.size());
-}
-
-// Writes out the buffer; a short write goes on from where it stopped, so the
-// next call reports why the rest could not be written (EFBIG, ENOSPC).
-bool AtomicFile::Output::Drain() {
-  const char* next = pbase();
-  while (error_ == 0 && next < pptr()) {
-    const ssize_t written = write(fd_, next, static_cast<size_t>(pptr() - next));
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) {
-      error_ = written < 0 ? errno : EIO;
-      break;
-    }
-    next += written;
-  }
-  setp(buffer_.data(), buffer_.data() + buffer_.size());
-  return error_ == 0;
-}
-
-AtomicFile::Output::int_type AtomicFile::Output::overflow(int_type c) {
-  if (!Drain()) return traits_type::eof();
-  if (!traits_type::eq_int_type(c, traits_type::eof())) {
-    *pptr() = traits_type::to_char_type(c);
-    pbump(1);
-  }
-  return traits_type::not_eof(c);
-}
-
-int AtomicFile::Output::sync() {
-  return Drain() ? 0 : -1;
-}
-
 AtomicFile::AtomicFile(std::string path) : path_(std::move(path)), stream_(&output_) {
-  if (path_.empty()) {
-    Fail(ENOENT);
+  lastFailure.clear();
+  WriteTarget t = ResolveWriteTarget(path_);
+  file_ = t.file;
+  made_ = t.made;
+  switch (t.kind) {
+    case TargetKind::Refused:
+      Fail(t.error);
+      return;
+    case TargetKind::Stream:
+      fd_ = t.fd;
+      output_.Attach(fd_);
+      return;
+    case TargetKind::New:
+      if (!OpenTemporary(nullptr)) Fail(errno);
+      return;
+    case TargetKind::Regular:
+      break;
+  }
+  // A file of someone else's, or one with more names than this one, is
+  // rewritten in place: a new file would take its owner or split its links.
+  const bool own = t.status.st_uid == geteuid() && t.status.st_nlink <= 1;
+  if (own && OpenTemporary(&t.status)) {
+    close(t.fd);
     return;
   }
-  struct stat found {};
-  if (lstat(path_.c_str(), &found) != 0) {
-    if (errno == ENOENT) {
-      OpenTemporary(-1);
-    } else {
-      Fail(errno);
-    }
+  if (own && errno != EACCES && errno != EPERM) {
+    Fail(errno);
+    close(t.fd);
     return;
   }
-  // A device or pipe, also one a link names (/dev/stdout): written straight
-  // into. open() follows such a link with the kernel's own link protections.
-  struct stat resolved = found;
-  if (S_ISLNK(found.st_mode) && stat(path_.c_str(), &resolved) != 0) resolved = found;
-  if (IsStream(resolved.st_mode)) {
-    fd_ = open(path_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
-    struct stat opened {};
-    if (fd_ >= 0 && (fstat(fd_, &opened) != 0 || !IsStream(opened.st_mode))) {
-      close(fd_);
-      fd_ = -1;
-      errno = EINVAL;  // the name changed under us
-    }
-    if (fd_ < 0) Fail(errno);
-    output_.Attach(fd_);
-    return;
-  }
-  if (S_ISDIR(found.st_mode)) {
-    Fail(EISDIR);
-  } else if (S_ISREG(found.st_mode)) {
-    OpenTemporary(static_cast<int>(found.st_mode & 07777));  // keeps the file's permissions
-  } else if (S_ISLNK(found.st_mode)) {
-    OpenTemporary(-1);
-  } else {
-    Fail(EINVAL);  // a block device or a socket is no place for a file
-  }
+  fd_ = t.fd;
+  inPlace_ = true;  // the content is kept in memory until Commit()
 }
 
-void AtomicFile::OpenTemporary(int keepMode) {
-  const std::filesystem::path target(path_);
+bool AtomicFile::OpenTemporary(const struct stat* keep) {
+  const std::filesystem::path target(file_);
   const std::string base = target.filename().string().substr(0, kLongestBase);
-  for (int i = 0; i < kNameTries && fd_ < 0; ++i) {
-    std::filesystem::path name = target.parent_path() / (base + "." + RandomTag() + ".tmp");
-    fd_ = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-    if (fd_ >= 0) {
-      temporary_ = name.string();
-    } else if (errno != EEXIST) {
-      break;
+  int fd = -1;
+  std::filesystem::path name;
+  for (int i = 0; i < kNameTries && fd < 0; ++i) {
+    name = target.parent_path() / (base + "." + RandomTag() + ".tmp");
+    fd = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (fd < 0 && errno != EEXIST) break;
+  }
+  if (fd < 0) return false;
+  signalSlot_ = RemoveOnSignal(name.string());
+  temporary_ = name.string();
+  if (keep) {
+    // The group first: changing it may clear the set-ID bits the mode puts
+    // back. A group the writer cannot give means the file is rewritten in
+    // place instead.
+    struct stat made {};
+    const bool group =
+        fstat(fd, &made) == 0 && (made.st_gid == keep->st_gid || fchown(fd, -1, keep->st_gid) == 0);
+    if (!group || fchmod(fd, keep->st_mode & 07777) != 0) {
+      close(fd);
+      unlink(temporary_.c_str());
+      ForgetOnSignal(signalSlot_);
+      temporary_.clear();
+      errno = EPERM;
+      return false;
     }
   }
-  if (fd_ < 0) {
-    Fail(errno);
-    return;
-  }
-  if (keepMode >= 0) fchmod(fd_, static_cast<mode_t>(keepMode));
+  fd_ = fd;
   output_.Attach(fd_);
+  return true;
 }
 
 AtomicFile::~AtomicFile() {
   if (fd_ >= 0) close(fd_);
   if (!temporary_.empty()) unlink(temporary_.c_str());
+  if (made_) unlink(file_.c_str());
+  ForgetOnSignal(signalSlot_);
 }
 
 void AtomicFile::Fail(int error) {
   if (error_ == 0) error_ = error != 0 ? error : EIO;
+  lastFailure = ErrorText();
   stream_.setstate(std::ios::badbit);
 }
 
@@ -171,6 +148,27 @@ void AtomicFile::Write(std::string_view bytes) {
   stream_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
+// The space is reserved before the first byte is overwritten, so a full disk
+// or the size limit stops the write while the old content is still whole.
+bool AtomicFile::WriteInPlace() {
+  const std::string& bytes = output_.Kept();
+  const SignalsHeld held;
+  if (!bytes.empty() && fallocate(fd_, 0, 0, static_cast<off_t>(bytes.size())) != 0 &&
+      errno != EOPNOTSUPP && errno != ENOSYS) {
+    Fail(errno);
+    return false;
+  }
+  if (const int error = WriteAll(fd_, bytes.data(), bytes.size(), 0)) {
+    Fail(error);
+    return false;
+  }
+  if (ftruncate(fd_, static_cast<off_t>(bytes.size())) != 0 || fsync(fd_) != 0) {
+    Fail(errno);
+    return false;
+  }
+  return true;
+}
+
 bool AtomicFile::Commit() {
   if (fd_ < 0) {
     Fail(EBADF);
@@ -178,27 +176,36 @@ bool AtomicFile::Commit() {
   }
   stream_.flush();
   if (output_.Error() != 0 || !stream_.good()) Fail(output_.Error());
+  if (error_ == 0 && inPlace_) WriteInPlace();
   // The content reaches the disk before its name does.
   if (error_ == 0 && !temporary_.empty() && fsync(fd_) != 0) Fail(errno);
   if (close(fd_) != 0) Fail(errno);
   fd_ = -1;
   if (error_ == 0 && !temporary_.empty()) {
-    if (rename(temporary_.c_str(), path_.c_str()) != 0) {
+    if (rename(temporary_.c_str(), file_.c_str()) != 0) {
       Fail(errno);
     } else {
       temporary_.clear();
-      SyncFolder(std::filesystem::path(path_).parent_path());
+      SyncFolder(std::filesystem::path(file_).parent_path());
     }
   }
-  if (error_ != 0 && !temporary_.empty()) {
+  if (!temporary_.empty()) {
     unlink(temporary_.c_str());
     temporary_.clear();
   }
+  ForgetOnSignal(signalSlot_);
+  signalSlot_ = -1;
+  if (error_ != 0 && made_) unlink(file_.c_str());
+  made_ = false;
   return error_ == 0;
 }
 
 std::string AtomicFile::ErrorText() const {
   return error_ == 0 ? std::string() : std::generic_category().message(error_);
+}
+
+std::string LastWriteFailure() {
+  return lastFailure;
 }
 
 void ReportFileSizeLimitAsError() {

@@ -1,31 +1,41 @@
 #pragma once
 // The one way this program writes a file. Every writer goes through here, so
-// that a full disk, a file-size limit or a crash never leaves half a file
-// under the target's name and never costs the old file:
+// that a full disk, a file-size limit, an interrupt or a crash never leaves
+// half a file under the target's name and never costs the old file:
 //
 //   AtomicFile file(path);       // a new temporary file beside the target
 //   file.Line("* Apass, Astop:"); // text and CR LF
 //   file.Stream() << value;       // or anything a std::ostream takes
 //   if (!file.Commit()) ...       // show the writer's own failure message
 //
-// Commit() checks every write, the flush to disk and the close, then renames
-// the temporary file over the target. On any failure it returns false, the
-// old target stays byte for byte as it was and the temporary file is gone.
-// Abandoning the object without Commit() (a writer that finds it cannot go
-// on) removes the temporary file the same way.
+// Commit() checks every write, the flush to disk and the close. On any
+// failure it returns false, the old target stays byte for byte as it was and
+// no temporary file is left. Abandoning the object without Commit() (a
+// writer that finds it cannot go on) leaves the target the same way.
 //
-// The temporary file is created under a fresh random name with O_EXCL, so no
-// existing file or link is ever opened or followed, and two writers of one
-// target never share it. The target's own name is replaced, never followed:
-// a link there is replaced by the new file. A name that holds a character
-// device or a pipe (/dev/null, /dev/stdout, a FIFO) has no old content to
-// keep and is written straight into; a folder or a block device is refused.
+// Where the content goes is what the shell's ">" would do with the name, and
+// what ">" refuses is refused:
+// - A new name, or a file of the writer's own with one link: the content goes
+//   into a temporary file beside it, created under a fresh random name with
+//   O_EXCL (no existing file or link is ever opened there), given the old
+//   file's mode and group, and renamed over the target. SIGINT, SIGTERM and
+//   SIGHUP remove the temporary file (signal_cleanup.h).
+// - A file with more links, another owner, or in a folder the writer may
+//   not write to: rewritten in place once the whole content is at hand, with
+//   its space reserved first, so that a full disk or a size limit still
+//   leaves the old content; the links, owner and mode stay.
+// - A link: followed; the file it points to gets the content as above.
+// - A device, pipe or socket, and /dev/stdout or /dev/fd/N (the process's
+//   own descriptor): written straight into.
+// - A folder or a block device: refused.
 
 #include <ostream>
-#include <streambuf>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "core/descriptor_output.h"
+
+struct stat;
 
 namespace drenik {
 
@@ -50,35 +60,26 @@ class AtomicFile {
   std::string ErrorText() const;
 
  private:
-  // Buffered output to the descriptor that checks every write(2) and keeps
-  // the first error; once one write fails, nothing more is written.
-  class Output : public std::streambuf {
-   public:
-    Output();
-    void Attach(int fd) { fd_ = fd; }
-    int Error() const { return error_; }
-    bool Drain();
-
-   protected:
-    int_type overflow(int_type c) override;
-    int sync() override;
-
-   private:
-    int fd_ = -1;
-    int error_ = 0;
-    std::vector<char> buffer_;
-  };
-
   void Fail(int error);
-  void OpenTemporary(int keepMode);
+  bool OpenTemporary(const struct stat* keep);
+  bool WriteInPlace();
 
   std::string path_;
-  std::string temporary_;  // empty when writing straight into the target
+  std::string file_;       // the file itself, links resolved
+  std::string temporary_;  // empty unless writing a temporary file
+  int signalSlot_ = -1;
+  bool inPlace_ = false;
+  bool made_ = false;  // the file was made through a link and goes on failure
   int fd_ = -1;
   int error_ = 0;
-  Output output_;
+  DescriptorOutput output_;
   std::ostream stream_;
 };
+
+// Why the last AtomicFile of this thread failed, as ErrorText() said it;
+// empty when the last one has not failed. Lets a caller that only sees a
+// writer's true or false (the command line) name the reason.
+std::string LastWriteFailure();
 
 // A write past the file-size limit (ulimit -f) would kill the program with
 // SIGXFSZ and strand its temporary file; with the signal ignored the write

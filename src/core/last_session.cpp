@@ -1,8 +1,11 @@
 #include "core/last_session.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <charconv>
 #include <cstdint>
-#include <fstream>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -14,8 +17,10 @@ namespace drenik {
 
 namespace {
 
-// The line is short; a file larger than this holds no valid first line.
-constexpr std::streamsize kLongestLine = 4096;
+// The line is short: only its first bytes are read, and a file much larger
+// than any session file is not one.
+constexpr size_t kLongestLine = 4096;
+constexpr off_t kLargestFile = 64 * 1024;
 
 std::string_view Trim(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
@@ -131,14 +136,18 @@ void SetLastSessionDefaults(DesignRecord& d) {
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::string content(static_cast<size_t>(kLongestLine), '\0');
-  if (in) {
-    in.read(content.data(), kLongestLine);
-    content.resize(static_cast<size_t>(in.gcount()));
-  } else {
-    content.clear();
+  // Only a plain file of a plausible size is read: a FIFO there would wait
+  // for a writer forever, and a device or a huge file is no session file.
+  std::string content;
+  const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  struct stat found {};
+  if (fd >= 0 && fstat(fd, &found) == 0 && S_ISREG(found.st_mode) &&
+      found.st_size <= kLargestFile) {
+    content.resize(static_cast<size_t>(kLongestLine));
+    const ssize_t n = read(fd, content.data(), content.size());
+    content.resize(n > 0 ? static_cast<size_t>(n) : 0);
   }
+  if (fd >= 0) close(fd);
   // A missing, unreadable or malformed file starts every choice afresh,
   // never a mixture of read and default values.
   if (!ParseLastSession(content, d)) SetLastSessionDefaults(d);

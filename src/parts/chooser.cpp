@@ -149,6 +149,18 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   in.probe.passband = BandProbe({&exact, &standard}, &DesignRecord::Reflection, &InPassband, bands);
   in.probe.stopband = BandProbe({&exact, &standard}, &DesignRecord::Transmission, &InStopband,
                                 bands, &in.stopPeaks);
+  // Where the stopband reaches past the sweep (a Cauer edge beyond its end,
+  // minima further out), the candidates are measured at its own frequencies
+  // there too. The passband's turning points lie within the sweep, and
+  // the figures of the result, which take in the whole of both bands, send
+  // the search back should it miss one.
+  const std::vector<float> beyond = BeyondSweep(exact, bands).stopband;
+  const auto withBeyond = [&](std::vector<float> points) {
+    points.insert(points.end(), beyond.begin(), beyond.end());
+    return points;
+  };
+  in.probe.stopband = withBeyond(in.probe.stopband);
+  if (in.stopPeaks.empty()) in.stopPeaks = beyond;
   choice.positions = ExactPositions(exact);
   for (const PositionParts& p : choice.positions) {
     const ElementFacts* f = FactsOf(p.kind);
@@ -173,8 +185,8 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
     if (round == kRefinements || result.merit.primary - swept.primary <= kProbeTolerance) break;
     in.probe.passband =
         BandProbe({&exact, &standard, &chosen}, &DesignRecord::Reflection, &InPassband, bands);
-    in.probe.stopband =
-        BandProbe({&exact, &standard, &chosen}, &DesignRecord::Transmission, &InStopband, bands);
+    in.probe.stopband = withBeyond(
+        BandProbe({&exact, &standard, &chosen}, &DesignRecord::Transmission, &InStopband, bands));
     result = RefineParts(in, result);
   }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "analysis/band_frequencies.h"
 #include "analysis/ladder_batch.h"
 #include "synthesis/design_edges.h"
 
@@ -33,12 +34,36 @@ bool InStopband(const Bands& b, double f) {
   return b.highpass ? f <= b.stopEdge * (1 + kEdgeSlack) : f >= b.stopEdge * (1 - kEdgeSlack);
 }
 
+Probe BeyondSweep(const DesignRecord& d, const Bands& bands) {
+  Probe beyond;
+  const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
+  if (last < 0) return beyond;
+  const std::span<const float> sweep(d.Freq.data(), static_cast<size_t>(last) + 1);
+  const auto outside = [&](const Band& band) {
+    std::vector<float> points;
+    for (float f : BandFrequencies(sweep, band))
+      if (f < sweep.front() || f > sweep.back()) points.push_back(f);
+    return points;
+  };
+  beyond.passband = outside(Passband(bands.cutoff, bands.highpass));
+  beyond.stopband = outside(Stopband(bands.stopEdge, bands.highpass));
+  return beyond;
+}
+
 Figures FiguresOf(const DesignRecord& d, const Bands& bands) {
   ProbeResponse r;
   const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
   for (int i = 0; i <= last; ++i) {
     if (InPassband(bands, d.Freq[i])) r.returnLoss.push_back(-double{d.Reflection[i]});
     if (InStopband(bands, d.Freq[i])) r.attenuation.push_back(-double{d.Transmission[i]});
+  }
+  const Probe beyond = BeyondSweep(d, bands);
+  const Ladder ladder = LadderOf(d);
+  if ((!beyond.passband.empty() || !beyond.stopband.empty()) && LadderFault(ladder).empty()) {
+    ProbeResponse more;
+    MeasureLadders(std::span(&ladder, 1), beyond, std::span(&more, 1));
+    r.returnLoss.insert(r.returnLoss.end(), more.returnLoss.begin(), more.returnLoss.end());
+    r.attenuation.insert(r.attenuation.end(), more.attenuation.begin(), more.attenuation.end());
   }
   return r.Worst();
 }

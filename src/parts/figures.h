@@ -1,8 +1,7 @@
 #pragma once
 // The two figures by which the stock-part chooser judges a set of values:
 // the worst return loss in the passband and the least attenuation in the
-// stopband, both in dB and positive for a passive ladder. The display page's
-// sweep (Fstart..Fstop) bounds both bands.
+// stopband, both in dB and positive for a passive ladder.
 
 #include <span>
 #include <vector>
@@ -27,19 +26,26 @@ bool InStopband(const Bands& bands, double f);
 
 struct Figures {
   double returnLoss = 0;  // worst passband return loss, dB
-  // Least stopband attenuation, dB; NaN when the sweep has no stopband point.
+  // Least stopband attenuation, dB; NaN for a probe without stopband points.
   double stopband = 0;
 };
 
-// From the record's analysed sweep (points 0..NrIntervals).
-Figures FiguresOf(const DesignRecord& analysed, const Bands& bands);
-
 // The frequencies at which a candidate set is measured: a subset of the
-// display sweep's points in each band (Hz, as the sweep stores them).
+// display sweep's points in each band (Hz, as the sweep stores them) and
+// the bands' own frequencies beyond it.
 struct Probe {
   std::vector<float> passband;
   std::vector<float> stopband;
 };
+
+// Each band's own frequencies (analysis/band_frequencies.h) that lie
+// beyond the record's sweep (points 0..NrIntervals).
+Probe BeyondSweep(const DesignRecord& d, const Bands& bands);
+
+// From the record's analysed sweep (points 0..NrIntervals) and, where a band
+// reaches past it, the kernel at the band's own frequencies there: a Cauer
+// stopband that starts beyond the sweep's end still has its figure.
+Figures FiguresOf(const DesignRecord& analysed, const Bands& bands);
 
 // A ladder's response at the probe's points: the return loss at each
 // passband point and the attenuation at each stopband point, dB.

@@ -70,10 +70,19 @@ void DrawArc(QPainter& painter, float cx, float cy, float r, float start, float 
                   static_cast<int>(std::lround(span * 180.0 / M_PI * 16)));
 }
 
+// A headless run speaks only through the command line's own messages: Qt's
+// notes about the desktop it does not have ("XDG_RUNTIME_DIR not set" for
+// root) are nothing its user can act on. Errors still get through.
+QtMessageHandler qtHandler = nullptr;
+void HeadlessMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if ((type == QtCriticalMsg || type == QtFatalMsg) && qtHandler) qtHandler(type, context, text);
+}
+
 }  // namespace
 
 void PrepareQtDrawing() {
   if (!QCoreApplication::instance()) {
+    qtHandler = qInstallMessageHandler(HeadlessMessage);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     static int argc = 1;
     static char name[] = "drenik";

@@ -60,4 +60,33 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
   return checks;
 }
 
+std::vector<Band> MaskBands(const Mask& mask, bool highpass) {
+  std::vector<Band> bands;
+  if (mask.passEdge > 0) bands.push_back(Passband(mask.passEdge, highpass));
+  for (const StopCheck& s : mask.stops)
+    if (s.frequency > 0) bands.push_back(Stopband(s.frequency, highpass));
+  return bands;
+}
+
+std::string MaskFault(const Mask& mask, bool highpass) {
+  const auto finite = [](double v) { return std::isfinite(v) && v >= 0; };
+  if (!(std::isfinite(mask.passEdge) && mask.passEdge > 0))
+    return "--pass-edge: the passband needs an edge that is a finite frequency above 0 Hz";
+  if (mask.passRl && !finite(*mask.passRl))
+    return "--pass-rl: the limit must be finite, 0 dB or more";
+  if (mask.passIl && !finite(*mask.passIl))
+    return "--pass-il: the limit must be finite, 0 dB or more";
+  const std::string edge = TrimBlanks(FormatFrequency(mask.passEdge));
+  for (const StopCheck& s : mask.stops) {
+    if (!(std::isfinite(s.frequency) && s.frequency > 0))
+      return "--stop: a stopband needs an edge that is a finite frequency above 0 Hz";
+    if (!finite(s.depth)) return "--stop: the depth must be finite, 0 dB or more";
+    if (highpass ? s.frequency < mask.passEdge : s.frequency > mask.passEdge) continue;
+    const std::string f = TrimBlanks(FormatFrequency(s.frequency));
+    return "--stop " + f + ":" + Db(s.depth) + ": the stopband " + (highpass ? "to " : "from ") +
+           f + " overlaps the passband " + (highpass ? "from " : "to ") + edge + " (--pass-edge)";
+  }
+  return {};
+}
+
 }  // namespace drenik

@@ -1,12 +1,15 @@
 #pragma once
 // What a built filter must meet: a least return loss and a largest loss over
 // the passband, and a least attenuation beyond any number of stopband
-// frequencies, checked at the sweep's points.
+// frequencies, each checked at its band's own frequencies
+// (analysis/band_frequencies.h).
 
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "analysis/band_frequencies.h"
 
 namespace drenik {
 
@@ -34,7 +37,7 @@ struct MaskCheck {
   CheckKind kind = CheckKind::ReturnLoss;
   double frequency = 0;  // the passband edge or the stopband's start, Hz
   double db = 0;         // the limit as given, dB (positive)
-  int first = 0;         // sweep points covered: first..last (none when last < first)
+  int first = 0;         // points covered: first..last (none when last < first)
   int last = -1;
   // |S11|^2 at most (return loss), |S21|^2 at least (loss) or at most
   // (stopband).
@@ -55,7 +58,17 @@ struct MaskCheck {
 // (`below`) or at or above a frequency.
 void PointsBeyond(std::span<const float> freq, double frequency, bool below, int& first, int& last);
 
-// The checks of a mask on an ascending sweep, passband ones first.
+// The checks of a mask on ascending frequencies (the mask's BandGrid),
+// passband ones first.
 std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq, bool highpass);
+
+// The passband and each stopband of the mask.
+std::vector<Band> MaskBands(const Mask& mask, bool highpass);
+
+// Why a mask cannot be checked, in one line naming the command line's
+// option: a band edge or limit that is not a finite number, a band with no
+// frequencies in it (an edge at or below 0 Hz), a stopband that reaches
+// into the passband. Empty when it can be checked.
+std::string MaskFault(const Mask& mask, bool highpass);
 
 }  // namespace drenik

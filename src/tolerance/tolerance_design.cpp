@@ -11,9 +11,9 @@ namespace drenik {
 namespace {
 
 // The nominal design's power ratios at every point (lane 0 of a batch).
-void NominalPowers(const ToleranceDesign& design, std::vector<double>& s21,
-                   std::vector<double>& s11) {
-  const LadderBatch batch(design.ladder, design.freq);
+void NominalPowers(const ToleranceDesign& design, std::span<const float> freq,
+                   std::vector<double>& s21, std::vector<double>& s11) {
+  const LadderBatch batch(design.ladder, freq);
   const int n = batch.Points();
   std::vector<double> a(n * kBatchLanes), b(n * kBatchLanes);
   batch.Evaluate(UniformBatch(design.ladder), 0, n, a.data(), b.data());
@@ -53,11 +53,18 @@ Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
   Mask mask;
   mask.passEdge = passEdge > 0 ? passEdge : design.cutoff;
   if (design.freq.empty() || !LadderFault(design.ladder).empty()) return mask;
+  // A Cauer design's own edge, else the second harmonic of the cutoff; both
+  // bands are judged at their own frequencies, wherever the sweep ends.
+  const bool cauer = design.stopEdge > 0;
+  const double from =
+      cauer ? design.stopEdge : (design.highpass ? design.cutoff / 2 : design.cutoff * 2);
+  const Band bands[] = {Passband(mask.passEdge, design.highpass), Stopband(from, design.highpass)};
+  const std::vector<float> grid = BandGrid(design.freq, bands);
   std::vector<double> s21, s11;
-  NominalPowers(design, s21, s11);
+  NominalPowers(design, grid, s21, s11);
 
   int first, last;
-  PointsBeyond(design.freq, mask.passEdge, !design.highpass, first, last);
+  PointsBeyond(grid, mask.passEdge, !design.highpass, first, last);
   if (first <= last) {
     const double s11Max = *std::max_element(s11.begin() + first, s11.begin() + last + 1);
     const double s21Min = *std::min_element(s21.begin() + first, s21.begin() + last + 1);
@@ -68,11 +75,7 @@ Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
       mask.passIl = std::ceil((-TransmissionDbOf(s21Min) + 1) * 10) / 10;
   }
 
-  // A Cauer design's own edge, else the second harmonic of the cutoff.
-  const bool cauer = design.stopEdge > 0;
-  const double from =
-      cauer ? design.stopEdge : (design.highpass ? design.cutoff / 2 : design.cutoff * 2);
-  PointsBeyond(design.freq, from, design.highpass, first, last);
+  PointsBeyond(grid, from, design.highpass, first, last);
   if (first > last) return mask;
   const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
   const double nominal = -TransmissionDbOf(s21Max);

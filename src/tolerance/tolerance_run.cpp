@@ -42,14 +42,17 @@ struct Plan {
   Plan(const ToleranceDesign& d, const ToleranceSetup& s)
       : design(d),
         setup(s),
-        batch(d.ladder, d.freq),
+        grid(BandGrid(d.freq, MaskBands(s.mask, d.highpass))),
+        batch(d.ladder, grid),
         parts(VariedParts(d.ladder, s.ctolPercent, s.ltolPercent)),
-        checks(MaskChecks(s.mask, d.freq, d.highpass)),
-        points(static_cast<int>(d.freq.size())),
+        checks(MaskChecks(s.mask, grid, d.highpass)),
+        points(static_cast<int>(grid.size())),
+        sweepFirst(static_cast<int>(std::lower_bound(grid.begin(), grid.end(), d.freq.front()) -
+                                    grid.begin())),
         blocks((s.trials + kBatchLanes - 1) / kBatchLanes),
         stopFirst(points),
         verdictSpans(Spans(checks)) {
-    PointsBeyond(d.freq, s.mask.passEdge, !d.highpass, passFirst, passLast);
+    PointsBeyond(grid, s.mask.passEdge, !d.highpass, passFirst, passLast);
     for (const MaskCheck& c : checks) {
       if (c.kind != CheckKind::Stopband || c.Points() == 0) continue;
       stopFirst = std::min(stopFirst, c.first);
@@ -63,10 +66,15 @@ struct Plan {
 
   const ToleranceDesign& design;
   const ToleranceSetup& setup;
+  // The sweep with the points the mask's bands need beyond it: the checks
+  // and the per-trial figures are taken over it, the envelope only over
+  // the sweep, which starts at point sweepFirst.
+  std::vector<float> grid;
   LadderBatch batch;
   std::vector<VariedPart> parts;
   std::vector<MaskCheck> checks;
   int points = 0;
+  int sweepFirst = 0;
   int blocks = 0;
   int passFirst = 0, passLast = -1;  // the passband
   int stopFirst = 0, stopLast = -1;  // every point some stopband check covers
@@ -238,8 +246,11 @@ void Nominal(const Plan& p, ToleranceResult& r) {
   double passS11 = 0, stopS21 = 0;
   for (int i = 0; i < p.points; ++i) {
     const double a = s21[i * kLanes], b = s11[i * kLanes];
-    r.nominalTransmission[i] = static_cast<float>(TransmissionDbOf(a));
-    r.nominalReflection[i] = static_cast<float>(ReflectionDbOf(b));
+    const size_t at = static_cast<size_t>(i - p.sweepFirst);
+    if (at < r.freq.size()) {
+      r.nominalTransmission[at] = static_cast<float>(TransmissionDbOf(a));
+      r.nominalReflection[at] = static_cast<float>(ReflectionDbOf(b));
+    }
     if (i >= p.passFirst && i <= p.passLast) passS11 = std::max(passS11, b);
     if (i >= p.stopFirst && i <= p.stopLast) stopS21 = std::max(stopS21, a);
   }
@@ -260,11 +271,11 @@ void Nominal(const Plan& p, ToleranceResult& r) {
 
 // Puts the workers' sums together into the result.
 void Gather(const Plan& p, const std::vector<WorkerSums>& sums, ToleranceResult& r) {
-  for (int i = 0; i < p.points; ++i) {
+  for (int i = 0; i < static_cast<int>(r.freq.size()); ++i) {
     double min21 = kInf, max21 = 0, min11 = kInf, max11 = 0;
     for (const WorkerSums& w : sums) {
       for (int k = 0; k < kLanes; ++k) {
-        const int at = i * kLanes + k;
+        const int at = (i + p.sweepFirst) * kLanes + k;
         min21 = std::min(min21, w.min21[at]), max21 = std::max(max21, w.max21[at]);
         min11 = std::min(min11, w.min11[at]), max11 = std::max(max11, w.max11[at]);
       }
@@ -339,7 +350,7 @@ EngineReport RunTolerance(const ToleranceDesign& design, const ToleranceSetup& s
   r.freq = design.freq;
   for (auto* curve : {&r.nominalTransmission, &r.nominalReflection, &r.transmissionMin,
                       &r.transmissionMax, &r.reflectionMin, &r.reflectionMax})
-    curve->assign(p.points, 0.0f);
+    curve->assign(design.freq.size(), 0.0f);
   r.worstReturnLoss.assign(setup.trials, kNaN);
   r.worstStopAttenuation.assign(setup.trials, kNaN);
   Nominal(p, r);

@@ -1,13 +1,17 @@
 // Every file the program writes, written as a full disk or a size limit
 // sees it, and next to links that wait at temporary-looking names. The old
 // file must survive a failed write byte for byte, and no link is followed.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
+#include <tuple>
 
 #include "core/last_session.h"
 #include "plot/overlay.h"
@@ -92,6 +96,117 @@ int Write(const Output& output, const std::string& path, rlim_t limit = RLIM_INF
   int status = 0;
   waitpid(child, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// Runs drenik with `prepare` setting up standard output (and anything else)
+// in the child; the status, or 128 + the signal that ended it, and what it
+// said on standard error.
+std::pair<int, std::string> Drenik(std::vector<std::string> args,
+                                   const std::function<void()>& prepare) {
+  int err[2];
+  if (::pipe(err) != 0) return {-1, ""};
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(err[1], STDERR_FILENO);
+    prepare();
+    args.insert(args.begin(), DRENIK_BINARY_DIR "/app/drenik");
+    std::vector<char*> argv;
+    for (std::string& a : args) argv.push_back(a.data());
+    argv.push_back(nullptr);
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+  close(err[1]);
+  std::string said;
+  char buffer[4096];
+  for (ssize_t n; (n = read(err[0], buffer, sizeof buffer)) > 0;) said.append(buffer, size_t(n));
+  close(err[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), said};
+}
+
+void StdoutTo(const std::string& path) {
+  const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  dup2(fd, STDOUT_FILENO);
+}
+
+// Standard output is written straight into and checked to the end; a reader
+// that went away ends the run quietly; every failure names the file and the
+// system's reason, with control characters escaped; Qt's notes about a
+// missing desktop stay off standard error.
+TEST(Reliability, StandardOutputAndMessagesSayWhatHappened) {
+  TempFolder folder;
+  const std::string out = folder / "out.csv", bom = folder / "no/\x1b[2J.csv";
+  using Case = std::tuple<std::vector<std::string>, std::function<void()>, int, std::string>;
+  const Case cases[] = {
+    {{"export", "--csv", "/dev/stdout"}, [&] { StdoutTo(out); }, 0, ""},
+    {{"design", "--json"},
+     [] { StdoutTo("/dev/full"); },
+     1,
+     "drenik: could not write standard output: No space left on device\n"},
+    {{"design"},
+     [] { close(STDOUT_FILENO); },
+     1,
+     "drenik: could not write standard output: Bad file descriptor\n"},
+    {{"export", "--csv", "/dev/stdout"},
+     [] { close(STDOUT_FILENO); },
+     1,
+     "drenik: could not write /dev/stdout: Bad file descriptor\n"},
+    {{"design", "--json"},
+     [] {
+       int p[2];
+       if (pipe(p) == 0) dup2(p[1], STDOUT_FILENO), close(p[0]);
+       signal(SIGPIPE, SIG_IGN);
+     },
+     1,
+     ""},
+    {{"export", "--csv", "/dev/full"},
+     [] {},
+     1,
+     "drenik: could not write /dev/full: No space left on device\n"},
+    {{"parts", "--bom", bom},
+     [] { StdoutTo("/dev/null"); },
+     1,
+     "drenik: could not write " + folder.Path() + "/no/\\x1b[2J.csv: No such file or directory\n"},
+#if DRENIK_WITH_QT
+    {{"render", "--size", "40x30", "--png", folder / "page.png"},
+     [] { unsetenv("XDG_RUNTIME_DIR"); },
+     0,
+     ""},
+#endif
+  };
+  for (const auto& [args, prepare, status, said] : cases) {
+    SCOPED_TRACE(args[0] + " " + args[1]);
+    EXPECT_EQ(Drenik(args, prepare), std::make_pair(status, said));
+  }
+  EXPECT_EQ(CrLfLines(out).size(), 1002u);
+}
+
+// A long run on a terminal shows a progress line and clears it; --quiet
+// shows nothing (as does every run above, whose standard error is a pipe).
+TEST(Reliability, ProgressLineOnATerminal) {
+  const int master = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
+  const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY);
+  fcntl(master, F_SETFL, O_NONBLOCK);
+  for (const bool quiet : {false, true}) {
+    std::vector<std::string> args = {"tolerance", "--family", "cauer", "--order",
+                                     "7",         "--trials", "20000"};
+    if (quiet) args.push_back("--quiet");
+    const auto [status, said] = Drenik(args, [&] {
+      StdoutTo("/dev/null");
+      dup2(terminal, STDERR_FILENO);
+    });
+    std::string shown;
+    char buffer[4096];
+    for (ssize_t n; (n = read(master, buffer, sizeof buffer)) > 0;) shown.append(buffer, size_t(n));
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(!quiet, shown.find("trials/s") != std::string::npos && shown.ends_with("\r\x1b[K"))
+        << shown;
+    EXPECT_TRUE(!quiet || shown.empty());
+  }
+  close(terminal), close(master);
 }
 
 TEST(Reliability, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {

@@ -24,15 +24,23 @@ Outcome Drenik(const std::string& line) {
 }
 
 TEST(ToleranceCli, BadValuesExitTwoWithOneLineNamingTheOption) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"--ctol 51", "--ctol"},          {"--ltol -1", "--ltol"},
-      {"--ctol 5%", "--ctol"},          {"--trials 0", "--trials"},
-      {"--trials 1000001", "--trials"}, {"--trials 2.5", "--trials"},
-      {"--stop 14M", "--stop"},         {"--stop 14M:deep", "--stop"},
-      {"--stop x:40", "--stop"},        {"--pass-rl abc", "--pass-rl"},
-      {"--pass-il -3", "--pass-il"},    {"--pass-edge M", "--pass-edge"},
-      {"--seed -1", "--seed"},          {"--dist gauss", "--dist"},
-      {"--tighten 60", "--tighten"}};
+  const std::pair<const char*, const char*> cases[] = {{"--ctol 51", "--ctol"},
+                                                       {"--ltol -1", "--ltol"},
+                                                       {"--ctol 5%", "--ctol"},
+                                                       {"--trials 0", "--trials"},
+                                                       {"--trials 1000001", "--trials"},
+                                                       {"--trials 2.5", "--trials"},
+                                                       {"--stop 14M", "--stop"},
+                                                       {"--stop 14M:deep", "--stop"},
+                                                       {"--stop x:40", "--stop"},
+                                                       {"--pass-rl abc", "--pass-rl"},
+                                                       {"--pass-il -3", "--pass-il"},
+                                                       {"--pass-edge M", "--pass-edge"},
+                                                       {"--seed -1", "--seed"},
+                                                       {"--dist gauss", "--dist"},
+                                                       {"--tighten 60", "--tighten"},
+                                                       {"--stop 3M:40", "--stop"},
+                                                       {"--pass-edge 8.4M", "--pass-edge"}};
   for (const auto& [options, option] : cases) {
     const Outcome r = Drenik(std::string("tolerance ") + options);
     SCOPED_TRACE(options + (" -> " + r.err));
@@ -43,6 +51,17 @@ TEST(ToleranceCli, BadValuesExitTwoWithOneLineNamingTheOption) {
   const Outcome design = Drenik("design --ctol 5");
   EXPECT_TRUE(design.status == 2 &&
               design.err.find("--ctol: only for 'tolerance'") != std::string::npos);
+}
+
+// A 3rd-order Cauer's stopband starts beyond the sweep's end: its figures
+// and the default mask still take it in.
+TEST(ToleranceCli, StopbandBeyondTheSweepIsJudged) {
+  const std::string design = " --family cauer --order 3 --stopband 60";
+  const Outcome parts = Drenik("parts --json" + design);
+  EXPECT_EQ(parts.out.find("\"stopband\": null"), std::string::npos) << parts.out;
+  const Outcome tolerance = Drenik("tolerance --trials 50" + design);
+  EXPECT_NE(tolerance.out.find("attenuation 59 dB from 35.924MHz"), std::string::npos)
+      << tolerance.out;
 }
 
 TEST(ToleranceCli, JsonCarriesTheYieldFailuresEnvelopeAndSensitivity) {

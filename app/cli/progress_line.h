@@ -1,0 +1,31 @@
+#pragma once
+// A long run's sign of life on a terminal: one line with the trials done,
+// the rate and the time left, redrawn in place a few times a second and
+// cleared when the run ends. Off when standard error is not a terminal or
+// the user asked for quiet.
+
+#include <chrono>
+#include <ostream>
+#include <string>
+
+namespace drenik::cli {
+
+class ProgressLine {
+ public:
+  ProgressLine(std::ostream& err, bool show, std::string what, long long total);
+  ~ProgressLine();
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+  // The share of the work done, 0..1.
+  void Update(double done);
+
+ private:
+  std::ostream& err_;
+  bool show_;
+  bool drawn_ = false;
+  std::string what_;
+  long long total_;
+  std::chrono::steady_clock::time_point start_, last_;
+};
+
+}  // namespace drenik::cli
