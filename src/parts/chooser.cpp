@@ -179,10 +179,14 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   }
 
   // The 5% C stage is a set of the requested parts when they are single
-  // E24 capacitors and wound inductors; never return less than it.
+  // E24 capacitors and wound inductors; never return less than it. Its
+  // return loss is the figure the user compares, so a stage that matches
+  // better wins even where it gives away more stopband than the search
+  // allows itself; so does one that keeps the stopband the chosen set lost.
   const Judge raw{std::numeric_limits<double>::infinity(), in.judge.floor};
-  if (request.capacitors == ESeries::E24 && !request.inductors &&
-      raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary) {
+  const bool standardBetter = choice.standard.returnLoss > choice.chosen.returnLoss ||
+                              raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary;
+  if (request.capacitors == ESeries::E24 && !request.inductors && standardBetter) {
     choice.positions = StandardPositions(exact, standard);
     choice.chosen = choice.standard;
     choice.keptStandard = true;
