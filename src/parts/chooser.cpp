@@ -116,9 +116,10 @@ void TakeResult(const SearchInput& in, const SearchResult& result, PartsChoice& 
   for (size_t i = 0; i < in.inductors.size(); ++i) {
     PositionParts& p = choice.positions[static_cast<size_t>(in.inductors[i].position - 1)];
     const double l = result.inductors[i];
-    const std::optional<ESeries> series = in.inductorSeries;
-    p.inductor = series ? NearestInSeries(*series, l) : l;
+    p.inductor = NearestInductor(in.inductorValues, l);
     p.L = static_cast<float>(l);
+    if (const std::optional<Former>& f = in.inductorValues.former)
+      p.turns = WindingFor(*f, p.inductor).turns;
   }
 }
 
@@ -144,7 +145,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
 
   SearchInput in;
   in.exact = LadderOf(exact);
-  in.inductorSeries = request.inductors;
+  in.inductorValues = {request.former ? std::nullopt : request.inductors, request.former};
   in.judge = {choice.exact.returnLoss, choice.exact.stopband - kStopbandSlack};
   in.probe.passband = BandProbe({&exact, &standard}, &DesignRecord::Reflection, &InPassband, bands);
   in.probe.stopband = BandProbe({&exact, &standard}, &DesignRecord::Transmission, &InStopband,
@@ -186,7 +187,8 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   const Judge raw{std::numeric_limits<double>::infinity(), in.judge.floor};
   const bool standardBetter = choice.standard.returnLoss > choice.chosen.returnLoss ||
                               raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary;
-  if (request.capacitors == ESeries::E24 && !request.inductors && standardBetter) {
+  if (request.capacitors == ESeries::E24 && !request.inductors && !request.former &&
+      standardBetter) {
     choice.positions = StandardPositions(exact, standard);
     choice.chosen = choice.standard;
     choice.keptStandard = true;

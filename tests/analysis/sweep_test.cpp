@@ -346,5 +346,43 @@ TEST(DesignedLadders, AgreeWithNgspice) {
   fs::remove_all(dir);
 }
 
+// Real parts written with their parasitics: ngspice follows the analysis
+// with each Q law, with the largest inductor resonating at 6 times the
+// cutoff and the largest capacitor at 8 times, inside the sweep.
+TEST(DesignedLadders, PartModelsAgreeWithNgspice) {
+  if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+  const fs::path dir = fs::temp_directory_path() / ("drenik_models_" + std::to_string(getpid()));
+  fs::create_directories(dir);
+  const Choice chebyshev{kChebyshev, 0.2f, 40, "Chebyshev"}, cauer{kCauer, 0.044f, 40, "Cauer"};
+  const std::pair<const Choice*, const char*> designs[] = {{&chebyshev, "Cinlowpass"},
+                                                           {&chebyshev, "Linhighpass"},
+                                                           {&cauer, "Cinlowpass"},
+                                                           {&cauer, "Linlowpass"},
+                                                           {&cauer, "Cinhighpass"}};
+  for (const auto& [choice, topology] : designs) {
+    for (QLaw law : {QLaw::Constant, QLaw::Sqrt, QLaw::Linear}) {
+      DesignRecord d = Designed(*choice, 5, topology, 50);
+      const std::string what = choice->name + " " + topology + " " + FactsOf(law).word;
+      const double w = 2 * kPi * d.Width;
+      const float lmax = *std::max_element(d.L.begin(), d.L.end());
+      const float cmax = *std::max_element(d.C.begin(), d.C.end());
+      d.InductorQLaw = law, d.CapacitorQ = 300;
+      d.WindingCapacitance = static_cast<float>(1 / (36 * w * w * lmax));
+      d.CapacitorEsl = static_cast<float>(1 / (64 * w * w * cmax));
+      Sweep(d);
+      const auto points = Simulate(d, dir);
+      ASSERT_GT(points.size(), 700u) << what;
+      double worst = 0;
+      for (const auto& [f, v] : points) {
+        const double db = 20 * std::log10(std::abs(v)) + 10 * std::log10(d.Rsource / d.Rload);
+        if (db > -50)
+          worst = std::max(worst, std::fabs(At(d, static_cast<float>(f)).TransmissionDb - db));
+      }
+      EXPECT_LT(worst, 0.05) << what;
+    }
+  }
+  fs::remove_all(dir);
+}
+
 }  // namespace
 }  // namespace drenik
