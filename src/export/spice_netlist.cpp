@@ -2,10 +2,9 @@
 // positions by their element codes, Rload, and an AC sweep over the
 // program's own range. With the 2 V generator, V(out) = 1 V means a lossless
 // match; the transducer gain is 20 log10|V(out)| + 10 log10(Rsource/Rload) dB.
-// Inductors carry their loss as a series resistor 2 pi Width L / Qind (the
-// loss at the cutoff), the same rule as the LTspice schematic. Where a part
-// model is set (a Q law, a winding capacitance, a capacitor Q or lead
-// inductance) every part is written as the analysis models it: the series
+// Where an inductor Q or a part model is set (a Q law, a winding
+// capacitance, a capacitor Q or lead inductance) every part is written as
+// the analysis models it: the series
 // resistor follows the frequency through ngspice's `hertz` (w L / Q(f) at
 // each point of the AC sweep), the winding capacitance sits across inductor
 // and resistor, the capacitor's loss is a resistor Q / (w C) across it and
@@ -41,10 +40,11 @@ const ElementFacts* AnalysedFacts(int16_t code) {
 
 constexpr double kTwoPi = 6.283185307179586;
 
-// Whether the record asks for more than the inductor's constant Q.
+// Whether any part departs from the ideal: a finite inductor Q (whose loss
+// grows with the frequency even when the Q is constant), or a part model.
 bool HasPartModels(const DesignRecord& d) {
-  return d.InductorQLaw != QLaw::Constant || d.CapacitorQ != kInfiniteQcap ||
-         d.WindingCapacitance != 0 || d.CapacitorEsl != 0;
+  return d.Qind < kInfiniteQind || d.InductorQLaw != QLaw::Constant ||
+         d.CapacitorQ != kInfiniteQcap || d.WindingCapacitance != 0 || d.CapacitorEsl != 0;
 }
 
 // The inductor's series resistance, ohms, as ngspice text: w L / Q(f) with
@@ -81,6 +81,8 @@ class NetlistBuilder {
       if (m_.lcp > 0) Line("CP" + ks + " " + a + " " + b + " " + Number(m_.lcp));
       return;
     }
+    // An ideal inductor (Q 1e6) keeps the token resistor at the cutoff that
+    // the netlist has always carried.
     const float rser = 2 * d_.Pi * d_.Width * d_.L[k] / d_.Qind;
     if (rser > 0 && std::isfinite(rser)) {
       const std::string mid = "l" + std::to_string(k);
