@@ -6,6 +6,7 @@
 #include "cli/run_design.h"
 #include "cli/table_output.h"
 #include "cli/tolerance_command.h"
+#include "cli/winding_command.h"
 #include "export/formats.h"
 #include "pages/opening_page.h"
 
@@ -107,6 +108,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
       return Export(o, *result, platform, err);
     case Command::Parts:
       return WriteParts(o, *result, platform, out, err);
+    case Command::Winding:
+      return WriteWindings(o, *result, out);
     case Command::Tolerance:
       return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err,
                                  errIsTerminal && !o.quiet);

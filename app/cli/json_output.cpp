@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "analysis/part_resonances.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
 
@@ -99,6 +100,15 @@ void WriteDesignJson(const DesignRecord& d, std::ostream& out) {
   w.Real("Fstop", d.Fstop);
   w.Int("NrIntervals", d.NrIntervals);
   w.Real("MaxDelay", d.MaxDelay);
+  // The part models only where one is set, so that an ideal design's
+  // object is what it always was.
+  if (d.InductorQLaw != QLaw::Constant || d.CapacitorQ != kInfiniteQcap ||
+      d.WindingCapacitance != 0 || d.CapacitorEsl != 0) {
+    w.Text("QLaw", FactsOf(d.InductorQLaw).word);
+    w.Real("CapacitorQ", d.CapacitorQ);
+    w.Real("WindingCapacitance", d.WindingCapacitance);
+    w.Real("CapacitorEsl", d.CapacitorEsl);
+  }
 
   w.Array<float>("G", d.G);
   w.Array<float>("H", d.H);
@@ -107,6 +117,8 @@ void WriteDesignJson(const DesignRecord& d, std::ostream& out) {
   w.Array<float>("C", d.C);
   w.Array<float>("Lstd", d.Lstd);
   w.Array<float>("Cstd", d.Cstd);
+  // Each inductor's self-resonant frequency, Hz, index 0 first as in L.
+  if (d.WindingCapacitance != 0) w.Array<float>("SelfResonance", InductorResonances(d));
 
   size_t points = d.NrIntervals < 0 ? 0 : std::min<size_t>(d.NrIntervals + 1, kSweepSlots);
   const std::pair<const char*, const SweepArray*> sweep[] = {{"Freq", &d.Freq},

@@ -48,7 +48,7 @@ std::string ExportWords(const char* before, const char* after, const char* separ
 
 // The commands, for the complaint about a missing or unknown one.
 std::string CommandWords() {
-  return "design, render, export, tolerance or parts";
+  return "design, render, export, tolerance, parts or winding";
 }
 
 std::string TopologyWords(const char* separator) {
@@ -122,6 +122,8 @@ std::string UsageText() {
          "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
          " [--json]\n"
          "               [--bom FILE]      (drenik parts --help)\n"
+         "  drenik winding [choices] [--values ...] (--core NAME | --air-core FORM_MM:WIRE_MM)"
+         " [--json]\n"
          "  drenik --help | --version\n"
          "choices (first-start defaults when left out):\n"
          "  --family " +
@@ -133,7 +135,8 @@ std::string UsageText() {
          "  --stopband 30|40|50|60      stopband depth, dB, cauer (40)\n"
          "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"
          "  --bandwidth TEXT            cutoff, Hz, e.g. 4.2M     (4.2M)\n"
-         "  --q inf|TEXT                inductor Q                (inf)\n"
+         "  --q inf|TEXT                inductor Q                (inf)\n" +
+         PartModelUsageText() +
          "--values: exact values, 5% capacitors with retuned inductors (5c, default),\n"
          "  or 5% capacitors and 5% inductors (5l)\n";
 }
@@ -162,6 +165,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     o.command = Command::Export;
   } else if (command == "tolerance") {
     o.command = Command::Tolerance;
+  } else if (command == "winding") {
+    o.command = Command::Winding;
   } else {
     throw UsageError("unknown command '" + command + "' (" + CommandWords() + ")");
   }
@@ -202,6 +207,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       ch.bandwidth = value();
     } else if (name == "--q") {
       ch.q = value();
+    } else if (ParsePartModelOption(name, value, ch.models)) {
+    } else if (o.command == Command::Winding && (name == "--core" || name == "--air-core")) {
+      o.former = name == "--core" ? CoreOption(name, value()) : AirCoreOption(name, value());
     } else if (ParsePartsOption(name, value, o.command == Command::Parts, o.parts)) {
     } else if (name == "--values") {
       if (o.command == Command::Parts) throw UsageError(name + ": not for 'parts'");
@@ -216,7 +224,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
       }
     } else if (name == "--json") {
-      if (o.command != Command::Parts && o.command != Command::Tolerance)
+      if (o.command != Command::Parts && o.command != Command::Tolerance &&
+          o.command != Command::Winding)
         only(Command::Design, "design");
       o.json = true;
     } else if (name == "--quiet") {
@@ -246,6 +255,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   if (o.command == Command::Render && o.renderFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");
   }
+  if (o.command == Command::Winding && !o.former)
+    throw UsageError("winding: needs --core NAME or --air-core FORM_MM:WIRE_MM");
   if (o.command == Command::Export && o.exports.empty()) {
     throw UsageError("export: needs at least one of " + ExportWords("--", "", ", "));
   }

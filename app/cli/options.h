@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/part_model_options.h"
 #include "cli/parts_command.h"
 #include "pages/value_stages.h"
 #include "tolerance/mask.h"
@@ -20,7 +21,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Tolerance, Parts, Help, PartsHelp, Version };
+enum class Command { Design, Render, Export, Tolerance, Parts, Winding, Help, PartsHelp, Version };
 
 // The design page's choices; unset ones keep the first-start defaults.
 struct Choices {
@@ -32,6 +33,7 @@ struct Choices {
   std::optional<std::string> impedance;       // "50" or text for the Other box
   std::optional<std::string> bandwidth;       // text for the bandwidth box
   std::optional<std::string> q;               // "inf" or text for the Q box
+  PartModelChoices models;
 };
 
 // What `drenik tolerance` asks for beyond the design; unset ones take the
@@ -59,6 +61,7 @@ struct CliOptions {
   std::vector<std::pair<std::string, std::string>> exports;
   PartsOptions parts;
   ToleranceOptions tolerance;
+  std::optional<Former> former;  // winding: --core or --air-core
 };
 
 // Throws UsageError.

@@ -29,6 +29,17 @@ ESeries Series(const std::string& option, const std::string& value) {
   throw UsageError(option + ": expected " + SeriesWords(", ") + ", got '" + value + "'");
 }
 
+}  // namespace
+
+std::string CoreWords() {
+  std::string words;
+  for (const ToroidCore& c : ToroidCores())
+    words += (words.empty() ? "" : ", ") + std::string(c.name);
+  return words;
+}
+
+namespace {
+
 std::string Padded(const std::string& s, size_t width) {
   return s.size() >= width ? s + " " : s + std::string(width - s.size(), ' ');
 }
@@ -49,7 +60,8 @@ std::string Capacitors(const std::vector<double>& parts) {
 std::string RequestText(const PartsRequest& r) {
   return std::string("capacitors ") + InfoOf(r.capacitors).name +
          (r.pairs ? " (one or two in parallel)" : "") + ", inductors " +
-         (r.inductors ? InfoOf(*r.inductors).name : "wound to value");
+         (r.former ? "in whole turns on " + r.former->Name()
+                   : (r.inductors ? InfoOf(*r.inductors).name : "wound to value"));
 }
 
 void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& out) {
@@ -74,7 +86,11 @@ void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& 
       first = false;
     };
     if (!p.capacitors.empty()) line("C", p.exactC, Capacitors(p.capacitors), p.C);
-    if (p.inductor > 0) line("L", p.exactL, TrimBlanks(FormatInductance(p.inductor)), p.L);
+    if (p.inductor > 0)
+      line("L", p.exactL,
+           TrimBlanks(FormatInductance(p.inductor)) +
+               (p.turns ? " (" + std::to_string(p.turns) + " turns)" : ""),
+           p.L);
   }
   out << "\nWorst return loss " << (bands.highpass ? "from " : "up to ")
       << TrimBlanks(FormatFrequency(bands.cutoff)) << ", least attenuation "
@@ -113,8 +129,9 @@ std::string FiguresJson(const Figures& f) {
 void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& out) {
   const DesignRecord& d = r.chosen;
   const PartsRequest& q = choice.request;
-  out << "{\n  \"cseries\": " << JsonString(InfoOf(q.capacitors).name)
-      << ",\n  \"lseries\": " << JsonString(q.inductors ? InfoOf(*q.inductors).name : "exact")
+  out << "{\n  \"cseries\": " << JsonString(InfoOf(q.capacitors).name) << ",\n  \"lseries\": "
+      << JsonString(q.former ? q.former->Name()
+                             : (q.inductors ? InfoOf(*q.inductors).name : "exact"))
       << ",\n  \"pairs\": " << (q.pairs ? "true" : "false") << ",\n  \"Stages\": " << d.Stages
       << ",\n  \"L\": " << FloatList(d.L.data(), d.L.size())
       << ",\n  \"C\": " << FloatList(d.C.data(), d.C.size()) << ",\n  \"parts\": [";
@@ -123,7 +140,8 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& o
         << ", \"C\": " << List(p.capacitors) << ", \"L\": "
         << List(p.inductor > 0 ? std::vector<double>{p.inductor} : std::vector<double>{})
         << ", \"errorC\": " << Real(ErrorPercent(p.C, p.exactC))
-        << ", \"errorL\": " << Real(ErrorPercent(p.L, p.exactL)) << "}";
+        << ", \"errorL\": " << Real(ErrorPercent(p.L, p.exactL))
+        << (q.former ? ", \"turns\": " + std::to_string(p.turns) : "") << "}";
   }
   const size_t points = std::clamp<int>(d.NrIntervals + 1, 0, kSweepSlots);
   out << "\n  ],\n  \"Freq\": " << FloatList(d.Freq.data(), points)
@@ -137,16 +155,42 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& o
 
 }  // namespace
 
+std::optional<Former> AirCoreOption(const std::string& name, const std::string& v) {
+  if (std::optional<Former> f = AirCoreNamed(v)) return f;
+  throw UsageError(name + ": expected FORM_MM:WIRE_MM, both above 0 (e.g. 6:0.8), got '" + v + "'");
+}
+
+std::optional<Former> CoreOption(const std::string& name, const std::string& v) {
+  if (std::optional<Former> f = CoreNamed(v)) return f;
+  throw UsageError(name + ": expected a core (" + CoreWords() + "), got '" + v + "'");
+}
+
 bool ParsePartsOption(const std::string& name, const std::function<std::string()>& value,
                       bool partsCommand, PartsOptions& parts) {
-  if (name != "--cseries" && name != "--lseries" && name != "--pairs" && name != "--bom")
+  if (name != "--cseries" && name != "--lseries" && name != "--pairs" && name != "--bom" &&
+      name != "--air-core")
     return false;
   if (!partsCommand) throw UsageError(name + ": only for 'parts'");
   if (name == "--cseries") {
     parts.request.capacitors = Series(name, value());
+  } else if (name == "--air-core") {
+    parts.request.former = AirCoreOption(name, value());
+    parts.request.inductors.reset();
   } else if (name == "--lseries") {
+    // An E series, or a toroid core whose whole turns make the series.
     const std::string v = value();
-    parts.request.inductors = v == "exact" ? std::nullopt : std::optional(Series(name, v));
+    parts.request.former.reset();
+    if (v == "exact") {
+      parts.request.inductors.reset();
+    } else if (std::optional<ESeries> e = ESeriesNamed(v)) {
+      parts.request.inductors = e;
+    } else if (std::optional<Former> f = CoreNamed(v)) {
+      parts.request.inductors.reset();
+      parts.request.former = f;
+    } else {
+      throw UsageError(name + ": expected exact, " + SeriesWords(", ") + " or a core (" +
+                       CoreWords() + "), got '" + v + "'");
+    }
   } else if (name == "--pairs") {
     parts.request.pairs = true;
   } else {
@@ -160,11 +204,14 @@ std::string PartsUsageText() {
   return "usage:\n"
          "  drenik parts [choices] [--cseries " +
          SeriesWords("|") + "] [--lseries exact|" + SeriesWords("|") +
-         "]\n"
+         "|CORE]\n"
+         "               [--air-core FORM_MM:WIRE_MM]\n"
          "               [--pairs] [--json] [--bom FILE]\n"
          "Stock parts for the design that keep its response: capacitors from the series\n"
          "(default E24), with --pairs also two in parallel; inductors wound to value\n"
-         "(exact, default) or from a series. --bom writes the parts list (CSV).\n"
+         "(exact, default), from a series, or in whole turns on a toroid core\n"
+         "(--lseries T50-2) or an air-core form (--air-core 6:0.8, mm).\n"
+         "--bom writes the parts list (CSV).\n"
          "choices as for 'drenik design' (see drenik --help)\n";
 }
 

@@ -3,6 +3,7 @@
 // given, as a table or JSON, and the parts list as a CSV file.
 
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -26,6 +27,13 @@ bool ParsePartsOption(const std::string& name, const std::function<std::string()
                       bool partsCommand, PartsOptions& parts);
 
 std::string PartsUsageText();
+
+// The toroid cores' names, for complaints and usage texts.
+std::string CoreWords();
+// The former of --air-core FORM_MM:WIRE_MM and of --core NAME (throws
+// UsageError naming the option).
+std::optional<Former> AirCoreOption(const std::string& name, const std::string& value);
+std::optional<Former> CoreOption(const std::string& name, const std::string& value);
 
 // Prints the result (a table, or JSON with --json) and writes --bom. Returns
 // the process status: 0, or 1 when the parts list could not be written.

@@ -62,6 +62,7 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   Fail(platform);
   ApplyChoices(app.Design(), options.choices, app.Record());
   Fail(platform);
+  ApplyPartModels(options.choices.models, app.Record());
 
   bool exactSeen = false;
   app.Display().SetAnalysisObserver([&](int mode) {

@@ -1,8 +1,14 @@
 #pragma once
 // The section of each ladder position at angular frequency w (rad/s), with
-// lossy parts: an inductor has a series resistance |w L / Qind|, a capacitor
-// a parallel resistance |Qcap / (w C)|. A series position is an impedance Z
-// (chain matrix [1 Z; 0 1]), a shunt position an admittance Y ([1 0; Y 1]).
+// lossy parts: an inductor has a series resistance |w L / Q(w)| and, where
+// set, its winding capacitance Cp across both; a capacitor a parallel
+// resistance |Qcap / (w C)| and, where set, its lead inductance ESL in
+// series. A series position is an impedance Z (chain matrix [1 Z; 0 1]), a
+// shunt position an admittance Y ([1 0; Y 1]).
+//
+// The parasitics are per ladder, the same for every lane, so they are
+// plain branches; with Cp and ESL at 0 and a constant Q every model takes
+// exactly the operations of the ideal-part model.
 //
 // Written once for any lane type V: a double for the sweep, or a vector of
 // doubles when many value sets are evaluated side by side (batch analyses).
@@ -12,6 +18,8 @@
 // double path.
 
 #include <cmath>
+
+#include "core/part_models.h"
 
 namespace drenik::models {
 
@@ -57,11 +65,35 @@ struct Cplx {
   V re, im;
 };
 
-// Per-ladder loss factors: the divisions by Q are made once.
+// Per-ladder part parameters: the divisions by Q are made once (once per
+// frequency where the inductor's Q follows a law); Cp in farads, ESL in
+// henries.
 template <typename V>
 struct Losses {
   V qind, qcap, perQind, perQcap;
+  double cp = 0, esl = 0;
+  // Whether the parallel-reactance treatment of a tank near resonance
+  // applies: it knows only the Qs.
+  bool Plain() const { return cp == 0 && esl == 0; }
 };
+
+// 1 / Q of the inductor at w (rad/s), given 1 / Q0 at w0: Q grows as
+// (w / w0)^exponent. The law depends on the frequency alone, so every lane
+// takes the same value.
+inline double PerQindAt(QLaw law, double perQ0, double w, double w0) {
+  const double e = FactsOf(law).exponent;
+  if (e == 1) return perQ0 * (w0 / w);
+  return perQ0 * std::pow(w0 / w, e);
+}
+
+// The ladder's losses at w: the inductor's Q taken from its law.
+template <typename V>
+inline Losses<V> LossesAt(const Losses<V>& base, double perQind) {
+  Losses<V> q = base;
+  q.perQind = Splat<V>(perQind);
+  q.qind = Splat<V>(1 / perQind);
+  return q;
+}
 
 // 1 / (r + jx): the admittance of a series r + jx (its parallel equivalent
 // 1/Rpar - j/Xpar), or the impedance of a parallel conductance and
@@ -98,12 +130,13 @@ DRENIK_MODEL Cplx<V> OpenCapacitor(const Losses<V>& q, double reactance) {
   return {rser, rp * rser / reactance};
 }
 
-// The capacitor's impedance: 1 / (G + jB) with G = |w C / Qcap|, B = w C;
-// the series stand-in where the capacitance is 0.
+// The capacitor's impedance: 1 / (G + jB) with G = |w C / Qcap|, B = w C,
+// plus j w ESL; the series stand-in where the capacitance is 0.
 template <typename V>
 DRENIK_MODEL Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double openReactance) {
   const V wc = w * c;
   Cplx<V> z = Reciprocal(Abs(wc * q.perQcap), wc);
+  if (q.esl != 0) z.im = z.im + w * q.esl;
   if (Any(c == 0)) {
     const Cplx<V> open = OpenCapacitor(q, openReactance);
     z = {Select(c == 0, open.re, z.re), Select(c == 0, open.im, z.im)};
@@ -111,18 +144,31 @@ DRENIK_MODEL Cplx<V> CapacitorImpedance(V w, V c, const Losses<V>& q, double ope
   return z;
 }
 
-// Series inductor: Z = |w L / Qind| + j w L.
+// The inductor's admittance: 1 / (|w L / Q| + j w L) + j w Cp.
+template <typename V>
+DRENIK_MODEL Cplx<V> InductorAdmittance(V w, V l, const Losses<V>& q) {
+  const V x = w * l;
+  Cplx<V> y = Reciprocal(Abs(x * q.perQind), x);
+  if (q.cp != 0) y.im = y.im + w * q.cp;
+  return y;
+}
+
+// Series inductor: Z = |w L / Q| + j w L, or with its winding capacitance
+// the reciprocal of its admittance.
 template <typename V>
 DRENIK_MODEL Cplx<V> SeriesInductor(V w, V l, const Losses<V>& q) {
+  if (q.cp != 0) {
+    const Cplx<V> y = InductorAdmittance(w, l, q);
+    return Reciprocal(y.re, y.im);
+  }
   const V x = w * l;
   return {Abs(x * q.perQind), x};
 }
 
-// Shunt inductor: Y = 1 / (|w L / Qind| + j w L).
+// Shunt inductor: Y = 1 / (|w L / Q| + j w L) + j w Cp.
 template <typename V>
 DRENIK_MODEL Cplx<V> ShuntInductor(V w, V l, const Losses<V>& q) {
-  const V x = w * l;
-  return Reciprocal(Abs(x * q.perQind), x);
+  return InductorAdmittance(w, l, q);
 }
 
 // Series capacitor: Z, 10 Mohm stand-in for a missing one.
@@ -131,12 +177,17 @@ DRENIK_MODEL Cplx<V> SeriesCapacitor(V w, V c, const Losses<V>& q) {
   return CapacitorImpedance(w, c, q, kSeriesOpenReactance);
 }
 
-// Shunt capacitor: Y = |w C / Qcap| + j w C; a missing one is the parallel
-// pair 1/(|Qcap| 1e11) - j/(-1e11).
+// Shunt capacitor: Y = |w C / Qcap| + j w C, or with its lead inductance
+// the reciprocal of its impedance; a missing one is the parallel pair
+// 1/(|Qcap| 1e11) - j/(-1e11).
 template <typename V>
 DRENIK_MODEL Cplx<V> ShuntCapacitor(V w, V c, const Losses<V>& q) {
   const V wc = w * c;
   Cplx<V> y{Abs(wc * q.perQcap), wc};
+  if (q.esl != 0) {
+    const Cplx<V> z = CapacitorImpedance(w, c, q, kShuntOpenReactance);
+    y = Reciprocal(z.re, z.im);
+  }
   if (Any(c == 0)) {
     const V g = 1 / Abs(q.qcap * kShuntOpenReactance);
     const V b = Splat<V>(-1 / kShuntOpenReactance);
@@ -152,8 +203,13 @@ template <typename V>
 DRENIK_MODEL Cplx<V> ShuntTrap(V w, V l, V c, const Losses<V>& q) {
   const Cplx<V> zc = CapacitorImpedance(w, c, q, kShuntOpenReactance);
   const V xl = w * l;
-  const V r = zc.re + xl * q.perQind;
+  V r = zc.re + xl * q.perQind;
   V x = zc.im + xl;
+  if (q.cp != 0) {
+    const Cplx<V> zl = SeriesInductor(w, l, q);
+    r = zc.re + zl.re;
+    x = zc.im + zl.im;
+  }
   x = Select(x == 0, Splat<V>(kTinyPart), x);
   return Reciprocal(r, x);
 }
@@ -182,10 +238,14 @@ inline Cplx<double> TankNearResonance(double w, double l, double c, double qind,
 // fixed shunt) and the capacitor's own susceptance bc.
 template <typename V>
 DRENIK_MODEL Cplx<V> TankAdmittance(V w, V l, V c, const Losses<V>& q, V& bc) {
-  const V xl = w * l;
-  const Cplx<V> yl = Reciprocal(Abs(xl * q.perQind), xl);
+  const Cplx<V> yl = InductorAdmittance(w, l, q);
   V gc = Abs(w * c * q.perQcap);
   bc = w * c;
+  if (q.esl != 0) {
+    const Cplx<V> z = CapacitorImpedance(w, c, q, kShuntOpenReactance);
+    const Cplx<V> yc = Reciprocal(z.re, z.im);
+    gc = yc.re, bc = yc.im;
+  }
   if (Any(c == 0)) {
     gc = Select(c == 0, Splat<V>(1 / kShuntOpenReactance), gc);
     bc = Select(c == 0, Splat<V>(-1 / kShuntOpenReactance), bc);
@@ -207,7 +267,7 @@ DRENIK_MODEL auto TankIsNearResonance(V netSusceptance, V bc) {
 inline Cplx<double> SeriesTank(double w, double l, double c, const Losses<double>& q) {
   double bc;
   const Cplx<double> y = TankAdmittance(w, l, c, q, bc);
-  if (TankIsNearResonance(y.im, bc)) return TankNearResonance(w, l, c, q.qind, q.qcap);
+  if (q.Plain() && TankIsNearResonance(y.im, bc)) return TankNearResonance(w, l, c, q.qind, q.qcap);
   return Reciprocal(y.re, y.im);
 }
 

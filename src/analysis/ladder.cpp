@@ -73,6 +73,15 @@ std::string At(int j) {
   return " at ladder position " + std::to_string(j) + ".";
 }
 
+// The element models' parameters at w (rad/s, formed as the kernel forms
+// it); the inductor's Q is that of its law there.
+models::Losses<double> LossesAt(const Ladder& ladder, double w) {
+  models::Losses<double> q{ladder.qind,     ladder.qcap, 1 / ladder.qind,
+                           1 / ladder.qcap, ladder.lcp,  ladder.cesl};
+  if (ladder.qLaw == QLaw::Constant) return q;
+  return models::LossesAt(q, models::PerQindAt(ladder.qLaw, q.perQind, w, ReferenceOmega(ladder)));
+}
+
 }  // namespace
 
 Ladder LadderOf(const DesignRecord& d) {
@@ -88,7 +97,11 @@ Ladder LadderOf(const DesignRecord& d) {
   ladder.rload = d.Rload;
   ladder.reference = d.Rstandard;
   ladder.qind = d.Qind;
-  ladder.qcap = d.Qcap;
+  ladder.qcap = d.CapacitorQ != kInfiniteQcap ? d.CapacitorQ : d.Qcap;
+  ladder.qLaw = d.InductorQLaw;
+  ladder.qReference = d.Width;
+  ladder.lcp = d.WindingCapacitance;
+  ladder.cesl = d.CapacitorEsl;
   ladder.pi = d.Pi;
   ladder.twoPi = d.TwoPi;
   return ladder;
@@ -102,6 +115,10 @@ std::string LadderFault(const Ladder& ladder) {
   if (!(ladder.rload > 0)) return "Cannot analyse: the load resistance must be above 0 ohms.";
   if (!(ladder.pi > 0) || !(ladder.twoPi > 0))
     return "Cannot analyse: the constants Pi and TwoPi are not set.";
+  if (ladder.qLaw != QLaw::Constant && !(ReferenceOmega(ladder) > 0))
+    return "Cannot analyse: the inductor Q's law needs a reference frequency above 0 Hz.";
+  if (!(ladder.lcp >= 0) || !(ladder.cesl >= 0))
+    return "Cannot analyse: a winding capacitance or a lead inductance is below 0.";
   for (int j = 1; j <= ladder.stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
     if (!f || !f->analysed) continue;
@@ -111,6 +128,9 @@ std::string LadderFault(const Ladder& ladder) {
     const bool dividesByL =
         ladder.kind[j] == ElementKind::ShuntL || ladder.kind[j] == ElementKind::SeriesTank;
     if (dividesByL && ladder.L[j] == 0) return "Cannot analyse: the inductance is 0" + At(j);
+    // With a winding capacitance across it, every inductor is inverted.
+    if (f->hasL && ladder.lcp != 0 && ladder.L[j] == 0)
+      return "Cannot analyse: the inductance is 0 with a winding capacitance" + At(j);
   }
   return {};
 }
@@ -119,7 +139,7 @@ PointResult AnalyzePoint(const Ladder& ladder, float F, double prevFreq, double 
                          bool withInputImpedance) {
   const float wf = ladder.twoPi * F;  // formed in single precision on purpose
   const double w = wf;
-  const models::Losses<double> q{ladder.qind, ladder.qcap, 1 / ladder.qind, 1 / ladder.qcap};
+  const models::Losses<double> q = LossesAt(ladder, w);
 
   PointResult out;
   // The chain matrix in plain doubles: the products of finite values are the
@@ -182,8 +202,8 @@ PointResult AnalyzePoint(const Ladder& ladder, float F, double prevFreq, double 
 }
 
 ChainMatrix LadderChain(const Ladder& ladder, float F) {
-  const models::Losses<double> q{ladder.qind, ladder.qcap, 1 / ladder.qind, 1 / ladder.qcap};
   const double w = static_cast<float>(ladder.twoPi * F);  // formed in single precision
+  const models::Losses<double> q = LossesAt(ladder, w);
   ChainMatrix m;
   for (int j = 1; j <= ladder.stages; ++j) {
     const Section s = SectionAt(ladder, j, w, q);

@@ -5,7 +5,8 @@
 // parts). No design record, no allocation, no desktop.
 //
 // Losses are modelled per part: an inductor has a series resistance
-// omega L / Qind, a capacitor a parallel resistance Qcap / (omega C). A
+// omega L / Q(f) and its winding capacitance across both, a capacitor a
+// parallel resistance Qcap / (omega C) and its lead inductance in series. A
 // capacitance of exactly 0 stands for a missing capacitor and takes fixed
 // stand-in reactances (see element_models.h).
 
@@ -29,11 +30,24 @@ struct Ladder {
   double reference = 0;                     // ohms; the reflection and VSWR are referred to it
   double qind = 0;                          // inductor Q (1e6 stands for ideal)
   double qcap = 0;                          // capacitor Q (1e7 stands for ideal)
+  // The inductor's Q is qind at qReference (Hz: the cutoff, the centre of a
+  // band design) and follows qLaw elsewhere.
+  QLaw qLaw = QLaw::Constant;
+  double qReference = 0;
+  double lcp = 0;   // F, winding capacitance across every inductor
+  double cesl = 0;  // H, lead inductance in series with every capacitor
   // The program's single-precision constants: omega is formed as TwoPi F in
   // single precision, angles are converted with Pi.
   float pi = 0;
   float twoPi = 0;
 };
+
+// The reference frequency of the inductor's Q law as an angular frequency,
+// formed in single precision as the kernel forms every w, so that the Q at
+// twice the reference is exactly the law's.
+inline double ReferenceOmega(const Ladder& ladder) {
+  return static_cast<float>(ladder.twoPi * static_cast<float>(ladder.qReference));
+}
 
 // The ladder the record holds (positions 1..Stages, codes converted to
 // kinds, Rstandard as the reference). Positions beyond the arrays are not

@@ -43,6 +43,15 @@ inline __attribute__((always_inline)) double FirstLane(const V& v) {
   return first;
 }
 
+// The losses at point i: the ladder's own, or with the inductor's Q of its
+// law at that point (perQind per point; nullptr for a constant Q).
+template <typename V>
+inline __attribute__((always_inline)) Losses<V> PointLosses(const Losses<V>& q,
+                                                            const double* perQind, int i) {
+  if (!perQind) return q;
+  return models::LossesAt(q, perQind[i]);
+}
+
 // The section of a position of kind K at angular frequency w.
 template <ElementKind K, typename V>
 inline __attribute__((always_inline)) Cplx<V> SectionAt(V w, V l, V c, const Losses<V>& q) {
@@ -55,9 +64,10 @@ inline __attribute__((always_inline)) Cplx<V> SectionAt(V w, V l, V c, const Los
 
 // The sections of a position of kind K at n angular frequencies.
 template <ElementKind K, typename V>
-inline __attribute__((always_inline)) void Sections(const double* omega, int n, V l, V c,
-                                                    const Losses<V>& q, Cplx<V>* s) {
-  for (int i = 0; i < n; ++i) s[i] = SectionAt<K>(Splat<V>(omega[i]), l, c, q);
+inline __attribute__((always_inline)) void Sections(const double* omega, const double* perQ, int n,
+                                                    V l, V c, const Losses<V>& q, Cplx<V>* s) {
+  for (int i = 0; i < n; ++i)
+    s[i] = SectionAt<K>(Splat<V>(omega[i]), l, c, PointLosses(q, perQ, i));
 }
 
 // A parallel tank in the series arm. Within a hair of resonance the tank is
@@ -65,17 +75,18 @@ inline __attribute__((always_inline)) void Sections(const double* omega, int n, 
 // points that need it (hardly ever any) take the double path one by one.
 template <ElementKind K, typename V>
 requires(K == ElementKind::SeriesTank) inline
-    __attribute__((always_inline)) void Sections(const double* omega, int n, V l, V c,
-                                                 const Losses<V>& q, Cplx<V>* s) {
+    __attribute__((always_inline)) void Sections(const double* omega, const double* perQ, int n,
+                                                 V l, V c, const Losses<V>& q, Cplx<V>* s) {
   V net[kChunk], bc[kChunk];
   auto near = models::TankIsNearResonance(Splat<V>(1), Splat<V>(0));  // no lane near yet
   for (int i = 0; i < n; ++i) {
-    const Cplx<V> y = models::TankAdmittance(Splat<V>(omega[i]), l, c, q, bc[i]);
+    const Cplx<V> y =
+        models::TankAdmittance(Splat<V>(omega[i]), l, c, PointLosses(q, perQ, i), bc[i]);
     net[i] = y.im;
     s[i] = models::Reciprocal(y.re, y.im);
     near = near | models::TankIsNearResonance(net[i], bc[i]);
   }
-  if (!Any(near)) return;
+  if (!q.Plain() || !Any(near)) return;
   for (int i = 0; i < n; ++i) {
     double b[kBatchLanes], cb[kBatchLanes], re[kBatchLanes], im[kBatchLanes], lk[kBatchLanes],
         ck[kBatchLanes];
@@ -85,8 +96,9 @@ requires(K == ElementKind::SeriesTank) inline
     std::memcpy(lk, &l, sizeof(V)), std::memcpy(ck, &c, sizeof(V));
     for (int k = 0; k < lanes; ++k) {
       if (!models::TankIsNearResonance(b[k], cb[k])) continue;
+      const Losses<V> qi = PointLosses(q, perQ, i);
       const Cplx<double> z =
-          models::TankNearResonance(omega[i], lk[k], ck[k], FirstLane(q.qind), FirstLane(q.qcap));
+          models::TankNearResonance(omega[i], lk[k], ck[k], FirstLane(qi.qind), FirstLane(qi.qcap));
       re[k] = z.re, im[k] = z.im;
     }
     std::memcpy(&s[i].re, re, sizeof(V)), std::memcpy(&s[i].im, im, sizeof(V));
@@ -114,18 +126,19 @@ inline __attribute__((always_inline)) void Multiply(ChainChunk<V>& m, int i, boo
 // Multiplies the chain of every point by the section of a position of kind
 // K: a series impedance [1 Z; 0 1] or a shunt admittance [1 0; Y 1].
 template <ElementKind K, typename V>
-inline __attribute__((always_inline)) void Apply(ChainChunk<V>& m, const double* omega, int n,
-                                                 bool series, bool identity, V l, V c,
-                                                 const Losses<V>& q) {
+inline __attribute__((always_inline)) void Apply(ChainChunk<V>& m, const double* omega,
+                                                 const double* perQ, int n, bool series,
+                                                 bool identity, V l, V c, const Losses<V>& q) {
   // Sections one point at a time where no point needs a second look.
   if constexpr (K != ElementKind::SeriesTank) {
     if (!identity) {
-      for (int i = 0; i < n; ++i) Multiply(m, i, series, SectionAt<K>(Splat<V>(omega[i]), l, c, q));
+      for (int i = 0; i < n; ++i)
+        Multiply(m, i, series, SectionAt<K>(Splat<V>(omega[i]), l, c, PointLosses(q, perQ, i)));
       return;
     }
   }
   Cplx<V> sections[kChunk];
-  Sections<K>(omega, n, l, c, q, sections);
+  Sections<K>(omega, perQ, n, l, c, q, sections);
   // On the identity the product is the section itself.
   if (identity) {
     for (int i = 0; i < n; ++i) {
@@ -144,8 +157,8 @@ inline __attribute__((always_inline)) void Apply(ChainChunk<V>& m, const double*
 template <typename V>
 inline __attribute__((always_inline)) void ChunkPowers(const Ladder& ladder, const bool* series,
                                                        const Losses<V>& q, const double* omega,
-                                                       int n, const V* l, const V* c, V* s21,
-                                                       V* s11) {
+                                                       const double* perQ, int n, const V* l,
+                                                       const V* c, V* s21, V* s11) {
   ChainChunk<V> m;
   for (int i = 0; i < n; ++i) {
     m.ar[i] = m.dr[i] = Splat<V>(1);
@@ -154,10 +167,10 @@ inline __attribute__((always_inline)) void ChunkPowers(const Ladder& ladder, con
   bool identity = true;  // no section applied yet
   for (int j = 1; j <= ladder.stages; ++j) {
     switch (ladder.kind[j]) {
-#define DRENIK_APPLY(kind)                                                     \
-  case ElementKind::kind:                                                      \
-    Apply<ElementKind::kind>(m, omega, n, series[j], identity, l[j], c[j], q); \
-    identity = false;                                                          \
+#define DRENIK_APPLY(kind)                                                           \
+  case ElementKind::kind:                                                            \
+    Apply<ElementKind::kind>(m, omega, perQ, n, series[j], identity, l[j], c[j], q); \
+    identity = false;                                                                \
     break;
       DRENIK_APPLY(SeriesL)
       DRENIK_APPLY(ShuntL)
@@ -195,8 +208,12 @@ void SeriesArms(const Ladder& ladder, bool* series) {
 
 template <typename V>
 inline __attribute__((always_inline)) Losses<V> LossesOf(const Ladder& ladder) {
-  return {Splat<V>(ladder.qind), Splat<V>(ladder.qcap), Splat<V>(1 / ladder.qind),
-          Splat<V>(1 / ladder.qcap)};
+  return {Splat<V>(ladder.qind),
+          Splat<V>(ladder.qcap),
+          Splat<V>(1 / ladder.qind),
+          Splat<V>(1 / ladder.qcap),
+          ladder.lcp,
+          ladder.cesl};
 }
 
 // The body compiled once for each instruction set below, on vectors of its
@@ -204,8 +221,8 @@ inline __attribute__((always_inline)) Losses<V> LossesOf(const Ladder& ladder) {
 template <int W>
 inline __attribute__((always_inline)) void PowersBody(const Ladder& ladder,
                                                       const BatchValues& values,
-                                                      const double* omega, int count, double* s21,
-                                                      double* s11) {
+                                                      const double* omega, const double* perQ,
+                                                      int count, double* s21, double* s11) {
   using V = Lanes<W>;
   const Losses<V> q = LossesOf<V>(ladder);
   bool series[kComponentSlots];
@@ -217,7 +234,7 @@ inline __attribute__((always_inline)) void PowersBody(const Ladder& ladder,
   }
   for (int first = 0; first < count; first += kChunk) {
     const int n = count - first < kChunk ? count - first : kChunk;
-    ChunkPowers(ladder, series, q, omega + first, n, l, c, a, b);
+    ChunkPowers(ladder, series, q, omega + first, perQ ? perQ + first : nullptr, n, l, c, a, b);
     for (int i = 0; i < n; ++i) {
       a[i].Store(s21 + (first + i) * kLaneCount);
       b[i].Store(s11 + (first + i) * kLaneCount);
@@ -278,8 +295,8 @@ inline __attribute__((always_inline)) void ExtremesBody(const double* ratio, int
 
 DRENIK_ON_EACH_UNIT(Powers,
                     (const Ladder& ladder, const BatchValues& values, const double* omega,
-                     int count, double* s21, double* s11),
-                    (ladder, values, omega, count, s21, s11))
+                     const double* perQ, int count, double* s21, double* s11),
+                    (ladder, values, omega, perQ, count, s21, s11))
 DRENIK_ON_EACH_UNIT(Envelope, (const double* ratio, int count, double* low, double* high),
                     (ratio, count, low, high))
 DRENIK_ON_EACH_UNIT(Extremes, (const double* ratio, int count, double* low, double* high),
@@ -287,7 +304,7 @@ DRENIK_ON_EACH_UNIT(Extremes, (const double* ratio, int count, double* low, doub
 #undef DRENIK_ON_EACH_UNIT
 
 void EvaluateOneByOne(const Ladder& ladder, const BatchValues& values, const double* omega,
-                      int count, double* s21, double* s11) {
+                      const double* perQ, int count, double* s21, double* s11) {
   const Losses<double> q = LossesOf<double>(ladder);
   bool series[kComponentSlots];
   SeriesArms(ladder, series);
@@ -296,7 +313,7 @@ void EvaluateOneByOne(const Ladder& ladder, const BatchValues& values, const dou
     for (int j = 1; j <= ladder.stages; ++j) l[j] = values.L[j][k], c[j] = values.C[j][k];
     for (int first = 0; first < count; first += kChunk) {
       const int n = count - first < kChunk ? count - first : kChunk;
-      ChunkPowers(ladder, series, q, omega + first, n, l, c, a, b);
+      ChunkPowers(ladder, series, q, omega + first, perQ ? perQ + first : nullptr, n, l, c, a, b);
       for (int i = 0; i < n; ++i) {
         s21[(first + i) * kBatchLanes + k] = a[i];
         s11[(first + i) * kBatchLanes + k] = b[i];
@@ -344,14 +361,21 @@ LadderBatch::LadderBatch(const Ladder& ladder, std::span<const float> frequencie
     const float w = ladder.twoPi * f;  // single precision, as the kernel forms it
     omega_.push_back(w);
   }
+  // The inductor's Q of its law at every point, as the kernel works it out.
+  if (ladder.qLaw != QLaw::Constant)
+    for (double w : omega_)
+      perQind_.push_back(
+          models::PerQindAt(ladder.qLaw, 1 / ladder.qind, w, ReferenceOmega(ladder)));
 }
 
 void LadderBatch::Evaluate(const BatchValues& values, int first, int count, double* s21,
                            double* s11, BatchPath path) const {
   const double* omega = omega_.data() + first;
-  if (path == BatchPath::Scalar) return EvaluateOneByOne(ladder_, values, omega, count, s21, s11);
+  const double* perQ = perQind_.empty() ? nullptr : perQind_.data() + first;
+  if (path == BatchPath::Scalar)
+    return EvaluateOneByOne(ladder_, values, omega, perQ, count, s21, s11);
   if (path == BatchPath::Vector || !BatchPathRuns(path)) path = BestBatchPath();
-  Powers(path, ladder_, values, omega, count, s21, s11);
+  Powers(path, ladder_, values, omega, perQ, count, s21, s11);
 }
 
 void BatchEnvelope(const double* ratio, int count, double* low, double* high) {

@@ -1,6 +1,6 @@
 #pragma once
 // Many value sets of one ladder evaluated side by side: the same kinds,
-// terminations and Qs, a different L and C per set (the trials of a
+// terminations, Qs and parasitics, a different L and C per set (the trials of a
 // tolerance run, the candidates of a stock-part choice). Each set is a lane;
 // eight lanes go through the element models together in one vector, on the
 // widest vector unit the processor has (chosen when the program runs).
@@ -62,7 +62,8 @@ class LadderBatch {
 
  private:
   Ladder ladder_;
-  std::vector<double> omega_;  // rad/s, formed in single precision as the kernel forms it
+  std::vector<double> omega_;    // rad/s, formed in single precision as the kernel forms it
+  std::vector<double> perQind_;  // 1 / Q of the inductors per point; empty for a constant Q
 };
 
 // Running extremes of `count` points of batch results ([point][lane], as

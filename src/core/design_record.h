@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <string>
 
+#include "core/part_models.h"
+
 namespace drenik {
 
 // Ladder positions run 1..20 (index 0 is never used by synthesis).
@@ -49,7 +51,15 @@ struct DesignRecord {
   float Rload = 0;             // ohms
   float Qind = 0;              // inductor Q; 1e6 = infinite
   float Qcap = kInfiniteQcap;  // capacitor Q; 1e7 = infinite
-  float Rstandard = 0;         // reference resistance for reflection and VSWR, ohms
+  // --- Real parts (display page's part models; the defaults are ideal) ---
+  QLaw InductorQLaw = QLaw::Constant;  // how Qind changes away from the cutoff
+  // The capacitors' Q (1e7 = infinite). The synthesis driver resets Qcap on
+  // every design, so the user's setting is kept apart and the analysis reads
+  // it wherever it is finite.
+  float CapacitorQ = kInfiniteQcap;
+  float WindingCapacitance = 0;  // F, across every inductor
+  float CapacitorEsl = 0;        // H, in series with every capacitor
+  float Rstandard = 0;           // reference resistance for reflection and VSWR, ohms
 
   // --- Normalized prototype (1-ohm source, 1 rad/s cutoff) ---
   PrototypeArray G{};

@@ -2,14 +2,20 @@
 // positions by their element codes, Rload, and an AC sweep over the
 // program's own range. With the 2 V generator, V(out) = 1 V means a lossless
 // match; the transducer gain is 20 log10|V(out)| + 10 log10(Rsource/Rload) dB.
-// Inductors carry their loss as a series resistor 2 pi Width L / Qind (the
-// loss at the cutoff), the same rule as the LTspice schematic.
+// Where an inductor Q or a part model is set (a Q law, a winding
+// capacitance, a capacitor Q or lead inductance) every part is written as
+// the analysis models it: the series
+// resistor follows the frequency through ngspice's `hertz` (w L / Q(f) at
+// each point of the AC sweep), the winding capacitance sits across inductor
+// and resistor, the capacitor's loss is a resistor Q / (w C) across it and
+// its lead inductance is in series.
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string>
 
+#include "analysis/ladder.h"
 #include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "export/writers.h"
@@ -32,9 +38,29 @@ const ElementFacts* AnalysedFacts(int16_t code) {
   return f && f->analysed ? f : nullptr;
 }
 
+constexpr double kTwoPi = 6.283185307179586;
+
+// Whether any part departs from the ideal: a finite inductor Q (whose loss
+// grows with the frequency even when the Q is constant), or a part model.
+bool HasPartModels(const DesignRecord& d) {
+  return d.Qind < kInfiniteQind || d.InductorQLaw != QLaw::Constant ||
+         d.CapacitorQ != kInfiniteQcap || d.WindingCapacitance != 0 || d.CapacitorEsl != 0;
+}
+
+// The inductor's series resistance, ohms, as ngspice text: w L / Q(f) with
+// Q(f) = Q0 (f / f0)^e, that is 2 pi L f0^e / Q0 times f^(1 - e).
+std::string LossResistance(const Ladder& m, double henries) {
+  const double e = FactsOf(m.qLaw).exponent;
+  const double k = kTwoPi * henries * std::pow(m.qReference, e) / m.qind;
+  if (e == 1) return Number(k);
+  if (e == 0) return "{" + Number(k) + "*hertz}";
+  return "{" + Number(k) + "*pow(hertz," + Number(1 - e) + ")}";
+}
+
 class NetlistBuilder {
  public:
-  NetlistBuilder(const DesignRecord& d, int seriesArms) : d_(d), seriesArms_(seriesArms) {}
+  NetlistBuilder(const DesignRecord& d, int seriesArms)
+      : d_(d), seriesArms_(seriesArms), exact_(HasPartModels(d)), m_(LadderOf(d)) {}
 
   // Rail node k counted from the source; the last one is "out".
   std::string Rail(int k) const {
@@ -47,6 +73,16 @@ class NetlistBuilder {
 
   // An inductor between a and b, with its loss resistor when it has one.
   void Inductor(int k, const std::string& a, const std::string& b) {
+    const std::string ks = std::to_string(k);
+    if (exact_) {
+      const std::string mid = "l" + ks;
+      Line("L" + ks + " " + a + " " + mid + " " + Number(d_.L[k]));
+      Line("RSER" + ks + " " + mid + " " + b + " " + LossResistance(m_, d_.L[k]));
+      if (m_.lcp > 0) Line("CP" + ks + " " + a + " " + b + " " + Number(m_.lcp));
+      return;
+    }
+    // An ideal inductor (Q 1e6) keeps the token resistor at the cutoff that
+    // the netlist has always carried.
     const float rser = 2 * d_.Pi * d_.Width * d_.L[k] / d_.Qind;
     if (rser > 0 && std::isfinite(rser)) {
       const std::string mid = "l" + std::to_string(k);
@@ -58,7 +94,27 @@ class NetlistBuilder {
   }
 
   void Capacitor(int k, const std::string& a, const std::string& b) {
-    Line("C" + std::to_string(k) + " " + a + " " + b + " " + Number(d_.C[k]));
+    const std::string ks = std::to_string(k);
+    if (!exact_) {
+      Line("C" + ks + " " + a + " " + b + " " + Number(d_.C[k]));
+      return;
+    }
+    const std::string top = m_.cesl > 0 ? "e" + ks : b;
+    Line("C" + ks + " " + a + " " + top + " " + Number(d_.C[k]));
+    // Q / (w C); the floor on the frequency keeps the operating point finite.
+    if (m_.qcap < kInfiniteQcap)
+      Line("RPAR" + ks + " " + a + " " + top + " {" + Number(m_.qcap / (kTwoPi * d_.C[k])) +
+           "/max(hertz,1e-3)}");
+    if (m_.cesl > 0) Line("LESL" + ks + " " + top + " " + b + " " + Number(m_.cesl));
+  }
+
+  // The part models, for the reader of the netlist.
+  void ModelNote() {
+    if (!exact_) return;
+    Line("* Part models: inductor Q " + Number(m_.qind) + " at " + Number(m_.qReference) +
+         " Hz, law " + FactsOf(m_.qLaw).word + ", winding capacitance " + Number(m_.lcp) +
+         " F; capacitor Q " + (m_.qcap < kInfiniteQcap ? Number(m_.qcap) : "infinite") +
+         ", lead inductance " + Number(m_.cesl) + " H");
   }
 
   std::string& Text() { return text_; }
@@ -66,6 +122,8 @@ class NetlistBuilder {
  private:
   const DesignRecord& d_;
   int seriesArms_;
+  bool exact_;  // every part as the analysis models it
+  Ladder m_;    // the part models' parameters, as the analysis takes them
   std::string text_;
 };
 
@@ -84,6 +142,7 @@ std::string SpiceNetlistText(const DesignRecord& d) {
            " order " + std::to_string(d.Order) + " " + d.Topology + ", cutoff " + Number(d.Width) +
            " Hz");
   net.Line("* Transducer gain, dB = 20*log10(|V(out)|) + 10*log10(Rsource/Rload)");
+  net.ModelNote();
   net.Line("VGEN gen 0 DC 0 AC 2");
   net.Line("RSOURCE gen " + net.Rail(0) + " " + Number(d.Rsource));
 

@@ -1,5 +1,7 @@
 #include "pages/display_page.h"
 
+#include "analysis/part_resonances.h"
+
 #include "analysis/sweep.h"
 #include "core/formatters.h"
 #include "export/formats.h"
@@ -87,6 +89,7 @@ void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
   chosen_.reset();
   canvas_.Clear();
+  warningShown_ = false;
   DrawDisplayLegends(d_, canvas_);
   DrawBandwidthLabel(d_, canvas_);
   PrintReadout(DataReadout{});
@@ -117,6 +120,7 @@ void DisplayPage::AnalyzeAndDraw(int mode) {
   Act(AnalyzeSweep(d_), controls_);
   DrawMainPlot(d_, canvas_);
   DrawDisplaySchematic(d_, canvas_);
+  DrawResonanceWarning();
   if (analysisObserver_) analysisObserver_(mode);
 }
 
@@ -190,6 +194,18 @@ void DisplayPage::Inductors() {
   StandardInductors();
   AnalyzeAndDraw(3);
   DrawInductorLegends(d_, canvas_);
+}
+
+// One line between the schematic and the plots when a part resonates
+// inside the sweep (each inductor with its winding capacitance, each
+// capacitor with its lead inductance). Ideal parts draw nothing here; a
+// warning already drawn is erased when it no longer holds.
+void DisplayPage::DrawResonanceWarning() {
+  constexpr float kLeft = 3000, kTop = 3380, kRight = 11900, kBottom = 3660;
+  const std::string warning = ResonanceWarning(d_);
+  if (warningShown_) canvas_.FilledBox(kLeft, kTop, kRight, kBottom, kWhite);
+  warningShown_ = !warning.empty();
+  if (warningShown_) PrintAt(kLeft, kTop + 40, warning, kRed);
 }
 
 // The readout's texts, always in the page's own small font.

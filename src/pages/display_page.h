@@ -97,6 +97,7 @@ class DisplayPage {
   void Time();
   void Inductors();
   void ChosenPartsStage();
+  void DrawResonanceWarning();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
   void PrintReadout(const DataReadout& readout);
 
@@ -109,6 +110,7 @@ class DisplayPage {
   std::function<void(int)> analysisObserver_;
   PartsRequest partsRequest_;
   std::optional<PartsChoice> chosen_;
+  bool warningShown_ = false;  // the resonance warning is on the page
 };
 
 }  // namespace drenik

@@ -37,7 +37,9 @@ bool SameLadders(const ValueStages& a, const ValueStages& b) {
     const DesignRecord &x = a.At(stage), &y = b.At(stage);
     if (x.Stages != y.Stages || x.ElementType != y.ElementType || x.L != y.L || x.C != y.C ||
         x.Rsource != y.Rsource || x.Rload != y.Rload || x.Qind != y.Qind || x.Qcap != y.Qcap ||
-        x.Freq != y.Freq || x.Topology != y.Topology || x.Family != y.Family)
+        x.Freq != y.Freq || x.Topology != y.Topology || x.Family != y.Family ||
+        x.InductorQLaw != y.InductorQLaw || x.CapacitorQ != y.CapacitorQ ||
+        x.WindingCapacitance != y.WindingCapacitance || x.CapacitorEsl != y.CapacitorEsl)
       return false;
   }
   return true;

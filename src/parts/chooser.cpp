@@ -116,9 +116,10 @@ void TakeResult(const SearchInput& in, const SearchResult& result, PartsChoice& 
   for (size_t i = 0; i < in.inductors.size(); ++i) {
     PositionParts& p = choice.positions[static_cast<size_t>(in.inductors[i].position - 1)];
     const double l = result.inductors[i];
-    const std::optional<ESeries> series = in.inductorSeries;
-    p.inductor = series ? NearestInSeries(*series, l) : l;
+    p.inductor = NearestInductor(in.inductorValues, l);
     p.L = static_cast<float>(l);
+    if (const std::optional<Former>& f = in.inductorValues.former)
+      p.turns = WindingFor(*f, p.inductor).turns;
   }
 }
 
@@ -144,7 +145,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
 
   SearchInput in;
   in.exact = LadderOf(exact);
-  in.inductorSeries = request.inductors;
+  in.inductorValues = {request.former ? std::nullopt : request.inductors, request.former};
   in.judge = {choice.exact.returnLoss, choice.exact.stopband - kStopbandSlack};
   in.probe.passband = BandProbe({&exact, &standard}, &DesignRecord::Reflection, &InPassband, bands);
   in.probe.stopband = BandProbe({&exact, &standard}, &DesignRecord::Transmission, &InStopband,
@@ -191,10 +192,15 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   }
 
   // The 5% C stage is a set of the requested parts when they are single
-  // E24 capacitors and wound inductors; never return less than it.
+  // E24 capacitors and wound inductors; never return less than it. Its
+  // return loss is the figure the user compares, so a stage that matches
+  // better wins even where it gives away more stopband than the search
+  // allows itself; so does one that keeps the stopband the chosen set lost.
   const Judge raw{std::numeric_limits<double>::infinity(), in.judge.floor};
-  if (request.capacitors == ESeries::E24 && !request.inductors &&
-      raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary) {
+  const bool standardBetter = choice.standard.returnLoss > choice.chosen.returnLoss ||
+                              raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary;
+  if (request.capacitors == ESeries::E24 && !request.inductors && !request.former &&
+      standardBetter) {
     choice.positions = StandardPositions(exact, standard);
     choice.chosen = choice.standard;
     choice.keptStandard = true;

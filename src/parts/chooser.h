@@ -19,6 +19,7 @@
 #include "core/engine_report.h"
 #include "parts/figures.h"
 #include "synthesis/e_series.h"
+#include "winding/winding.h"
 
 namespace drenik {
 
@@ -26,6 +27,9 @@ struct PartsRequest {
   ESeries capacitors = ESeries::E24;
   std::optional<ESeries> inductors;  // nothing: wound to the exact value needed
   bool pairs = false;                // two capacitors in parallel where that helps
+  // Whole turns on a toroid core or an air-core form: the inductors' values
+  // in place of the series.
+  std::optional<Former> former{};
 };
 
 // The chosen parts of one ladder position.
@@ -34,6 +38,7 @@ struct PositionParts {
   ElementKind kind = ElementKind::Empty;
   std::vector<double> capacitors;  // F: none, one, or two in parallel (larger first)
   double inductor = 0;             // H; 0 where the position has none
+  int turns = 0;                   // whole turns on the request's former; 0 without one
   float exactL = 0, exactC = 0;    // the exact design's values
   float L = 0, C = 0;              // effective values, as the record keeps them
 };

@@ -1,6 +1,8 @@
 #include "parts/parts_list.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 
 #include "core/atomic_file.h"
 #include "core/formatters.h"
@@ -8,19 +10,24 @@
 namespace drenik {
 namespace {
 
+std::string AlTolerance() {
+  return "AL " + std::to_string(static_cast<int>(std::lround(kToroidAlTolerance * 100))) + "%";
+}
+
 std::string Designator(char kind, int position, const char* suffix = "") {
   return kind + std::to_string(position) + suffix;
 }
 
-void Add(std::vector<PartsListLine>& lines, std::string reference, std::string value,
-         const std::string& series, const std::string& tolerance) {
+PartsListLine& Add(std::vector<PartsListLine>& lines, std::string reference, std::string value,
+                   const std::string& series, const std::string& tolerance) {
   auto same = [&](const PartsListLine& l) { return l.value == value && l.series == series; };
   auto it = std::find_if(lines.begin(), lines.end(), same);
   if (it == lines.end()) {
-    lines.push_back({{}, std::move(value), series, tolerance});
+    lines.push_back({{}, std::move(value), series, tolerance, {}, 0});
     it = lines.end() - 1;
   }
   it->references.push_back(std::move(reference));
+  return *it;
 }
 
 }  // namespace
@@ -29,6 +36,7 @@ std::vector<PartsListLine> PartsList(const PartsChoice& choice) {
   std::vector<PartsListLine> capacitors, inductors;
   const ESeriesInfo& cseries = InfoOf(choice.request.capacitors);
   const std::string ctolerance = std::to_string(cseries.tolerancePercent) + "%";
+  const std::optional<Former>& former = choice.request.former;
   std::string lseries = "exact", ltolerance;
   if (choice.request.inductors) {
     lseries = InfoOf(*choice.request.inductors).name;
@@ -39,9 +47,24 @@ std::vector<PartsListLine> PartsList(const PartsChoice& choice) {
     for (size_t k = 0; k < p.capacitors.size(); ++k)
       Add(capacitors, Designator('C', p.position, pair ? (k == 0 ? "A" : "B") : ""),
           TrimBlanks(FormatCapacitance(p.capacitors[k])), cseries.name, ctolerance);
-    if (p.inductor > 0)
+    if (p.inductor > 0 && !former)
       Add(inductors, Designator('L', p.position), TrimBlanks(FormatInductance(p.inductor)), lseries,
           ltolerance);
+    if (p.inductor > 0 && former) {
+      PartsListLine& line =
+          Add(inductors, Designator('L', p.position), TrimBlanks(FormatInductance(p.inductor)),
+              "whole turns", former->core ? AlTolerance() : "");
+      line.turns = p.turns;
+      line.former = former->Name();
+      if (!former->core) {
+        char length[64];
+        std::snprintf(length, sizeof length, "; %.1f mm long",
+                      AirCoreLengthMm(former->air, p.turns));
+        line.former += length;
+        if (!WheelerHolds(former->air, p.turns))
+          line.former += " (shorter than 0.4 d: Wheeler rough)";
+      }
+    }
   }
   capacitors.insert(capacitors.end(), inductors.begin(), inductors.end());
   return capacitors;
@@ -51,13 +74,16 @@ bool WritePartsList(const PartsChoice& choice, const std::string& path, Platform
   AtomicFile file(path);
   bool written = file.IsOpen();
   if (written) {
-    file.Line(kPartsListHeader);
+    const bool wound = choice.request.former.has_value();
+    file.Line(std::string(kPartsListHeader) + (wound ? kPartsListWindingColumns : ""));
     for (const PartsListLine& line : PartsList(choice)) {
       std::string references;
       for (const std::string& r : line.references)
         references += (references.empty() ? "" : " ") + r;
-      file.Line(references + "," + line.value + "," + line.series + "," + line.tolerance + "," +
-                std::to_string(line.references.size()));
+      file.Line(
+          references + "," + line.value + "," + line.series + "," + line.tolerance + "," +
+          std::to_string(line.references.size()) +
+          (wound ? "," + line.former + "," + (line.turns ? std::to_string(line.turns) : "") : ""));
     }
     written = file.Commit();
   }

@@ -75,7 +75,7 @@ class Searcher {
   // then rounded to the series when they come from one.
   void Fit(State& s, double firstStep, double lastStep) const {
     Polish(s, firstStep, lastStep);
-    if (in_.inductorSeries) Round(s, *in_.inductorSeries);
+    if (in_.inductorValues.Restricted()) Round(s, in_.inductorValues);
   }
 
   // Within a hundredth of a dB of the exact design's return loss, which
@@ -205,10 +205,10 @@ class Searcher {
 
   // Each inductor to its lower or upper series neighbour: every combination
   // when there are few, otherwise one inductor at a time from the nearest.
-  void Round(State& s, ESeries series) const {
+  void Round(State& s, const InductorValues& values) const {
     const size_t n = s.L.size();
     std::vector<Bracket> brackets;
-    for (double l : s.L) brackets.push_back(SeriesBracket(series, l));
+    for (double l : s.L) brackets.push_back(InductorBracket(values, l));
     auto pick = [&](State& t, size_t i, bool up) {
       t.L[i] = Stored(up ? brackets[i].upper : brackets[i].lower);
     };
@@ -222,7 +222,7 @@ class Searcher {
       Measure(trials);
     } else {
       State t = s;
-      for (size_t i = 0; i < n; ++i) t.L[i] = Stored(NearestInSeries(series, s.L[i]));
+      for (size_t i = 0; i < n; ++i) t.L[i] = Stored(NearestInductor(values, s.L[i]));
       Measure(t);
       for (bool moved = true; moved;) {
         moved = false;
@@ -317,11 +317,11 @@ SearchResult SearchParts(const SearchInput& in) {
   for (State& s : starts) {
     searcher.Polish(s, kFirstStep, kCoarseStep);
     if (!best.cap.empty() && !s.merit.Beats(best.merit)) continue;
-    if (in.inductorSeries) searcher.Round(s, *in.inductorSeries);
+    if (in.inductorValues.Restricted()) searcher.Round(s, in.inductorValues);
     if (best.cap.empty() || s.merit.Beats(best.merit)) best = s;
     if (searcher.AtCeiling(best)) break;
   }
-  if (!in.inductorSeries) searcher.Fit(best, kCoarseStep, kLastStep);
+  if (!in.inductorValues.Restricted()) searcher.Fit(best, kCoarseStep, kLastStep);
   PreferSingleParts(in, searcher, best);
   return {best.cap, best.L, best.merit};
 }

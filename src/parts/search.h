@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/ladder.h"
+#include "parts/inductor_values.h"
 #include "parts/merit.h"
 #include "synthesis/e_series.h"
 
@@ -39,9 +40,9 @@ struct SearchInput {
   Ladder exact;  // the exact design, reflection referred to the source
   std::vector<CapSlot> caps;
   std::vector<InductorSlot> inductors;
-  std::optional<ESeries> inductorSeries;  // nothing: any value
-  Probe probe;                            // where candidates are measured
-  std::vector<float> stopPeaks;           // stopband points of the first-order model
+  InductorValues inductorValues;  // what each inductor may be
+  Probe probe;                    // where candidates are measured
+  std::vector<float> stopPeaks;   // stopband points of the first-order model
   Judge judge;
 };
 

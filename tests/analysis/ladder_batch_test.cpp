@@ -107,5 +107,61 @@ TEST(LadderBatch, EveryVectorUnitGivesThePlainDoubleBitsAndTheOnePointFigures) {
   }
 }
 
+// With a Q law, a winding capacitance and a lead inductance the lanes still
+// carry the plain double bits, and the one-point kernel's figures.
+TEST(LadderBatch, PartModelsKeepTheBitsOnEveryVectorUnit) {
+  std::vector<float> freq;
+  for (int i = 0; i <= 90; ++i) freq.push_back(static_cast<float>(1e5 * std::pow(300.0, i / 90.0)));
+  const int n = static_cast<int>(freq.size());
+  for (QLaw law : {QLaw::Constant, QLaw::Sqrt, QLaw::Linear}) {
+    Ladder ladder = EveryKind();
+    ladder.qLaw = law, ladder.qReference = 2e6, ladder.lcp = 2e-12, ladder.cesl = 5e-9;
+    BatchValues v = UniformBatch(ladder);
+    for (int k = 0; k < kBatchLanes; ++k)
+      for (int j = 1; j <= ladder.stages; ++j) v.L[j][k] *= 1 + 0.02 * k, v.C[j][k] *= 1 - 0.01 * k;
+    const LadderBatch batch(ladder, freq);
+    std::vector<double> ref21(n * kBatchLanes), ref11(ref21.size()), s21(ref21.size()),
+        s11(ref21.size());
+    batch.Evaluate(v, 0, n, ref21.data(), ref11.data(), BatchPath::Scalar);
+    for (BatchPath path : {BatchPath::Avx512, BatchPath::Avx2, BatchPath::Baseline}) {
+      if (!BatchPathRuns(path)) continue;
+      batch.Evaluate(v, 0, n, s21.data(), s11.data(), path);
+      EXPECT_EQ(std::memcmp(s21.data(), ref21.data(), s21.size() * 8), 0);
+      EXPECT_EQ(std::memcmp(s11.data(), ref11.data(), s11.size() * 8), 0);
+    }
+    Ladder lane = ladder;
+    for (int j = 1; j <= ladder.stages; ++j) lane.L[j] = v.L[j][3], lane.C[j] = v.C[j][3];
+    for (int i = 0; i < n; ++i)
+      ASSERT_NEAR(TransmissionDbOf(ref21[i * kBatchLanes + 3]),
+                  AnalyzePoint(lane, freq[i], 0, 0).TransmissionDb, 1e-9);
+  }
+}
+
+// An inductor's Q away from the reference frequency follows its law, and
+// its winding capacitance resonates it at 1 / (2 pi sqrt(L Cp)).
+TEST(ElementModels, QLawsAndSelfResonance) {
+  Ladder ladder;
+  ladder.twoPi = static_cast<float>(2 * kPi), ladder.qReference = 7e6, ladder.qind = 100;
+  const double w0 = ReferenceOmega(ladder), perQ = 1 / ladder.qind;
+  const double ratios[] = {1, std::sqrt(2.0), 2};
+  for (QLaw law : {QLaw::Constant, QLaw::Sqrt, QLaw::Linear}) {
+    const models::Losses<double> base{100, 1e7, perQ, 1e-7};
+    for (double w : {w0, 2 * w0}) {
+      const auto q = law == QLaw::Constant
+                         ? base
+                         : models::LossesAt(base, models::PerQindAt(law, perQ, w, w0));
+      const auto z = models::SeriesInductor(w, 1e-6, q);
+      const double expected = w == w0 ? 100 : 100 * ratios[static_cast<int>(law)];
+      EXPECT_NEAR(z.im / z.re, expected, expected * 1e-12);
+    }
+  }
+  models::Losses<double> q{1e6, 1e7, 1e-6, 1e-7, 1e-12, 0};
+  const double wr = 2 * kPi * SelfResonance(1e-6, 1e-12);
+  EXPECT_NEAR(wr, 1e9, 1e-3);
+  EXPECT_NEAR(models::ShuntInductor(wr, 1e-6, q).im, 0, 1e-12);  // open at resonance
+  q.cp = 0, q.esl = 1e-9;
+  EXPECT_NEAR(models::SeriesCapacitor(1 / std::sqrt(1e-9 * 1e-9), 1e-9, q).im, 0, 1e-6);
+}
+
 }  // namespace
 }  // namespace drenik

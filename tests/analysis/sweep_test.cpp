@@ -203,9 +203,9 @@ TEST(SpiceNetlist, LossResistorsTerminationsAndUnmodelledPositions) {
   const std::string net = SpiceNetlistText(d);
   const char* lines[] = {"VGEN gen 0 DC 0 AC 2\r\n",     "RSOURCE gen in 50\r\n",
                          "C1 in 0 3.00000003e-09\r\n",   "L2 in l2 7.99999998e-06\r\n",
-                         "RSER2 l2 out 0.50265485\r\n",  // 2 pi 1 MHz L / Q, single precision
+                         "RSER2 l2 out {5.0265482",  // 2 pi L / Q per hertz
                          "C2 in out 4.99999986e-10\r\n", "* position 3: element code 5",
-                         "L4 out l4 1.99999999e-06\r\n", "RSER4 l4 0 0.125663713\r\n",
+                         "L4 out l4 1.99999999e-06\r\n", "RSER4 l4 0 {1.2566370",
                          "RLOAD out 0 75\r\n",           ".ac dec 716 200000 5000000\r\n.end\r\n"};
   for (const char* line : lines) EXPECT_NE(net.find(line), std::string::npos) << line << net;
 }
@@ -341,6 +341,49 @@ TEST(DesignedLadders, AgreeWithNgspice) {
           ASSERT_LT(deg, 0.1) << what << " at " << f << " Hz";
         }
       }
+    }
+  }
+  fs::remove_all(dir);
+}
+
+// Real parts written with their parasitics: ngspice follows the analysis
+// with each Q law, with the largest inductor resonating at 6 times the
+// cutoff and the largest capacitor at 8 times, inside the sweep.
+TEST(DesignedLadders, PartModelsAgreeWithNgspice) {
+  if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+  const fs::path dir = fs::temp_directory_path() / ("drenik_models_" + std::to_string(getpid()));
+  fs::create_directories(dir);
+  auto expectAgreement = [&](DesignRecord& d, const std::string& what) {
+    Sweep(d);
+    const auto points = Simulate(d, dir);
+    ASSERT_GT(points.size(), 700u) << what;
+    double worst = 0;
+    for (const auto& [f, v] : points) {
+      const double db = 20 * std::log10(std::abs(v)) + 10 * std::log10(d.Rsource / d.Rload);
+      if (db > -50)
+        worst = std::max(worst, std::fabs(At(d, static_cast<float>(f)).TransmissionDb - db));
+    }
+    EXPECT_LT(worst, 0.05) << what;
+  };
+  const Choice chebyshev{kChebyshev, 0.2f, 40, "Chebyshev"}, cauer{kCauer, 0.044f, 40, "Cauer"};
+  // A constant Q alone: the loss resistor follows the frequency too.
+  DesignRecord plain = Designed(chebyshev, 5, "Cinlowpass", 50);
+  expectAgreement(plain, "Q 50 alone");
+  const std::pair<const Choice*, const char*> designs[] = {{&chebyshev, "Cinlowpass"},
+                                                           {&chebyshev, "Linhighpass"},
+                                                           {&cauer, "Cinlowpass"},
+                                                           {&cauer, "Linlowpass"},
+                                                           {&cauer, "Cinhighpass"}};
+  for (const auto& [choice, topology] : designs) {
+    for (QLaw law : {QLaw::Constant, QLaw::Sqrt, QLaw::Linear}) {
+      DesignRecord d = Designed(*choice, 5, topology, 50);
+      const double w = 2 * kPi * d.Width;
+      const float lmax = *std::max_element(d.L.begin(), d.L.end());
+      const float cmax = *std::max_element(d.C.begin(), d.C.end());
+      d.InductorQLaw = law, d.CapacitorQ = 300;
+      d.WindingCapacitance = static_cast<float>(1 / (36 * w * w * lmax));
+      d.CapacitorEsl = static_cast<float>(1 / (64 * w * w * cmax));
+      expectAgreement(d, choice->name + " " + topology + " " + FactsOf(law).word);
     }
   }
   fs::remove_all(dir);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "analysis/part_resonances.h"
 #include "analysis/sweep.h"
 #include "app_fixture.h"
 #include "core/formatters.h"
@@ -82,6 +83,23 @@ TEST_F(DisplayPageTest, LoadDrawsStandardValuesTheButtonsRedrawAndUpThenDownIsNo
 }
 
 // Only strictly inside the plot reads values.
+// A winding capacitance that resonates the inductors inside the sweep is
+// told in one line; ideal parts leave the page as it was.
+TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
+  StartDesign();
+  D().WindingCapacitance = 40e-12f;  // with about 2.6 uH: near 15.6 MHz, below Fstop 21 MHz
+  Design().Button("cmdDesign").Click();
+  const std::vector<PartResonance> r = PartResonances(D());
+  ASSERT_EQ(r.size(), 2u);
+  const std::string f = TrimBlanks(FormatFrequency(r[0].hertz));
+  EXPECT_TRUE(
+      Shows("Self-resonance inside the sweep: L2 at " + f + ", L4 at " + f + ".", 3000, 3420));
+  D().WindingCapacitance = 0;
+  Display().Load();
+  for (const DrawOp& op : Page().Ops())
+    EXPECT_TRUE(op.kind != DrawOp::Kind::Text || op.text.find("resonance") == std::string::npos);
+}
+
 TEST(Readout, InsideThePlotReadsSignedTextsWithUnits) {
   DesignRecord d;
   d.NrIntervals = 1000;
