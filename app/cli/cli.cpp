@@ -99,6 +99,7 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     err << "drenik: " << OneLine(e.what()) << "\n";
     return 2;
   }
+  for (const std::string& notice : result->notices) err << "drenik: " << OneLine(notice) << "\n";
 
   switch (o.command) {
     case Command::Design:

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <cstdlib>
+#include <cstdint>
 #include <string>
 
+#include "cli/number_reader.h"
 #include "cli/tolerance_command.h"
+#include "core/formatters.h"
 #include "export/formats.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
@@ -19,11 +20,6 @@ std::string Lower(std::string s) {
   std::transform(s.begin(), s.end(), s.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return s;
-}
-
-bool ParseInt(const std::string& text, int& value) {
-  auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return ec == std::errc() && end == text.data() + text.size();
 }
 
 // The registry's words joined by `separator`.
@@ -71,33 +67,32 @@ std::string Topology(const std::string& value) {
 }
 
 std::string RippleOption(const std::string& value) {
-  char* end = nullptr;
-  double r = std::strtod(value.c_str(), &end);
-  if (end && *end == '\0' && !value.empty()) {
-    if (r == 0.01) return "opt01";
-    if (r == 0.044) return "opt044";
-    if (r == 0.2) return "opt200";
-  }
-  throw UsageError("--ripple: expected 0.01, 0.044 or 0.2, got '" + value + "'");
+  const char* expected = "--ripple: expected 0.01, 0.044 or 0.2, got '";
+  const double r = ReadNumber("--ripple", value);
+  if (r == 0.01) return "opt01";
+  if (r == 0.044) return "opt044";
+  if (r == 0.2) return "opt200";
+  throw UsageError(expected + value + "'");
 }
 
 std::string StopbandOption(const std::string& value) {
-  int db = 0;
-  if (ParseInt(value, db) && (db == 30 || db == 40 || db == 50 || db == 60)) {
-    return "optAstop" + value;
-  }
+  const uint64_t db = ReadCount("--stopband", value, 30, 60);
+  if (db % 10 == 0) return "optAstop" + std::to_string(db);
   throw UsageError("--stopband: expected 30, 40, 50 or 60, got '" + value + "'");
 }
 
 void ParseSize(const std::string& value, CliOptions& o) {
-  size_t x = value.find_first_of("xX");
-  int w = 0, h = 0;
-  if (x == std::string::npos || !ParseInt(value.substr(0, x), w) ||
-      !ParseInt(value.substr(x + 1), h) || w < 1 || h < 1 || w > 20000 || h > 20000) {
+  const size_t x = value.find_first_of("xX");
+  if (x == std::string::npos)
     throw UsageError("--size: expected WIDTHxHEIGHT in pixels, got '" + value + "'");
-  }
-  o.widthPx = w;
-  o.heightPx = h;
+  o.widthPx = static_cast<int>(ReadCount("--size", value.substr(0, x), 1, 20000));
+  o.heightPx = static_cast<int>(ReadCount("--size", value.substr(x + 1), 1, 20000));
+}
+
+// A text for one of the design page's boxes, checked as a number first.
+std::string BoxEntry(const std::string& option, const std::string& value, bool infinityWord) {
+  ReadNumber(option, value, {.boxCharacters = kEntryCharacters, .infinityWord = infinityWord});
+  return BoxText(value);
 }
 
 bool EndsWith(const std::string& s, const std::string& tail) {
@@ -184,12 +179,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     if (name == "--family") {
       ch.familyOption = FamilyOption(value());
     } else if (name == "--order") {
-      std::string v = value();
-      int n = 0;
-      if (!ParseInt(v, n) || n < 3 || n > 7) {
-        throw UsageError("--order: expected 3..7, got '" + v + "'");
-      }
-      ch.order = n;
+      ch.order = static_cast<int>(ReadCount(name, value(), 3, 7));
     } else if (name == "--topology") {
       ch.topology = Topology(value());
     } else if (name == "--ripple") {
@@ -197,11 +187,12 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--stopband") {
       ch.stopbandOption = StopbandOption(value());
     } else if (name == "--impedance") {
-      ch.impedance = value();
+      const std::string v = value();
+      ch.impedance = v == "50" ? v : BoxEntry(name, v, false);
     } else if (name == "--bandwidth") {
-      ch.bandwidth = value();
+      ch.bandwidth = BoxEntry(name, value(), false);
     } else if (name == "--q") {
-      ch.q = value();
+      ch.q = BoxEntry(name, value(), true);
     } else if (ParsePartsOption(name, value, o.command == Command::Parts, o.parts)) {
     } else if (name == "--values") {
       if (o.command == Command::Parts) throw UsageError(name + ": not for 'parts'");

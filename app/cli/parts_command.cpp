@@ -1,6 +1,7 @@
 #include "cli/parts_command.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 
@@ -23,9 +24,14 @@ std::string SeriesWords(const char* separator) {
   return words;
 }
 
-ESeries Series(const std::string& option, const std::string& value) {
+ESeries Series(const std::string& option, const std::string& value, const char* words) {
   if (std::optional<ESeries> s = ESeriesNamed(value)) return *s;
-  throw UsageError(option + ": expected " + SeriesWords(", ") + ", got '" + value + "'");
+  throw UsageError(option + ": expected " + words + SeriesWords(", ") + ", got '" + value + "'");
+}
+
+bool IsExact(std::string v) {
+  for (char& c : v) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return v == "exact";
 }
 
 std::string Padded(const std::string& s, size_t width) {
@@ -142,10 +148,10 @@ bool ParsePartsOption(const std::string& name, const std::function<std::string()
     return false;
   if (!partsCommand) throw UsageError(name + ": only for 'parts'");
   if (name == "--cseries") {
-    parts.request.capacitors = Series(name, value());
+    parts.request.capacitors = Series(name, value(), "");
   } else if (name == "--lseries") {
     const std::string v = value();
-    parts.request.inductors = v == "exact" ? std::nullopt : std::optional(Series(name, v));
+    parts.request.inductors = IsExact(v) ? std::nullopt : std::optional(Series(name, v, "exact, "));
   } else if (name == "--pairs") {
     parts.request.pairs = true;
   } else {

@@ -101,7 +101,7 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
   EXPECT_EQ(Box("txtStopDepth1"), "40");
   EXPECT_TRUE(Box("txtStopFreq2").empty() && Drawn("Not run yet"));
 
-  Type("txtTrials", "3k");  // read as the program reads its boxes
+  Type("txtTrials", "3,000");  // a count: the comma groups thousands
   Page().Controls().FindOption("optNormal")->Click();
   Click("cmdRun");
   EXPECT_TRUE(Page().Running() && !Page().Controls().FindButton("cmdRun")->Enabled());
@@ -121,7 +121,7 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
   // Opened again on the same design the page stays as it was; a retuned
   // design starts afresh.
   Display().Controls().FindButton("cmdTolerance")->Click();
-  EXPECT_TRUE(Page().HasResult() && Box("txtTrials") == "3k");
+  EXPECT_TRUE(Page().HasResult() && Box("txtTrials") == "3,000");
   Display().OnUp();
   Display().Controls().FindButton("cmdTolerance")->Click();
   EXPECT_TRUE(!Page().HasResult() && Box("txtTrials") == "2000");
@@ -129,11 +129,9 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
 
 TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting) {
   Open({"optChebycheff"});
-  const std::pair<const char*, const char*> bad[] = {{"txtCtol", "60"},
-                                                     {"txtTrials", "0"},
-                                                     {"txtSeed", "-3"},
-                                                     {"txtPassEdge", "edge"},
-                                                     {"txtStopDepth2", "40"}};
+  const std::pair<const char*, const char*> bad[] = {
+      {"txtCtol", "60"}, {"txtTrials", "0"},      {"txtTrials", "2.5"},
+      {"txtSeed", "-3"}, {"txtPassEdge", "edge"}, {"txtStopDepth2", "40"}};
   for (const auto& [box, text] : bad) {
     const std::string before = Box(box);
     Type(box, text);
@@ -141,9 +139,9 @@ TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting)
     EXPECT_FALSE(Page().Running()) << box;
     Type(box, before);
   }
-  ASSERT_EQ(platform.messages.size(), 5u);
+  ASSERT_EQ(platform.messages.size(), 6u);
   EXPECT_EQ(platform.messages[0].text, "The capacitor tolerance must be 0 to 50 %.");
-  EXPECT_NE(platform.messages[4].text.find("row 2"), std::string::npos);
+  EXPECT_NE(platform.messages[5].text.find("row 2"), std::string::npos);
 
   Type("txtTrials", "1000000");
   Click("cmdRun");
