@@ -78,12 +78,9 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     err << "drenik: " << OneLine(e.what()) << " (see drenik --help)\n";
     return 2;
   }
+  for (const std::string& notice : o.notices) err << "drenik: " << OneLine(notice) << "\n";
   if (o.command == Command::Help) {
-    out << UsageText();
-    return 0;
-  }
-  if (o.command == Command::PartsHelp) {
-    out << PartsUsageText();
+    out << o.helpText;
     return 0;
   }
   if (o.command == Command::Version) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "cli/number_reader.h"
@@ -40,11 +41,6 @@ std::string ExportWords(const char* before, const char* after, const char* separ
   return Words(
       ExportFormats(),
       [&](const ExportFormat& f) { return std::string(before) + f.option + after; }, separator);
-}
-
-// The commands, for the complaint about a missing or unknown one.
-std::string CommandWords() {
-  return "design, render, export, tolerance or parts";
 }
 
 std::string TopologyWords(const char* separator) {
@@ -99,27 +95,29 @@ bool EndsWith(const std::string& s, const std::string& tail) {
   return s.size() >= tail.size() && Lower(s.substr(s.size() - tail.size())) == tail;
 }
 
-}  // namespace
+// Whether two file names reach the same file ("a.x", "./a.x", "d/../a.x").
+bool SameFile(const std::string& a, const std::string& b) {
+  if (a == b) return true;
+  namespace fs = std::filesystem;
+  std::error_code ec1, ec2;
+  const fs::path pa = fs::weakly_canonical(fs::absolute(a, ec1), ec1);
+  const fs::path pb = fs::weakly_canonical(fs::absolute(b, ec2), ec2);
+  return !ec1 && !ec2 && pa == pb;
+}
 
-std::string UsageText() {
+// Two exports to one file would leave only the last: refused.
+void RefuseSharedTargets(const CliOptions& o) {
+  for (size_t j = 1; j < o.exports.size(); ++j)
+    for (size_t i = 0; i < j; ++i)
+      if (SameFile(o.exports[i].second, o.exports[j].second))
+        throw UsageError("--" + o.exports[j].first + ": '" + o.exports[j].second +
+                         "' is also the file of --" + o.exports[i].first);
+}
+
+std::string ChoicesText() {
   return std::string(
-             "usage:\n"
-             "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
-             "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
-             " [--size WxH]\n"
-             "  drenik export [choices] [--values ...]") +
-         ExportWords(" [--", " FILE]", "") + "\n" +
-         "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
-         " [--dist uniform|normal]\n"
-         "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
-         " [--pass-il DB]\n"
-         "                   [--stop FREQ:DB]... [--tighten PCT] [--json]\n"
-         "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
-         " [--json]\n"
-         "               [--bom FILE]      (drenik parts --help)\n"
-         "  drenik --help | --version\n"
-         "choices (first-start defaults when left out):\n"
-         "  --family " +
+             "choices (first-start defaults when left out):\n"
+             "  --family ") +
          FamilyWords("|") + "   (" + FindFamily(kDefaultFamily)->cliWord + ")\n" +
          "  --order 3..7                                         (5)\n"
          "  --topology " +
@@ -133,12 +131,111 @@ std::string UsageText() {
          "  or 5% capacitors and 5% inductors (5l)\n";
 }
 
+// A number is a decimal number with an optional exponent and prefix letter.
+constexpr const char* kNumbersText =
+    "numbers: 4.2M, 4,2M, 4.2e6, 470p, 1.5k; prefixes p n u m k M G. A value the\n"
+    "  design page does not take is replaced by the nearest one it does, with a notice.\n";
+
+std::string DesignLines() {
+  return "  drenik design [choices] [--values exact|5c|5l] [--json]\n";
+}
+std::string RenderLines() {
+  return "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
+         " [--size WxH]\n";
+}
+std::string ExportLines() {
+  return "  drenik export [choices] [--values ...]" + ExportWords(" [--", " FILE]", "") + "\n";
+}
+std::string ToleranceLines() {
+  return "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
+         " [--dist uniform|normal]\n"
+         "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
+         " [--pass-il DB]\n"
+         "                   [--stop FREQ:DB]... [--tighten PCT] [--json]\n";
+}
+std::string PartsLines() {
+  return "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
+         " [--json]\n"
+         "               [--bom FILE]      (drenik parts --help)\n";
+}
+
+std::string CommandHelp(std::string (*lines)(), const char* what) {
+  return "usage:\n" + lines() + what + ChoicesText() + kNumbersText;
+}
+
+std::string DesignHelp() {
+  return CommandHelp(DesignLines,
+                     "The design as a table (positions, values, passband and stopband figures),\n"
+                     "or with --json every field of the design record.\n");
+}
+std::string RenderHelp() {
+  return CommandHelp(RenderLines,
+                     "The display page as a picture. --size (pixels, default 1600x1200) sets a\n"
+                     "PNG's size and an SVG's view; a PDF is one printed page.\n");
+}
+std::string ExportHelp() {
+  return CommandHelp(ExportLines, "Writes each file asked for; each file may be named once.\n");
+}
+std::string ToleranceHelp() {
+  return CommandHelp(
+      ToleranceLines,
+      "Monte Carlo yield of the design against a mask.\n"
+      "  --ctol, --ltol PCT     capacitor and inductor tolerance, 0..50 % (5)\n"
+      "  --dist uniform|normal  how part values spread (uniform)\n"
+      "  --trials N             1..1,000,000, such as 2000, 10,000 or 10k (2000)\n"
+      "  --seed N               a whole number (1)\n"
+      "  --pass-edge FREQ       the passband edge (the cutoff)\n"
+      "  --pass-rl DB, --pass-il DB   least return loss, most loss in the passband\n"
+      "  --stop FREQ:DB         least attenuation from FREQ on (away from the passband)\n"
+      "  --tighten PCT          the tolerance each part is tightened to in the\n"
+      "                         sensitivity table (0: held at nominal)\n"
+      "Without --pass-rl, --pass-il and --stop the default mask of the design is used.\n");
+}
+
+constexpr CommandInfo kCommands[] = {
+    {.word = "design", .command = Command::Design, .usageLines = DesignLines, .help = DesignHelp},
+    {.word = "render", .command = Command::Render, .usageLines = RenderLines, .help = RenderHelp},
+    {.word = "export", .command = Command::Export, .usageLines = ExportLines, .help = ExportHelp},
+    {.word = "tolerance",
+     .command = Command::Tolerance,
+     .usageLines = ToleranceLines,
+     .help = ToleranceHelp},
+    {.word = "parts", .command = Command::Parts, .usageLines = PartsLines, .help = PartsUsageText},
+};
+
+// The commands, for the complaint about a missing or unknown one.
+std::string CommandWords() {
+  std::string words;
+  for (size_t i = 0; i < std::size(kCommands); ++i)
+    words += (i == 0                          ? ""
+              : i + 1 == std::size(kCommands) ? " or "
+                                              : ", ") +
+             std::string(kCommands[i].word);
+  return words;
+}
+
+}  // namespace
+
+std::span<const CommandInfo> Commands() {
+  return kCommands;
+}
+
+std::string UsageText() {
+  std::string text = "usage:\n";
+  for (const CommandInfo& c : kCommands) text += c.usageLines();
+  return text + "  drenik --help | --version\n" + ChoicesText();
+}
+
 CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   CliOptions o;
   if (args.empty()) throw UsageError("missing command (" + CommandWords() + ")");
+  const CommandInfo* command = nullptr;
+  for (const CommandInfo& c : kCommands)
+    if (args[0] == c.word) command = &c;
   for (const std::string& a : args) {
     if (a == "--help" || a == "-h") {
-      o.command = args[0] == "parts" ? Command::PartsHelp : Command::Help;
+      o.command = Command::Help;
+      o.helpText = command ? command->help() : UsageText();
       return o;
     }
     if (a == "--version") {
@@ -146,21 +243,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       return o;
     }
   }
-  const std::string& command = args[0];
-  if (command == "parts") {
-    o.command = Command::Parts;
-  } else if (command == "design") {
-    o.command = Command::Design;
-  } else if (command == "render") {
-    o.command = Command::Render;
-  } else if (command == "export") {
-    o.command = Command::Export;
-  } else if (command == "tolerance") {
-    o.command = Command::Tolerance;
-  } else {
-    throw UsageError("unknown command '" + command + "' (" + CommandWords() + ")");
-  }
+  if (!command) throw UsageError("unknown command '" + args[0] + "' (" + CommandWords() + ")");
+  o.command = command->command;
 
+  bool sizeGiven = false;
   for (size_t i = 1; i < args.size(); ++i) {
     const std::string& name = args[i];
     auto value = [&]() -> std::string {
@@ -223,6 +309,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--size") {
       only(Command::Render, "render");
       ParseSize(value(), o);
+      sizeGiven = true;
     } else if (name.starts_with("--") && FindExportFormat(name.substr(2))) {
       std::string path;
       file(Command::Export, "export", path);
@@ -237,6 +324,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   if (o.command == Command::Export && o.exports.empty()) {
     throw UsageError("export: needs at least one of " + ExportWords("--", "", ", "));
   }
+  RefuseSharedTargets(o);
+  if (sizeGiven && EndsWith(o.renderFile, ".pdf"))
+    o.notices.push_back("--size: no effect on a PDF, which is one printed page");
   return o;
 }
 

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "cli/json_output.h"
+#include "cli/options.h"
 #include "cli/run_design.h"
 #include "core/formatters.h"
 #include "json_reader.h"
@@ -83,7 +84,8 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
       {"tolerance --trials 1e4", "--trials"},
       {"tolerance --seed 1e3", "--seed"},
       {"tolerance --ctol 0x1p5", "--ctol"},
-      {"parts --lseries E7", "exact, E6"}};
+      {"parts --lseries E7", "exact, E6"},
+      {"export --csv " + png + " --s2p " + (folder / "./a.png"), "--s2p"}};
   for (const auto& [line, option] : cases) {
     CliRun r = RunLine(line);
     SCOPED_TRACE(r.err);
@@ -95,6 +97,14 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
   EXPECT_EQ(RunCli({"design", "--impedance", ""}).status, 2);
   EXPECT_EQ(RunLine("--version").out, "2.12\n");
   EXPECT_NE(RunLine("design --help").out.find("--bandwidth"), std::string::npos);
+  // Each command's help shows its own usage and no other command's.
+  for (const cli::CommandInfo& c : cli::Commands()) {
+    const std::string help = RunCli({c.word, "--help"}).out;
+    for (const cli::CommandInfo& other : cli::Commands())
+      EXPECT_EQ(help.find("  drenik " + std::string(other.word) + " [") != std::string::npos,
+                &other == &c)
+          << c.word << " --help: " << help;
+  }
 }
 
 // Published prototype values scaled by hand: a capacitor is g / (R w) in a
@@ -277,7 +287,10 @@ TEST(Cli, RenderWritesThePageInTheFormatAsked) {
   ASSERT_EQ(r.status, 0) << r.err;
   std::string text = ReadWhole(folder / "page.svg");
   EXPECT_TRUE(text.find("<svg") != std::string::npos &&
-              text.find("Cursor on plot") != std::string::npos);
+              text.find("Cursor on plot") != std::string::npos && r.err.empty());
+  r = RunCli({"render", "--pdf", folder / "page.pdf", "--size", "800x600"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.err, "drenik: --size: no effect on a PDF, which is one printed page\n");
 }
 
 TEST(Cli, CauerDesignsInEveryTopology) {
