@@ -269,6 +269,22 @@ TEST(Cli, TableAndExportOutputs) {
                            "Rsource: 50 ohms, Rload: 50 ohms", "  2  series L", "  3  shunt C"})
     EXPECT_NE(r.out.find(text), std::string::npos) << text;
 
+  // The passband and stopband figures of each stage are the parts table's,
+  // for every family (an octave from the cutoff without a stopband edge).
+  for (const char* design : {"--family cauer --order 7 --topology Linhighpass", "--order 3"}) {
+    const std::string table = RunLine(std::string("design ") + design).out;
+    const Json figures = ParseJson(RunLine(std::string("parts --json ") + design).out)["figures"];
+    for (const auto& [row, stage] : {std::pair{"\n  exact ", "exact"}, {"\n  5% C ", "standard"}}) {
+      const size_t at = table.find(row);
+      ASSERT_NE(at, std::string::npos) << table;
+      const std::string line = table.substr(at + 1, table.find('\n', at + 1) - at - 1);
+      char rl[32], stop[32];
+      std::snprintf(rl, sizeof rl, " %.2f ", figures[stage]["returnLoss"].AsDouble());
+      std::snprintf(stop, sizeof stop, " %.2f", figures[stage]["stopband"].AsDouble());
+      EXPECT_TRUE(line.find(rl) != std::string::npos && line.ends_with(stop)) << line << stop;
+    }
+  }
+
   TempFolder folder;
   r = RunCli({"export", "--csv", folder / "sweep.csv", "--cir", folder / "f.cir"});
   EXPECT_EQ(r.status, 0) << r.err;
