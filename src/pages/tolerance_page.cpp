@@ -183,6 +183,10 @@ void TolerancePage::Prefill() {
   set("txtTighten", Number(defaults.tightenPercent));
   controls_.FindOption("optUniform")->SetSelectedQuietly(true);
   controls_.FindOption("optNormal")->SetSelectedQuietly(false);
+  // Which margin the filled-in mask keeps from the nominal design's figures.
+  controls_.FindFrame("frmMask")->SetCaption(
+      "Mask (filled in " + Number(kMaskMarginDb) + " dB inside the nominal" +
+      (mask.passIl ? ", loss " + Number(kLossMarginDb) + " dB" : "") + ")");
   set("txtPassEdge", TrimBlanks(FormatFrequency(mask.passEdge)));
   set("txtPassRl", mask.passRl ? Number(*mask.passRl) : "");
   set("txtPassIl", mask.passIl ? Number(*mask.passIl) : "");

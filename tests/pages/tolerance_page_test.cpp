@@ -94,11 +94,13 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
               Box("txtSeed") == "1" && Box("txtTighten") == "0");
   EXPECT_EQ(Box("txtPassEdge"), "7MHz");
   EXPECT_EQ(std::stod(Box("txtPassRl")), *def.passRl);
-  // A Cauer design's own stopband edge and depth.
+  // A Cauer design's own stopband edge, its depth less the margin the frame names.
   const double edge = 7e6 * double{d.FstopNormalized};
   std::string stop = Box("txtStopFreq1");
   EXPECT_NEAR(CheckEntry(stop) / edge, 1, 1e-4);
-  EXPECT_EQ(Box("txtStopDepth1"), "40");
+  EXPECT_EQ(Box("txtStopDepth1"), "37");
+  EXPECT_EQ(Page().Controls().FindFrame("frmMask")->Caption(),
+            "Mask (filled in 3 dB inside the nominal)");
   EXPECT_TRUE(Box("txtStopFreq2").empty() && Drawn("Not run yet"));
 
   Type("txtTrials", "3,000");  // a count: the comma groups thousands
