@@ -9,6 +9,7 @@
 
 #include "app_fixture.h"
 #include "core/formatters.h"
+#include "pages/tolerance_drawing.h"
 #include "tolerance/tolerance_text.h"
 
 namespace drenik::testing {
@@ -113,6 +114,23 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
   EXPECT_TRUE(r.trials == 3000 && Page().Setup().distribution == Distribution::Normal);
   EXPECT_TRUE(Drawn(PercentText(r.yield)) && Drawn(IntervalText(r)));
   EXPECT_TRUE(Drawn("Sensitivity: yield with one part held at nominal"));
+  // Both histograms; their mask and nominal labels above the bars, apart.
+  EXPECT_TRUE(Drawn("mask 37.0"));
+  std::vector<DrawOp> labels;
+  for (const DrawOp& op : App().ToleranceCanvas().Ops())
+    if (op.kind == DrawOp::Kind::Text &&
+        (op.text.starts_with("mask ") || op.text.starts_with("nominal ")) &&
+        op.text.find_first_of("0123456789") != std::string::npos)
+      labels.push_back(op);
+  ASSERT_EQ(labels.size(), 4u);
+  for (size_t i = 0; i < labels.size(); ++i) {
+    EXPECT_LT(labels[i].y1 + 150, kHistTop) << labels[i].text;
+    for (size_t j = 0; j < i; ++j)
+      EXPECT_TRUE(labels[i].y1 != labels[j].y1 ||
+                  labels[i].x1 >= labels[j].x1 + labels[j].textWidth ||
+                  labels[j].x1 >= labels[i].x1 + labels[i].textWidth)
+          << labels[i].text << " over " << labels[j].text;
+  }
 
   // The same setup straight through the engine gives the same figures.
   ToleranceResult direct;
