@@ -72,12 +72,9 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     err << "drenik: " << Printable(e.what()) << " (see drenik --help)\n";
     return 2;
   }
+  for (const std::string& notice : o.notices) err << "drenik: " << Printable(notice) << "\n";
   if (o.command == Command::Help) {
-    out << UsageText();
-    return 0;
-  }
-  if (o.command == Command::PartsHelp) {
-    out << PartsUsageText();
+    out << o.helpText;
     return 0;
   }
   if (o.command == Command::Version) {
@@ -93,6 +90,7 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     err << "drenik: " << Printable(e.what()) << "\n";
     return 2;
   }
+  for (const std::string& notice : result->notices) err << "drenik: " << Printable(notice) << "\n";
 
   switch (o.command) {
     case Command::Design:

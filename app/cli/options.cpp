@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <cstdlib>
+#include <cstdint>
+#include <filesystem>
 #include <string>
 
+#include "cli/number_reader.h"
 #include "cli/tolerance_command.h"
+#include "core/formatters.h"
 #include "export/formats.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
@@ -19,11 +21,6 @@ std::string Lower(std::string s) {
   std::transform(s.begin(), s.end(), s.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return s;
-}
-
-bool ParseInt(const std::string& text, int& value) {
-  auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return ec == std::errc() && end == text.data() + text.size();
 }
 
 // The registry's words joined by `separator`.
@@ -46,11 +43,6 @@ std::string ExportWords(const char* before, const char* after, const char* separ
       [&](const ExportFormat& f) { return std::string(before) + f.option + after; }, separator);
 }
 
-// The commands, for the complaint about a missing or unknown one.
-std::string CommandWords() {
-  return "design, render, export, tolerance, parts or winding";
-}
-
 std::string TopologyWords(const char* separator) {
   return Words(
       Topologies(), [](const TopologyInfo& t) { return t.name; }, separator);
@@ -71,62 +63,61 @@ std::string Topology(const std::string& value) {
 }
 
 std::string RippleOption(const std::string& value) {
-  char* end = nullptr;
-  double r = std::strtod(value.c_str(), &end);
-  if (end && *end == '\0' && !value.empty()) {
-    if (r == 0.01) return "opt01";
-    if (r == 0.044) return "opt044";
-    if (r == 0.2) return "opt200";
-  }
-  throw UsageError("--ripple: expected 0.01, 0.044 or 0.2, got '" + value + "'");
+  const char* expected = "--ripple: expected 0.01, 0.044 or 0.2, got '";
+  const double r = ReadNumber("--ripple", value);
+  if (r == 0.01) return "opt01";
+  if (r == 0.044) return "opt044";
+  if (r == 0.2) return "opt200";
+  throw UsageError(expected + value + "'");
 }
 
 std::string StopbandOption(const std::string& value) {
-  int db = 0;
-  if (ParseInt(value, db) && (db == 30 || db == 40 || db == 50 || db == 60)) {
-    return "optAstop" + value;
-  }
+  const uint64_t db = ReadCount("--stopband", value, 30, 60);
+  if (db % 10 == 0) return "optAstop" + std::to_string(db);
   throw UsageError("--stopband: expected 30, 40, 50 or 60, got '" + value + "'");
 }
 
 void ParseSize(const std::string& value, CliOptions& o) {
-  size_t x = value.find_first_of("xX");
-  int w = 0, h = 0;
-  if (x == std::string::npos || !ParseInt(value.substr(0, x), w) ||
-      !ParseInt(value.substr(x + 1), h) || w < 1 || h < 1 || w > 20000 || h > 20000) {
+  const size_t x = value.find_first_of("xX");
+  if (x == std::string::npos)
     throw UsageError("--size: expected WIDTHxHEIGHT in pixels, got '" + value + "'");
-  }
-  o.widthPx = w;
-  o.heightPx = h;
+  o.widthPx = static_cast<int>(ReadCount("--size", value.substr(0, x), 1, 20000));
+  o.heightPx = static_cast<int>(ReadCount("--size", value.substr(x + 1), 1, 20000));
+}
+
+// A text for one of the design page's boxes, checked as a number first.
+std::string BoxEntry(const std::string& option, const std::string& value, bool infinityWord) {
+  ReadNumber(option, value, {.boxCharacters = kEntryCharacters, .infinityWord = infinityWord});
+  return BoxText(value);
 }
 
 bool EndsWith(const std::string& s, const std::string& tail) {
   return s.size() >= tail.size() && Lower(s.substr(s.size() - tail.size())) == tail;
 }
 
-}  // namespace
+// Whether two file names reach the same file ("a.x", "./a.x", "d/../a.x").
+bool SameFile(const std::string& a, const std::string& b) {
+  if (a == b) return true;
+  namespace fs = std::filesystem;
+  std::error_code ec1, ec2;
+  const fs::path pa = fs::weakly_canonical(fs::absolute(a, ec1), ec1);
+  const fs::path pb = fs::weakly_canonical(fs::absolute(b, ec2), ec2);
+  return !ec1 && !ec2 && pa == pb;
+}
 
-std::string UsageText() {
+// Two exports to one file would leave only the last: refused.
+void RefuseSharedTargets(const CliOptions& o) {
+  for (size_t j = 1; j < o.exports.size(); ++j)
+    for (size_t i = 0; i < j; ++i)
+      if (SameFile(o.exports[i].second, o.exports[j].second))
+        throw UsageError("--" + o.exports[j].first + ": '" + o.exports[j].second +
+                         "' is also the file of --" + o.exports[i].first);
+}
+
+std::string ChoicesText() {
   return std::string(
-             "usage:\n"
-             "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
-             "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
-             " [--size WxH]\n"
-             "  drenik export [choices] [--values ...]") +
-         ExportWords(" [--", " FILE]", "") + "\n" +
-         "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
-         " [--dist uniform|normal]\n"
-         "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
-         " [--pass-il DB]\n"
-         "                   [--stop FREQ:DB]... [--tighten PCT] [--json] [--quiet]\n"
-         "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
-         " [--json]\n"
-         "               [--bom FILE]      (drenik parts --help)\n"
-         "  drenik winding [choices] [--values ...] (--core NAME | --air-core FORM_MM:WIRE_MM)"
-         " [--json]\n"
-         "  drenik --help | --version\n"
-         "choices (first-start defaults when left out):\n"
-         "  --family " +
+             "choices (first-start defaults when left out):\n"
+             "  --family ") +
          FamilyWords("|") + "   (" + FindFamily(kDefaultFamily)->cliWord + ")\n" +
          "  --order 3..7                                         (5)\n"
          "  --topology " +
@@ -141,12 +132,127 @@ std::string UsageText() {
          "  or 5% capacitors and 5% inductors (5l)\n";
 }
 
+// A number is a decimal number with an optional exponent and prefix letter.
+constexpr const char* kNumbersText =
+    "numbers: 4.2M, 4,2M, 4.2e6, 470p, 1.5k; prefixes p n u m k M G. A value the\n"
+    "  design page does not take is replaced by the nearest one it does, with a notice.\n";
+
+std::string DesignLines() {
+  return "  drenik design [choices] [--values exact|5c|5l] [--json]\n";
+}
+std::string RenderLines() {
+  return "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
+         " [--size WxH]\n";
+}
+std::string ExportLines() {
+  return "  drenik export [choices] [--values ...]" + ExportWords(" [--", " FILE]", "") + "\n";
+}
+std::string ToleranceLines() {
+  return "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
+         " [--dist uniform|normal]\n"
+         "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
+         " [--pass-il DB]\n"
+         "                   [--stop FREQ:DB]... [--tighten PCT] [--json] [--quiet]\n";
+}
+std::string PartsLines() {
+  return "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
+         " [--json]\n"
+         "               [--bom FILE]      (drenik parts --help)\n";
+}
+
+std::string WindingLines() {
+  return "  drenik winding [choices] [--values ...] (--core NAME | --air-core FORM_MM:WIRE_MM)"
+         " [--json]\n";
+}
+
+std::string CommandHelp(std::string (*lines)(), const char* what) {
+  return "usage:\n" + lines() + what + ChoicesText() + kNumbersText;
+}
+
+std::string DesignHelp() {
+  return CommandHelp(DesignLines,
+                     "The design as a table (positions, values, passband and stopband figures),\n"
+                     "or with --json every field of the design record.\n");
+}
+std::string RenderHelp() {
+  return CommandHelp(RenderLines,
+                     "The display page as a picture. --size (pixels, default 1600x1200) sets a\n"
+                     "PNG's size and an SVG's view; a PDF is one printed page.\n");
+}
+std::string ExportHelp() {
+  return CommandHelp(ExportLines, "Writes each file asked for; each file may be named once.\n");
+}
+std::string ToleranceHelp() {
+  return CommandHelp(
+      ToleranceLines,
+      "Monte Carlo yield of the design against a mask.\n"
+      "  --ctol, --ltol PCT     capacitor and inductor tolerance, 0..50 % (5)\n"
+      "  --dist uniform|normal  how part values spread (uniform)\n"
+      "  --trials N             1..1,000,000, such as 2000, 10,000 or 10k (2000)\n"
+      "  --seed N               a whole number (1)\n"
+      "  --pass-edge FREQ       the passband edge (the cutoff)\n"
+      "  --pass-rl DB, --pass-il DB   least return loss, most loss in the passband\n"
+      "  --stop FREQ:DB         least attenuation from FREQ on (away from the passband)\n"
+      "  --tighten PCT          the tolerance each part is tightened to in the\n"
+      "                         sensitivity table (0: held at nominal)\n"
+      "Without --pass-rl, --pass-il and --stop the default mask of the design is used.\n");
+}
+
+std::string WindingHelp() {
+  return CommandHelp(WindingLines,
+                     "The turns of each inductor on a toroid core (T50-2, T37-6, ...) or on a\n"
+                     "close-wound single-layer air coil of FORM_MM form and WIRE_MM wire, and\n"
+                     "the inductance those whole turns give.\n");
+}
+
+constexpr CommandInfo kCommands[] = {
+    {.word = "design", .command = Command::Design, .usageLines = DesignLines, .help = DesignHelp},
+    {.word = "render", .command = Command::Render, .usageLines = RenderLines, .help = RenderHelp},
+    {.word = "export", .command = Command::Export, .usageLines = ExportLines, .help = ExportHelp},
+    {.word = "tolerance",
+     .command = Command::Tolerance,
+     .usageLines = ToleranceLines,
+     .help = ToleranceHelp},
+    {.word = "parts", .command = Command::Parts, .usageLines = PartsLines, .help = PartsUsageText},
+    {.word = "winding",
+     .command = Command::Winding,
+     .usageLines = WindingLines,
+     .help = WindingHelp},
+};
+
+// The commands, for the complaint about a missing or unknown one.
+std::string CommandWords() {
+  std::string words;
+  for (size_t i = 0; i < std::size(kCommands); ++i)
+    words += (i == 0                          ? ""
+              : i + 1 == std::size(kCommands) ? " or "
+                                              : ", ") +
+             std::string(kCommands[i].word);
+  return words;
+}
+
+}  // namespace
+
+std::span<const CommandInfo> Commands() {
+  return kCommands;
+}
+
+std::string UsageText() {
+  std::string text = "usage:\n";
+  for (const CommandInfo& c : kCommands) text += c.usageLines();
+  return text + "  drenik --help | --version\n" + ChoicesText();
+}
+
 CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   CliOptions o;
   if (args.empty()) throw UsageError("missing command (" + CommandWords() + ")");
+  const CommandInfo* command = nullptr;
+  for (const CommandInfo& c : kCommands)
+    if (args[0] == c.word) command = &c;
   for (const std::string& a : args) {
     if (a == "--help" || a == "-h") {
-      o.command = args[0] == "parts" ? Command::PartsHelp : Command::Help;
+      o.command = Command::Help;
+      o.helpText = command ? command->help() : UsageText();
       return o;
     }
     if (a == "--version") {
@@ -154,23 +260,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       return o;
     }
   }
-  const std::string& command = args[0];
-  if (command == "parts") {
-    o.command = Command::Parts;
-  } else if (command == "design") {
-    o.command = Command::Design;
-  } else if (command == "render") {
-    o.command = Command::Render;
-  } else if (command == "export") {
-    o.command = Command::Export;
-  } else if (command == "tolerance") {
-    o.command = Command::Tolerance;
-  } else if (command == "winding") {
-    o.command = Command::Winding;
-  } else {
-    throw UsageError("unknown command '" + command + "' (" + CommandWords() + ")");
-  }
+  if (!command) throw UsageError("unknown command '" + args[0] + "' (" + CommandWords() + ")");
+  o.command = command->command;
 
+  bool sizeGiven = false;
   for (size_t i = 1; i < args.size(); ++i) {
     const std::string& name = args[i];
     auto value = [&]() -> std::string {
@@ -189,12 +282,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     if (name == "--family") {
       ch.familyOption = FamilyOption(value());
     } else if (name == "--order") {
-      std::string v = value();
-      int n = 0;
-      if (!ParseInt(v, n) || n < 3 || n > 7) {
-        throw UsageError("--order: expected 3..7, got '" + v + "'");
-      }
-      ch.order = n;
+      ch.order = static_cast<int>(ReadCount(name, value(), 3, 7));
     } else if (name == "--topology") {
       ch.topology = Topology(value());
     } else if (name == "--ripple") {
@@ -202,11 +290,12 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--stopband") {
       ch.stopbandOption = StopbandOption(value());
     } else if (name == "--impedance") {
-      ch.impedance = value();
+      const std::string v = value();
+      ch.impedance = v == "50" ? v : BoxEntry(name, v, false);
     } else if (name == "--bandwidth") {
-      ch.bandwidth = value();
+      ch.bandwidth = BoxEntry(name, value(), false);
     } else if (name == "--q") {
-      ch.q = value();
+      ch.q = BoxEntry(name, value(), true);
     } else if (ParsePartModelOption(name, value, ch.models)) {
     } else if (o.command == Command::Winding && (name == "--core" || name == "--air-core")) {
       o.former = name == "--core" ? CoreOption(name, value()) : AirCoreOption(name, value());
@@ -244,6 +333,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--size") {
       only(Command::Render, "render");
       ParseSize(value(), o);
+      sizeGiven = true;
     } else if (name.starts_with("--") && FindExportFormat(name.substr(2))) {
       std::string path;
       file(Command::Export, "export", path);
@@ -260,6 +350,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   if (o.command == Command::Export && o.exports.empty()) {
     throw UsageError("export: needs at least one of " + ExportWords("--", "", ", "));
   }
+  RefuseSharedTargets(o);
+  if (sizeGiven && EndsWith(o.renderFile, ".pdf"))
+    o.notices.push_back("--size: no effect on a PDF, which is one printed page");
   return o;
 }
 

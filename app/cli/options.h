@@ -2,6 +2,7 @@
 // The command line of `drenik`: what it asks for, read from the arguments.
 
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -21,7 +22,17 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Tolerance, Parts, Winding, Help, PartsHelp, Version };
+enum class Command { Design, Render, Export, Tolerance, Parts, Winding, Help, Version };
+
+// One row per command: its word, its lines in the general usage, and its own
+// `--help` text. A new command adds a row here.
+struct CommandInfo {
+  const char* word;
+  Command command;
+  std::string (*usageLines)();  // "  drenik WORD ...\n" lines
+  std::string (*help)();        // what `drenik WORD --help` prints
+};
+std::span<const CommandInfo> Commands();
 
 // The design page's choices; unset ones keep the first-start defaults.
 struct Choices {
@@ -50,6 +61,7 @@ struct ToleranceOptions {
 
 struct CliOptions {
   Command command = Command::Help;
+  std::string helpText;  // for Help: the text to print
   Choices choices;
   ValueStage values = ValueStage::FiveC;  // --values
   bool json = false;
@@ -62,6 +74,8 @@ struct CliOptions {
   PartsOptions parts;
   ToleranceOptions tolerance;
   std::optional<Former> former;  // winding: --core or --air-core
+  // Lines for standard error: options that have no effect on the output.
+  std::vector<std::string> notices;
 };
 
 // Throws UsageError.

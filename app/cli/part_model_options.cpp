@@ -1,5 +1,8 @@
 #include "cli/part_model_options.h"
 
+#include <cmath>
+
+#include "cli/number_reader.h"
 #include "cli/options.h"
 #include "core/formatters.h"
 
@@ -12,14 +15,14 @@ std::string LawWords() {
   return words;
 }
 
-// A value typed as a box reads it (prefix letters, "," as point).
-float Entry(const std::string& name, std::string text, bool zeroAllowed, const char* what) {
-  const std::string given = text;
-  const float v = CheckEntry(text);
-  if (v < 0 || (v == 0 && !zeroAllowed))
+// Read as every number on the command line is (prefix letters, "," as
+// point); a part value is stored in single precision like the record's.
+float Entry(const std::string& name, const std::string& text, bool zeroAllowed, const char* what) {
+  const double v = ReadNumber(name, text);
+  if (v < 0 || (v == 0 && !zeroAllowed) || !std::isfinite(static_cast<float>(v)))
     throw UsageError(name + ": expected " + what + (zeroAllowed ? " of 0 or above" : " above 0") +
-                     ", got '" + given + "'");
-  return v;
+                     ", got '" + text + "'");
+  return static_cast<float>(v);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #include "cli/parts_command.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 
 #include "cli/json_output.h"
 #include "cli/messages.h"
+#include "cli/number_reader.h"
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
@@ -24,9 +26,14 @@ std::string SeriesWords(const char* separator) {
   return words;
 }
 
-ESeries Series(const std::string& option, const std::string& value) {
+ESeries Series(const std::string& option, const std::string& value, const char* words) {
   if (std::optional<ESeries> s = ESeriesNamed(value)) return *s;
-  throw UsageError(option + ": expected " + SeriesWords(", ") + ", got '" + value + "'");
+  throw UsageError(option + ": expected " + words + SeriesWords(", ") + ", got '" + value + "'");
+}
+
+bool IsExact(std::string v) {
+  for (char& c : v) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return v == "exact";
 }
 
 }  // namespace
@@ -156,7 +163,15 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& o
 }  // namespace
 
 std::optional<Former> AirCoreOption(const std::string& name, const std::string& v) {
-  if (std::optional<Former> f = AirCoreNamed(v)) return f;
+  // Both sizes are numbers as every other option reads them (no hex, no nan).
+  const size_t colon = v.find(':');
+  if (colon != std::string::npos) {
+    const double form = ReadNumber(name, v.substr(0, colon));
+    const double wire = ReadNumber(name, v.substr(colon + 1));
+    char text[64];
+    std::snprintf(text, sizeof text, "%.17g:%.17g", form, wire);
+    if (std::optional<Former> f = AirCoreNamed(text)) return f;
+  }
   throw UsageError(name + ": expected FORM_MM:WIRE_MM, both above 0 (e.g. 6:0.8), got '" + v + "'");
 }
 
@@ -172,7 +187,7 @@ bool ParsePartsOption(const std::string& name, const std::function<std::string()
     return false;
   if (!partsCommand) throw UsageError(name + ": only for 'parts'");
   if (name == "--cseries") {
-    parts.request.capacitors = Series(name, value());
+    parts.request.capacitors = Series(name, value(), "");
   } else if (name == "--air-core") {
     parts.request.former = AirCoreOption(name, value());
     parts.request.inductors.reset();
@@ -180,7 +195,7 @@ bool ParsePartsOption(const std::string& name, const std::function<std::string()
     // An E series, or a toroid core whose whole turns make the series.
     const std::string v = value();
     parts.request.former.reset();
-    if (v == "exact") {
+    if (IsExact(v)) {
       parts.request.inductors.reset();
     } else if (std::optional<ESeries> e = ESeriesNamed(v)) {
       parts.request.inductors = e;

@@ -1,5 +1,9 @@
 #include "cli/run_design.h"
 
+#include <algorithm>
+
+#include "cli/number_reader.h"
+#include "core/number_text.h"
 #include "pages/application.h"
 #include "synthesis/families.h"
 
@@ -51,6 +55,17 @@ void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
   }
 }
 
+// The value the design uses for a typed choice, against the one typed.
+void NoteClamp(const std::string& option, const std::optional<std::string>& typed, double used,
+               const char* unit, std::vector<std::string>& notices) {
+  if (!typed || *typed == "inf" || (option == "--impedance" && *typed == "50")) return;
+  const double asked = ReadNumber(option, *typed);
+  const float askedFloat = static_cast<float>(std::clamp(asked, -3e38, 3e38));
+  if (askedFloat == static_cast<float>(used)) return;
+  notices.push_back(option + ": the design page does not take '" + *typed + "'; it used " +
+                    RoundTripText(static_cast<float>(used)) + unit + " instead");
+}
+
 }  // namespace
 
 std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform) {
@@ -84,6 +99,11 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
     result->parts = app.Display().ChosenParts();
   }
   app.Display().SetAnalysisObserver(nullptr);
+
+  const Choices& c = options.choices;
+  NoteClamp("--bandwidth", c.bandwidth, result->exact.Width, " Hz", result->notices);
+  NoteClamp("--impedance", c.impedance, result->exact.Rsource, " ohms", result->notices);
+  NoteClamp("--q", c.q, result->exact.Qind, "", result->notices);
 
   result->chosen = options.values == ValueStage::Exact ? result->exact : app.Record();
   if (options.values != ValueStage::Exact) result->page = app.DisplayCanvas();

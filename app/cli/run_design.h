@@ -6,6 +6,8 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "cli/console_platform.h"
 #include "cli/options.h"
@@ -26,6 +28,9 @@ struct DesignResult {
   RecordingCanvas page;  // the display page at that stage
   // For `parts`: the chosen-parts stage, which `chosen` and `page` then show.
   std::optional<PartsChoice> parts;
+  // One line for each typed value that the design page replaced by one it
+  // takes (a bandwidth below its least, a Q below its least, ...).
+  std::vector<std::string> notices;
 };
 
 // Throws UsageError for a choice the design page does not offer with the

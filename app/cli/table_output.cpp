@@ -4,8 +4,13 @@
 #include <cmath>
 #include <cstdio>
 
+#include <limits>
+#include <vector>
+
+#include "analysis/band_figures.h"
 #include "core/element_kinds.h"
 #include "core/formatters.h"
+#include "parts/figures.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/families.h"
 
@@ -29,6 +34,53 @@ float TransmissionAtCutoff(const DesignRecord& d) {
     if (std::fabs(d.Freq[i] - d.Width) < std::fabs(d.Freq[best] - d.Width)) best = i;
   }
   return d.Transmission[best];
+}
+
+std::string Fixed(double v) {
+  if (std::isnan(v)) return "-";
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f", v);
+  return text;
+}
+
+// The passband figures from the sweep; the stopband figure at the sweep's
+// stopband points.
+struct StageFigures {
+  double returnLoss = std::numeric_limits<double>::infinity();
+  double loss = -std::numeric_limits<double>::infinity();
+  double stopband = 0;
+};
+
+StageFigures FiguresAt(const DesignRecord& d, const Bands& bands) {
+  StageFigures f;
+  std::vector<double> stop;
+  for (int i = 0; i <= std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1); ++i) {
+    if (InPassband(bands, d.Freq[i])) {
+      f.returnLoss = std::min(f.returnLoss, -double{d.Reflection[i]});
+      f.loss = std::max(f.loss, -double{d.Transmission[i]});
+    }
+    if (InStopband(bands, d.Freq[i])) stop.push_back(d.Freq[i]);
+  }
+  f.stopband = LeastAttenuation(d, stop);
+  return f;
+}
+
+void WriteFigures(const DesignRecord& exact, const DesignRecord& chosen,
+                  const std::string& chosenTitle, std::ostream& out) {
+  const Bands bands = BandsOf(exact);
+  out << "Worst return loss and loss " << (bands.highpass ? "from " : "up to ")
+      << TrimBlanks(FormatFrequency(bands.cutoff)) << ", least attenuation "
+      << (bands.highpass ? "at and below " : "at and beyond ")
+      << TrimBlanks(FormatFrequency(bands.stopEdge)) << ":\n"
+      << "  " << Padded("", 10) << Padded("Return, dB", 12) << Padded("Loss, dB", 10)
+      << "Stopband, dB\n";
+  for (const auto& [title, d] :
+       {std::pair<std::string, const DesignRecord*>{"exact", &exact}, {chosenTitle, &chosen}}) {
+    if (d == &chosen && chosenTitle == "exact") break;
+    const StageFigures f = FiguresAt(*d, bands);
+    out << "  " << Padded(title, 10) << Padded(Fixed(f.returnLoss), 12) << Padded(Fixed(f.loss), 10)
+        << Fixed(f.stopband) << "\n";
+  }
 }
 
 }  // namespace
@@ -59,7 +111,9 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
       << " ohms, Rload: " << TrimBlanks(FormatValue(d.Rload)) << " ohms\n";
   out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
       << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
-      << chosenTitle << ")\n\n";
+      << chosenTitle << ")\n";
+  WriteFigures(exact, chosen, chosenTitle, out);
+  out << "\n";
 
   out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12) << Padded("C exact", 12)
       << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";

@@ -1,11 +1,11 @@
 #include "cli/tolerance_command.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
+#include <limits>
 
 #include "cli/json_output.h"
+#include "cli/number_reader.h"
 #include "cli/progress_line.h"
 #include "core/formatters.h"
 #include "synthesis/families.h"
@@ -21,14 +21,13 @@ namespace {
   throw UsageError(name + ": expected " + expected + ", got '" + text + "'");
 }
 
-// The whole text as a finite decimal number.
+// The whole text as a number, read as every number on the command line is.
 double Number(const std::string& name, const std::string& text, const std::string& expected) {
-  char* end = nullptr;
-  const double v = std::strtod(text.c_str(), &end);
-  if (text.empty() || std::isspace(static_cast<unsigned char>(text[0])) || *end != '\0' ||
-      !std::isfinite(v))
+  try {
+    return ReadNumber(name, text);
+  } catch (const UsageError&) {
     Bad(name, expected, text);
-  return v;
+  }
 }
 
 double Percent(const std::string& name, const std::string& text) {
@@ -45,16 +44,9 @@ double Decibels(const std::string& name, const std::string& text) {
   return v;
 }
 
-// Read as the bandwidth box reads it (prefix letters, "," as the point, an
-// exponent), but it must start like a number and come to more than 0 Hz.
 double Frequency(const std::string& name, const std::string& text) {
   const char* expected = "a frequency such as 4.2M, 8,4M or 1.5E6";
-  const std::string starts = "0123456789.,+";
-  if (text.empty() || starts.find(text[0]) == std::string::npos ||
-      text.find_first_of("0123456789") == std::string::npos)
-    Bad(name, expected, text);
-  std::string entry = text;
-  const double f = CheckEntry(entry);
+  const double f = Number(name, text, expected);
   if (!(f > 0)) Bad(name, expected, text);
   return f;
 }
@@ -229,16 +221,9 @@ void ParseToleranceOption(const std::string& name, const std::string& value, Tol
       Bad(name, "uniform or normal", value);
     }
   } else if (name == "--trials") {
-    const char* expected = "a whole number of trials from 1 to 1000000";
-    const double n = Number(name, value, expected);
-    if (n < 1 || n > kMaxTrials || n != std::floor(n)) Bad(name, expected, value);
-    o.trials = static_cast<int>(n);
+    o.trials = static_cast<int>(ReadCount(name, value, 1, kMaxTrials));
   } else if (name == "--seed") {
-    uint64_t seed = 0;
-    const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), seed);
-    if (value.empty() || ec != std::errc() || end != value.data() + value.size())
-      Bad(name, "a whole number from 0 to 18446744073709551615", value);
-    o.seed = seed;
+    o.seed = ReadCount(name, value, 0, std::numeric_limits<uint64_t>::max());
   } else if (name == "--pass-edge") {
     o.passEdge = Frequency(name, value);
   } else if (name == "--pass-rl") {

@@ -207,7 +207,7 @@ std::string FormatSmall(double value) {
 }
 
 float CheckEntry(std::string& entry) {
-  if (entry.size() > 12) entry.resize(12);
+  if (entry.size() > kEntryCharacters) entry.resize(kEntryCharacters);
 
   std::string digits;  // what the walk keeps: sign, digits, point, exponent, prefix
   double multiplier = 1;

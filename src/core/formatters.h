@@ -3,6 +3,7 @@
 // and in the exported files, and the entry check that reads what the user
 // types ("4,7k", "1.5E6", "2.2uH").
 
+#include <cstddef>
 #include <string>
 
 namespace drenik {
@@ -25,6 +26,9 @@ std::string FormatSmall(double value);
 // The formatters' texts without their leading and trailing blanks, for labels
 // that are laid out by their own position.
 std::string TrimBlanks(const std::string& text);
+
+// The characters an entry box holds; CheckEntry reads no more than these.
+inline constexpr size_t kEntryCharacters = 12;
 
 // Reads a typed entry. Cuts the caller's text to 12 characters when longer.
 // Never fails: unreadable text reads as 0; the result is clamped to +-1e10.

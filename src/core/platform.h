@@ -23,7 +23,9 @@ class Platform {
                                      const std::string& proposedName) = 0;
   virtual std::string OpenFileDialog(const std::string& title, const std::string& filter,
                                      const std::string& proposedName) = 0;
-  virtual void OpenUrl(const std::string& url) = 0;
+  // Shows a web page or file in the user's browser; false when none could
+  // be started.
+  virtual bool OpenUrl(const std::string& url) = 0;
   // The audible alert.
   virtual void Beep() = 0;
   // Today's date in the system's short form.
@@ -45,7 +47,7 @@ class NullPlatform : public Platform {
   std::string OpenFileDialog(const std::string&, const std::string&, const std::string&) override {
     return {};
   }
-  void OpenUrl(const std::string&) override {}
+  bool OpenUrl(const std::string&) override { return false; }
   void Beep() override {}
   std::string TodayShort() override { return {}; }
   void EndProgram() override {}

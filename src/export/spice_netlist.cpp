@@ -18,6 +18,7 @@
 #include "analysis/ladder.h"
 #include "core/atomic_file.h"
 #include "core/element_kinds.h"
+#include "core/number_text.h"
 #include "export/writers.h"
 #include "synthesis/families.h"
 
@@ -30,6 +31,12 @@ std::string Number(double v) {
   char buf[32];
   std::snprintf(buf, sizeof buf, "%.9g", v);
   return buf;
+}
+
+// The record's values are single-precision: written as the float they are
+// (750 pF as 7.5e-10, not 7.49999951e-10).
+std::string Number(float v) {
+  return RoundTripText(v);
 }
 
 // A kind the analysis models, or nullptr (such a position is a wire there).
@@ -139,8 +146,8 @@ std::string SpiceNetlistText(const DesignRecord& d) {
   NetlistBuilder net(d, seriesArms);
   const std::string title = d.ProgramTitle.empty() ? "Drenik Filter Designer" : d.ProgramTitle;
   net.Line(title + (d.Version.empty() ? "" : " " + d.Version) + ": " + FamilyName(d.Family) +
-           " order " + std::to_string(d.Order) + " " + d.Topology + ", cutoff " + Number(d.Width) +
-           " Hz");
+           " order " + std::to_string(d.Order) + " " + d.Topology + ", cutoff " +
+           Number(double{d.Width}) + " Hz");
   net.Line("* Transducer gain, dB = 20*log10(|V(out)|) + 10*log10(Rsource/Rload)");
   net.ModelNote();
   net.Line("VGEN gen 0 DC 0 AC 2");

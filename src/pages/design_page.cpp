@@ -7,6 +7,7 @@
 #include "pages/design_choices.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
+#include "pages/user_guide.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
@@ -87,7 +88,7 @@ void DesignPage::Build() {
   c.AddButton("cmdDesign", "Display responses").SetHandler([this] { OnDesign(); });
   c.AddButton("cmdExit", "Exit").SetHandler([this] { host_.EndProgram(true); });
   c.AddButton("cmdZelmarSoftware", "Zelmar Software").SetHandler([this] {
-    platform_.OpenUrl(host_.UserGuideUrl());
+    OpenUserGuide(platform_, host_.UserGuideUrl());
   });
 }
 

@@ -5,7 +5,9 @@
 #include "pages/display_page.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
+#include "plot/frequency_axis.h"
 #include "plot/legends.h"
+#include "plot/response_plot.h"
 #include "synthesis/denormalize.h"
 
 namespace drenik {
@@ -27,6 +29,11 @@ void DisplayPage::ChosenPartsStage() {
   PartsChoice choice;
   Act(ChooseParts(exact, partsRequest_, choice), controls_);
   ApplyParts(choice, d_);
+  // Another run's curves go at once: the new ones need not cover them.
+  if (chosen_) {
+    for (int32_t color : {kChosenTransmissionColor, kChosenReflectionColor})
+      canvas_.DropLines(color, kPlotLeft, kPlotTop, kPlotRight, kPlotBottom);
+  }
   chosen_ = std::move(choice);
   AnalyzeAndDraw(kChosenPartsMode);
   DrawChosenPartsLegends(canvas_);

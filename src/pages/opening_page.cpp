@@ -5,6 +5,7 @@
 #include "core/last_session.h"
 #include "pages/schematic.h"
 #include "pages/session_check.h"
+#include "pages/user_guide.h"
 
 namespace drenik {
 
@@ -56,7 +57,7 @@ void OpeningPage::Load() {
 }
 
 void OpeningPage::VisitUserGuide() {
-  controls_.RunEvent([this] { platform_.OpenUrl(host_.UserGuideUrl()); });
+  controls_.RunEvent([this] { OpenUserGuide(platform_, host_.UserGuideUrl()); });
 }
 
 }  // namespace drenik

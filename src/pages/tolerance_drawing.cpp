@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
+#include <vector>
 
 #include "core/formatters.h"
 #include "pages/opening_page.h"
@@ -245,38 +247,72 @@ void YieldBlock(const ToleranceFigures& f, Canvas& c) {
   }
 }
 
-void ReturnLossHistogram(const ToleranceFigures& f, Canvas& c) {
-  const ToleranceResult* r = f.result;
-  if (!r) return;
-  Text(c, kHistLeft, kHistTop - 330, "Worst passband return loss of each filter, dB", 8, true);
-  const Histogram h = MakeHistogram(r->worstReturnLoss, 24);
-  c.FilledBox(kHistLeft, kHistTop, kHistRight, kHistBottom, kWhite);
+// One histogram of a per-filter figure in dB, where more is better: bars
+// that meet the mask's limit in blue-grey, the others red.
+struct HistogramPanel {
+  float left, right;
+  const char* title;
+  const std::vector<float>* values;
+  std::optional<double> limit;
+  double nominal;
+  const char* empty;  // said when no filter has the figure
+};
+
+// The mask and nominal labels stand in a row above the box, each beside its
+// line and clear of the other, so that they never cover a bar or a line.
+void MarkerLabels(Canvas& c, const HistogramPanel& p, float xMask, float xNominal) {
+  struct Label {
+    float x;
+    std::string text;
+    int32_t color;
+  };
+  std::vector<Label> labels;
+  if (p.limit) labels.push_back({xMask, "mask " + Fixed(*p.limit, 1), kMaskColor});
+  if (std::isfinite(p.nominal))
+    labels.push_back({xNominal, "nominal " + Fixed(p.nominal, 1), kBlack});
+  std::sort(labels.begin(), labels.end(), [](const Label& a, const Label& b) { return a.x < b.x; });
+  c.SetFont("Arial", 7, false);
+  float row = kHistTop - 190, leftFree = p.left - 300;
+  for (size_t i = 0; i < labels.size(); ++i) {
+    const float w = c.TextWidth(labels[i].text);
+    // The first of two ends left of its line, the other starts right of it.
+    float x = labels.size() == 2 && i == 0 ? labels[i].x - 40 - w : labels[i].x + 40;
+    x = std::clamp(x, p.left - 300, p.right - w);
+    if (x < leftFree) row -= 170;  // no room beside the other: a row higher
+    Text(c, x, row, labels[i].text, 7, false, labels[i].color);
+    leftFree = x + w + 60;
+  }
+}
+
+void DrawHistogram(Canvas& c, const HistogramPanel& p) {
+  Wrapped(c, p.left - 300, kHistTop - 750, p.right - p.left + 300, p.title, true, 200);
+  const Histogram h = MakeHistogram(*p.values, 16);
+  c.FilledBox(p.left, kHistTop, p.right, kHistBottom, kWhite);
   if (h.counts.empty()) {
-    Text(c, kHistLeft + 200, kHistTop + 400, "The sweep has no passband points.", 8);
-    Outline(c, kHistLeft, kHistTop, kHistRight, kHistBottom, 1, kFrameGrey);
+    Wrapped(c, p.left + 100, kHistTop + 300, p.right - p.left - 200, p.empty);
+    Outline(c, p.left, kHistTop, p.right, kHistBottom, 1, kFrameGrey);
     return;
   }
-  const std::optional<double> limit = f.setup->mask.passRl;
   double lo = h.low, hi = h.low + h.width * h.counts.size();
-  for (double v : {limit.value_or(lo), static_cast<double>(r->nominalReturnLoss)})
+  for (double v : {p.limit.value_or(lo), p.nominal})
     if (std::isfinite(v)) lo = std::min(lo, v - h.width), hi = std::max(hi, v + h.width);
   auto X = [&](double v) {
-    return static_cast<float>(kHistLeft + (kHistRight - kHistLeft) * (v - lo) / (hi - lo));
+    return static_cast<float>(p.left + (p.right - p.left) * (v - lo) / (hi - lo));
   };
   const int most = std::max(1, h.Most());
   const float height = (kHistBottom - kHistTop) * 0.9f;
   for (size_t i = 0; i < h.counts.size(); ++i) {
     if (!h.counts[i]) continue;
     const double left = h.low + h.width * i;
-    const bool meets = !limit || left + h.width / 2 >= *limit;
+    const bool meets = !p.limit || left + h.width / 2 >= *p.limit;
     const float top = kHistBottom - height * h.counts[i] / most;
     c.FilledBox(X(left) + 8, top, X(left + h.width) - 8, kHistBottom, meets ? kPassBar : kFailBar);
   }
-  // Labels every 1-2-5 step that leaves room for about eight of them.
-  const double span = hi - lo, decade = std::pow(10.0, std::floor(std::log10(span / 8)));
+  // Labels every 1-2-5 step that leaves room for about five of them.
+  const double span = hi - lo, decade = std::pow(10.0, std::floor(std::log10(span / 5)));
   double step = decade;
   for (double m : {1.0, 2.0, 5.0, 10.0})
-    if (span / (m * decade) <= 8) {
+    if (span / (m * decade) <= 5) {
       step = m * decade;
       break;
     }
@@ -288,21 +324,35 @@ void ReturnLossHistogram(const ToleranceFigures& f, Canvas& c) {
     c.SetFont("Arial", 7, false);
     Text(c, X(v) - c.TextWidth(label) / 2, kHistBottom + 80, label, 7);
   }
-  TextLeftOf(c, kHistLeft - 60, kHistBottom - 110, "0", 7);
-  TextLeftOf(c, kHistLeft - 60, kHistBottom - height - 100, std::to_string(most), 7);
-  auto marker = [&](double v, int32_t color, const std::string& label, float y) {
-    if (!std::isfinite(v)) return;
+  TextLeftOf(c, p.left - 60, kHistBottom - 110, "0", 7);
+  TextLeftOf(c, p.left - 60, kHistBottom - height - 100, std::to_string(most), 7);
+  auto line = [&](double v, int32_t color) {
     c.SetForeColor(color);
     c.SetDrawWidth(2);
     c.Line(X(v), kHistTop, X(v), kHistBottom);
     c.SetDrawWidth(1);
-    c.SetFont("Arial", 7, false);
-    const float w = c.TextWidth(label);
-    Text(c, X(v) + 60 + w < kHistRight ? X(v) + 60 : X(v) - 60 - w, y, label, 7, false, color);
   };
-  if (limit) marker(*limit, kMaskColor, "mask " + Fixed(*limit, 1), kHistTop + 40);
-  marker(r->nominalReturnLoss, kBlack, "nominal " + Fixed(r->nominalReturnLoss, 1), kHistTop + 240);
-  Outline(c, kHistLeft, kHistTop, kHistRight, kHistBottom, 1, kFrameGrey);
+  if (p.limit) line(*p.limit, kMaskColor);
+  if (std::isfinite(p.nominal)) line(p.nominal, kBlack);
+  MarkerLabels(c, p, p.limit ? X(*p.limit) : 0, std::isfinite(p.nominal) ? X(p.nominal) : 0);
+  Outline(c, p.left, kHistTop, p.right, kHistBottom, 1, kFrameGrey);
+}
+
+// The worst passband return loss and the least stopband attenuation of each
+// filter side by side: either check may be the one that fails.
+void Histograms(const ToleranceFigures& f, Canvas& c) {
+  const ToleranceResult* r = f.result;
+  if (!r) return;
+  const Mask& mask = f.setup->mask;
+  // No one line stands for the depths of several stopband checks.
+  std::optional<double> stopLimit;
+  if (mask.stops.size() == 1) stopLimit = mask.stops[0].depth;
+  DrawHistogram(
+      c, {kHistLeft, kHistMiddle - 150, "Worst passband return loss, dB", &r->worstReturnLoss,
+          mask.passRl, r->nominalReturnLoss, "The sweep has no passband points."});
+  DrawHistogram(
+      c, {kHistMiddle + 300, kHistRight, "Least stopband attenuation, dB", &r->worstStopAttenuation,
+          stopLimit, r->nominalStopAttenuation, "The mask checks no stopband point."});
 }
 
 void SensitivityTable(const ToleranceFigures& f, Canvas& c) {
@@ -347,7 +397,7 @@ void DrawToleranceFigures(const ToleranceFigures& f, Canvas& c) {
   Text(c, 3600, 470, f.result ? parts : "Nominal response and mask; press Run for the yield.", 8);
   ResponsePlot(f, c);
   YieldBlock(f, c);
-  ReturnLossHistogram(f, c);
+  Histograms(f, c);
   SensitivityTable(f, c);
   SetDefaultPageFont(c);
   c.SetForeColor(kBlack);

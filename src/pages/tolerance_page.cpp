@@ -1,10 +1,10 @@
 #include "pages/tolerance_page.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 
 #include "core/formatters.h"
+#include "core/whole_number.h"
 #include "pages/opening_page.h"
 #include "pages/tolerance_drawing.h"
 
@@ -185,6 +185,10 @@ void TolerancePage::Prefill() {
   set("txtTighten", Number(defaults.tightenPercent));
   controls_.FindOption("optUniform")->SetSelectedQuietly(true);
   controls_.FindOption("optNormal")->SetSelectedQuietly(false);
+  // Which margin the filled-in mask keeps from the nominal design's figures.
+  controls_.FindFrame("frmMask")->SetCaption(
+      "Mask (filled in " + Number(kMaskMarginDb) + " dB inside the nominal" +
+      (mask.passIl ? ", loss " + Number(kLossMarginDb) + " dB" : "") + ")");
   set("txtPassEdge", TrimBlanks(FormatFrequency(mask.passEdge)));
   set("txtPassRl", mask.passRl ? Number(*mask.passRl) : "");
   set("txtPassIl", mask.passIl ? Number(*mask.passIl) : "");
@@ -231,14 +235,16 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
     return false;
   s.distribution =
       controls_.FindOption("optNormal")->Selected() ? Distribution::Normal : Distribution::Uniform;
-  double trials = 0;
-  if (!read("txtTrials", trials) || trials < 1 || trials > kMaxTrials)
-    return fail("The number of trials must be 1 to 1,000,000.");
-  s.trials = static_cast<int>(std::lround(trials));
-  const std::string seed = Trimmed(controls_.FindTextBox("txtSeed")->Text());
-  const auto [end, ec] = std::from_chars(seed.data(), seed.data() + seed.size(), s.seed);
-  if (seed.empty() || ec != std::errc() || end != seed.data() + seed.size())
-    return fail("The seed must be a whole number of 0 or more.");
+  // Counts are whole: "10,000" is ten thousand here, never ten.
+  const auto trials = ReadWholeNumber(Trimmed(controls_.FindTextBox("txtTrials")->Text()));
+  if (!trials || *trials < 1 || *trials > static_cast<uint64_t>(kMaxTrials))
+    return fail(
+        "The number of trials must be a whole number from 1 to 1,000,000 (such as 10,000 "
+        "or 10k).");
+  s.trials = static_cast<int>(*trials);
+  const auto seed = ReadWholeNumber(Trimmed(controls_.FindTextBox("txtSeed")->Text()));
+  if (!seed) return fail("The seed must be a whole number of 0 or more.");
+  s.seed = *seed;
 
   double edge = 0;
   if (!read("txtPassEdge", edge) || !(edge > 0))

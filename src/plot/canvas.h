@@ -45,6 +45,11 @@ class Canvas {
 
   // Clears the whole page to white.
   virtual void Clear() = 0;
+  // Takes back the lines of one colour that lie wholly inside a rectangle: a
+  // stage's old curves before it is drawn afresh with other values. A canvas
+  // that keeps no record of its drawing has nothing to take back.
+  virtual void DropLines(int32_t /*color*/, float /*left*/, float /*top*/, float /*right*/,
+                         float /*bottom*/) {}
 };
 
 }  // namespace drenik

@@ -228,6 +228,19 @@ void RecordingCanvas::Clear() {
   Changed();
 }
 
+void RecordingCanvas::DropLines(int32_t color, float left, float top, float right, float bottom) {
+  for (DrawOp& op : ops_) {
+    if (op.hidden || op.kind != DrawOp::Kind::Line || op.color != color) continue;
+    if (std::min(op.x1, op.x2) < left || std::max(op.x1, op.x2) > right ||
+        std::min(op.y1, op.y2) < top || std::max(op.y1, op.y2) > bottom)
+      continue;
+    op.hidden = true;
+    ++hiddenCount_;
+    indexValid_ = false;
+  }
+  Changed();
+}
+
 const std::vector<DrawOp>& RecordingCanvas::Ops() const {
   Compact();
   return ops_;

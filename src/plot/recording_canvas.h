@@ -57,6 +57,7 @@ class RecordingCanvas : public Canvas {
   float TextHeight() const override;
 
   void Clear() override;
+  void DropLines(int32_t color, float left, float top, float right, float bottom) override;
 
   // The visible operations in drawing order.
   const std::vector<DrawOp>& Ops() const;

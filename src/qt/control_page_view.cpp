@@ -1,6 +1,7 @@
 #include "qt/control_page_view.h"
 
 #include <QFocusEvent>
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +16,9 @@
 namespace drenik {
 
 namespace {
+
+// Pixels a push button's frame and margins take from its caption's width.
+constexpr int kCaptionPadding = 8;
 
 QString Q(const std::string& s) {
   return QString::fromStdString(s);
@@ -236,6 +240,13 @@ void ControlPageView::Relayout() {
     // One point is 20 page units.
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(p.pointSize * 20 * scale_))));
     font.setBold(p.bold);
+    // Pixel sizes round, and a small window can leave a caption a few pixels
+    // wider than its button: such a caption steps down until it fits.
+    if (auto* button = qobject_cast<QPushButton*>(entry.widget)) {
+      const int room = button->width() - kCaptionPadding;
+      while (font.pixelSize() > 1 && QFontMetrics(font).horizontalAdvance(button->text()) > room)
+        font.setPixelSize(font.pixelSize() - 1);
+    }
     entry.widget->setFont(font);
   }
 }

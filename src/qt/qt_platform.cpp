@@ -62,9 +62,9 @@ std::string QtPlatform::OpenFileDialog(const std::string& title, const std::stri
   return path.toStdString();
 }
 
-void QtPlatform::OpenUrl(const std::string& url) {
+bool QtPlatform::OpenUrl(const std::string& url) {
   QUrl target = QUrl::fromUserInput(QString::fromStdString(url));
-  QDesktopServices::openUrl(target);
+  return QDesktopServices::openUrl(target);
 }
 
 void QtPlatform::Beep() {

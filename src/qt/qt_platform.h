@@ -21,7 +21,7 @@ class QtPlatform : public Platform {
                              const std::string& proposedName) override;
   std::string OpenFileDialog(const std::string& title, const std::string& filter,
                              const std::string& proposedName) override;
-  void OpenUrl(const std::string& url) override;
+  bool OpenUrl(const std::string& url) override;
   void Beep() override;
   std::string TodayShort() override;
   void EndProgram() override;

@@ -51,15 +51,20 @@ struct ToleranceDesign {
 // to Rsource as the sweep refers it.
 ToleranceDesign ToleranceDesignOf(const DesignRecord& d);
 
+// The margins of the default mask below the nominal design's own figures,
+// dB: the return loss and stopband attenuation less kMaskMarginDb, the loss
+// plus kLossMarginDb.
+inline constexpr double kMaskMarginDb = 3;
+inline constexpr double kLossMarginDb = 1;
+
 // The mask when the user gives none, from the nominal design's response:
 // the passband to the cutoff (or to passEdge, Hz, when above 0); a return
-// loss 3 dB under the nominal worst there (rounded down to 0.1 dB) where
-// that leaves at least 3 dB, else a loss 1 dB over the nominal worst
-// (rounded up to 0.1 dB); from a Cauer design's stopband edge its depth
-// (or, where rounding to standard values has cost the nominal design some
-// of it, the nominal attenuation there rounded down to a whole dB); for the
-// others from twice the cutoff (to half of it for a highpass) the nominal
-// attenuation there less 3 dB, rounded down to a whole dB.
+// loss kMaskMarginDb under the nominal worst there (rounded down to 0.1 dB)
+// where that leaves at least 3 dB, else a loss kLossMarginDb over the
+// nominal worst (rounded up to 0.1 dB); from a Cauer design's stopband edge,
+// for the others from twice the cutoff (to half of it for a highpass), the
+// nominal least attenuation there less kMaskMarginDb, rounded down to a
+// whole dB.
 Mask DefaultMask(const ToleranceDesign& design, double passEdge = 0);
 
 struct ToleranceSetup {

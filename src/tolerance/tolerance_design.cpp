@@ -68,19 +68,20 @@ Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
   if (first <= last) {
     const double s11Max = *std::max_element(s11.begin() + first, s11.begin() + last + 1);
     const double s21Min = *std::min_element(s21.begin() + first, s21.begin() + last + 1);
-    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - 3) * 10) / 10;
+    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - kMaskMarginDb) * 10) / 10;
     if (returnLoss >= 3)
       mask.passRl = returnLoss;
     else  // an edge at the 3 dB point reflects half the power there
-      mask.passIl = std::ceil((-TransmissionDbOf(s21Min) + 1) * 10) / 10;
+      mask.passIl = std::ceil((-TransmissionDbOf(s21Min) + kLossMarginDb) * 10) / 10;
   }
 
   PointsBeyond(grid, from, design.highpass, first, last);
   if (first > last) return mask;
   const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
   const double nominal = -TransmissionDbOf(s21Max);
-  const double depth = cauer && nominal >= design.stopDepth ? design.stopDepth
-                                                            : std::floor(nominal - (cauer ? 0 : 3));
+  // The same margin for every family: a Cauer design's nominal depth is met
+  // with almost nothing to spare, and parts off by a percent would fail it.
+  const double depth = std::floor(nominal - kMaskMarginDb);
   if (depth > 0) mask.stops.push_back({from, depth});
   return mask;
 }

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "cli/json_output.h"
+#include "cli/options.h"
 #include "cli/run_design.h"
 #include "core/formatters.h"
 #include "json_reader.h"
@@ -64,7 +65,27 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
       {"parts --lseries 5%", "--lseries"},
       {"parts --values 5l", "--values"},
       {"design --pairs", "--pairs"},
-      {"parts --bom", "--bom"}};
+      {"parts --bom", "--bom"},
+      // Numbers: nothing but a decimal number, an exponent and a prefix.
+      {"design --bandwidth abc", "--bandwidth"},
+      {"design --bandwidth 4.2meg", "--bandwidth"},
+      {"design --bandwidth 0x10", "--bandwidth"},
+      {"design --bandwidth 5k5", "--bandwidth"},
+      {"design --bandwidth 1e3k", "--bandwidth"},
+      {"design --bandwidth 4.2000000000M", "--bandwidth"},
+      {"design --impedance 1.00000000000k", "--impedance"},
+      {"design --impedance nan", "--impedance"},
+      {"design --q INF", "--q"},
+      {"design --q 1e400", "--q"},
+      {"design --order +9", "--order"},
+      {"design --order 5.0", "--order"},
+      {"render --size 0x1e3 --png " + png, "--size"},
+      {"tolerance --trials 0x10", "--trials"},
+      {"tolerance --trials 1e4", "--trials"},
+      {"tolerance --seed 1e3", "--seed"},
+      {"tolerance --ctol 0x1p5", "--ctol"},
+      {"parts --lseries E7", "exact, E6"},
+      {"export --csv " + png + " --s2p " + (folder / "./a.png"), "--s2p"}};
   for (const auto& [line, option] : cases) {
     CliRun r = RunLine(line);
     SCOPED_TRACE(r.err);
@@ -73,8 +94,17 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
     EXPECT_NE(r.err.find(option), std::string::npos);
   }
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+  EXPECT_EQ(RunCli({"design", "--impedance", ""}).status, 2);
   EXPECT_EQ(RunLine("--version").out, "2.12\n");
   EXPECT_NE(RunLine("design --help").out.find("--bandwidth"), std::string::npos);
+  // Each command's help shows its own usage and no other command's.
+  for (const cli::CommandInfo& c : cli::Commands()) {
+    const std::string help = RunCli({c.word, "--help"}).out;
+    for (const cli::CommandInfo& other : cli::Commands())
+      EXPECT_EQ(help.find("  drenik " + std::string(other.word) + " [") != std::string::npos,
+                &other == &c)
+          << c.word << " --help: " << help;
+  }
 }
 
 // Published prototype values scaled by hand: a capacitor is g / (R w) in a
@@ -193,6 +223,13 @@ TEST(Cli, ChoicesAreReadAsThePageReadsItsBoxesWithoutTheSessionFile) {
   Json zelmar = DesignJson("--family zelmar --impedance 75");
   EXPECT_TRUE(zelmar["Order"].AsInt() == 5 && zelmar["Rload"].AsFloat() == 75.0f);
 
+  EXPECT_EQ(DesignJson("--impedance 75000000\xC2\xB5")["Rsource"].AsFloat(), 75.0f);
+  EXPECT_EQ(DesignJson("--q inf")["Qind"].AsFloat(), 1e6f);
+  EXPECT_EQ(RunLine("parts --lseries EXACT --json").status, 0);
+  EXPECT_NE(RunLine("tolerance --trials 2,000 --seed +7 --ctol -0")
+                .out.find("capacitors +-0%, inductors +-5%, uniform; 2000 trials, seed 7"),
+            std::string::npos);
+
   TempFolder folder;
   auto previous = std::filesystem::current_path();
   std::filesystem::current_path(folder.Path());
@@ -206,6 +243,23 @@ TEST(Cli, ChoicesAreReadAsThePageReadsItsBoxesWithoutTheSessionFile) {
   EXPECT_EQ(defaults["Apass"].AsFloat(), 0.044f);
 }
 
+// A value the design page clamps is used, and standard error says which.
+TEST(Cli, ClampedValuesAreUsedWithANotice) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"--bandwidth 0", "--bandwidth: the design page does not take '0'; it used 0.1 Hz instead"},
+      {"--bandwidth 20G", "it used 1e+10 Hz"},
+      {"--impedance -5", "--impedance: the design page does not take '-5'; it used 0.1 ohms"},
+      {"--q 1", "--q: the design page does not take '1'; it used 2 instead"},
+      {"--q 1e300", "it used 1e+10 instead"}};
+  for (const auto& [options, notice] : cases) {
+    const CliRun r = RunLine(std::string("design ") + options);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.err.find(notice), std::string::npos) << r.err;
+    EXPECT_EQ(r.err.find('\n'), r.err.size() - 1);
+  }
+  EXPECT_EQ(RunLine("design --bandwidth 4,7k --q 300 --impedance 75").err, "");
+}
+
 // The table lists every position and the terminations; export writes the
 // files asked for and reports a failure.
 TEST(Cli, TableAndExportOutputs) {
@@ -214,6 +268,22 @@ TEST(Cli, TableAndExportOutputs) {
   for (const char* text : {"Butterworth, order 3, Cinlowpass", "Cutoff (3 dB)",
                            "Rsource: 50 ohms, Rload: 50 ohms", "  2  series L", "  3  shunt C"})
     EXPECT_NE(r.out.find(text), std::string::npos) << text;
+
+  // The passband and stopband figures of each stage are the parts table's,
+  // for every family (an octave from the cutoff without a stopband edge).
+  for (const char* design : {"--family cauer --order 7 --topology Linhighpass", "--order 3"}) {
+    const std::string table = RunLine(std::string("design ") + design).out;
+    const Json figures = ParseJson(RunLine(std::string("parts --json ") + design).out)["figures"];
+    for (const auto& [row, stage] : {std::pair{"\n  exact ", "exact"}, {"\n  5% C ", "standard"}}) {
+      const size_t at = table.find(row);
+      ASSERT_NE(at, std::string::npos) << table;
+      const std::string line = table.substr(at + 1, table.find('\n', at + 1) - at - 1);
+      char rl[32], stop[32];
+      std::snprintf(rl, sizeof rl, " %.2f ", figures[stage]["returnLoss"].AsDouble());
+      std::snprintf(stop, sizeof stop, " %.2f", figures[stage]["stopband"].AsDouble());
+      EXPECT_TRUE(line.find(rl) != std::string::npos && line.ends_with(stop)) << line << stop;
+    }
+  }
 
   TempFolder folder;
   r = RunCli({"export", "--csv", folder / "sweep.csv", "--cir", folder / "f.cir"});
@@ -233,7 +303,10 @@ TEST(Cli, RenderWritesThePageInTheFormatAsked) {
   ASSERT_EQ(r.status, 0) << r.err;
   std::string text = ReadWhole(folder / "page.svg");
   EXPECT_TRUE(text.find("<svg") != std::string::npos &&
-              text.find("Cursor on plot") != std::string::npos);
+              text.find("Cursor on plot") != std::string::npos && r.err.empty());
+  r = RunCli({"render", "--pdf", folder / "page.pdf", "--size", "800x600"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.err, "drenik: --size: no effect on a PDF, which is one printed page\n");
 }
 
 TEST(Cli, CauerDesignsInEveryTopology) {

@@ -60,7 +60,8 @@ TEST(ToleranceCli, StopbandBeyondTheSweepIsJudged) {
   const Outcome parts = Drenik("parts --json" + design);
   EXPECT_EQ(parts.out.find("\"stopband\": null"), std::string::npos) << parts.out;
   const Outcome tolerance = Drenik("tolerance --trials 50" + design);
-  EXPECT_NE(tolerance.out.find("attenuation 59 dB from 35.924MHz"), std::string::npos)
+  // 3 dB inside the nominal 59.78 dB, the default margin.
+  EXPECT_NE(tolerance.out.find("attenuation 56 dB from 35.924MHz"), std::string::npos)
       << tolerance.out;
 }
 

@@ -15,6 +15,7 @@
 #include "parts/parts_list.h"
 #include "plot/frequency_axis.h"
 #include "plot/overlay.h"
+#include "plot/response_plot.h"
 #include "support/temp_folder.h"
 #include "synthesis/denormalize.h"
 
@@ -267,6 +268,22 @@ TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheir
   page.OnPartsList();
   EXPECT_EQ(modes.back(), kChosenPartsMode);
   EXPECT_EQ(platform.dialogs.size(), 2u);
+
+  // Another run with other parts replaces the curves at once: one curve of
+  // each colour, never the last run's beside it.
+  App().SetPartsRequestService([&](PartsRequest& r) {
+    r = {ESeries::E6, ESeries::E6, false};
+    return true;
+  });
+  page.OnChosenParts();
+  for (int32_t color : {kChosenTransmissionColor, kChosenReflectionColor})
+    EXPECT_LE(std::ranges::count_if(Page().Ops(),
+                                    [&](const DrawOp& op) {
+                                      return op.kind == DrawOp::Kind::Line && op.color == color &&
+                                             op.x1 >= kPlotLeft && op.y1 >= kPlotTop &&
+                                             op.y1 <= kPlotBottom;
+                                    }),
+              std::ptrdiff_t{D().NrIntervals} + 1);
 }
 
 }  // namespace

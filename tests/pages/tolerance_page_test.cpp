@@ -9,6 +9,7 @@
 
 #include "app_fixture.h"
 #include "core/formatters.h"
+#include "pages/tolerance_drawing.h"
 #include "tolerance/tolerance_text.h"
 
 namespace drenik::testing {
@@ -94,14 +95,16 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
               Box("txtSeed") == "1" && Box("txtTighten") == "0");
   EXPECT_EQ(Box("txtPassEdge"), "7MHz");
   EXPECT_EQ(std::stod(Box("txtPassRl")), *def.passRl);
-  // A Cauer design's own stopband edge and depth.
+  // A Cauer design's own stopband edge, its depth less the margin the frame names.
   const double edge = 7e6 * double{d.FstopNormalized};
   std::string stop = Box("txtStopFreq1");
   EXPECT_NEAR(CheckEntry(stop) / edge, 1, 1e-4);
-  EXPECT_EQ(Box("txtStopDepth1"), "40");
+  EXPECT_EQ(Box("txtStopDepth1"), "37");
+  EXPECT_EQ(Page().Controls().FindFrame("frmMask")->Caption(),
+            "Mask (filled in 3 dB inside the nominal)");
   EXPECT_TRUE(Box("txtStopFreq2").empty() && Drawn("Not run yet"));
 
-  Type("txtTrials", "3k");  // read as the program reads its boxes
+  Type("txtTrials", "3,000");  // a count: the comma groups thousands
   Page().Controls().FindOption("optNormal")->Click();
   Click("cmdRun");
   EXPECT_TRUE(Page().Running() && !Page().Controls().FindButton("cmdRun")->Enabled());
@@ -111,6 +114,23 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
   EXPECT_TRUE(r.trials == 3000 && Page().Setup().distribution == Distribution::Normal);
   EXPECT_TRUE(Drawn(PercentText(r.yield)) && Drawn(IntervalText(r)));
   EXPECT_TRUE(Drawn("Sensitivity: yield with one part held at nominal"));
+  // Both histograms; their mask and nominal labels above the bars, apart.
+  EXPECT_TRUE(Drawn("mask 37.0"));
+  std::vector<DrawOp> labels;
+  for (const DrawOp& op : App().ToleranceCanvas().Ops())
+    if (op.kind == DrawOp::Kind::Text &&
+        (op.text.starts_with("mask ") || op.text.starts_with("nominal ")) &&
+        op.text.find_first_of("0123456789") != std::string::npos)
+      labels.push_back(op);
+  ASSERT_EQ(labels.size(), 4u);
+  for (size_t i = 0; i < labels.size(); ++i) {
+    EXPECT_LT(labels[i].y1 + 150, kHistTop) << labels[i].text;
+    for (size_t j = 0; j < i; ++j)
+      EXPECT_TRUE(labels[i].y1 != labels[j].y1 ||
+                  labels[i].x1 >= labels[j].x1 + labels[j].textWidth ||
+                  labels[j].x1 >= labels[i].x1 + labels[i].textWidth)
+          << labels[i].text << " over " << labels[j].text;
+  }
 
   // The same setup straight through the engine gives the same figures.
   ToleranceResult direct;
@@ -121,7 +141,7 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
   // Opened again on the same design the page stays as it was; a retuned
   // design starts afresh.
   Display().Controls().FindButton("cmdTolerance")->Click();
-  EXPECT_TRUE(Page().HasResult() && Box("txtTrials") == "3k");
+  EXPECT_TRUE(Page().HasResult() && Box("txtTrials") == "3,000");
   Display().OnUp();
   Display().Controls().FindButton("cmdTolerance")->Click();
   EXPECT_TRUE(!Page().HasResult() && Box("txtTrials") == "2000");
@@ -129,11 +149,9 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
 
 TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting) {
   Open({"optChebycheff"});
-  const std::pair<const char*, const char*> bad[] = {{"txtCtol", "60"},
-                                                     {"txtTrials", "0"},
-                                                     {"txtSeed", "-3"},
-                                                     {"txtPassEdge", "edge"},
-                                                     {"txtStopDepth2", "40"}};
+  const std::pair<const char*, const char*> bad[] = {
+      {"txtCtol", "60"}, {"txtTrials", "0"},      {"txtTrials", "2.5"},
+      {"txtSeed", "-3"}, {"txtPassEdge", "edge"}, {"txtStopDepth2", "40"}};
   for (const auto& [box, text] : bad) {
     const std::string before = Box(box);
     Type(box, text);
@@ -141,9 +159,9 @@ TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting)
     EXPECT_FALSE(Page().Running()) << box;
     Type(box, before);
   }
-  ASSERT_EQ(platform.messages.size(), 5u);
+  ASSERT_EQ(platform.messages.size(), 6u);
   EXPECT_EQ(platform.messages[0].text, "The capacitor tolerance must be 0 to 50 %.");
-  EXPECT_NE(platform.messages[4].text.find("row 2"), std::string::npos);
+  EXPECT_NE(platform.messages[5].text.find("row 2"), std::string::npos);
 
   Type("txtTrials", "1000000");
   Click("cmdRun");

@@ -132,3 +132,22 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
 
 }  // namespace
 }  // namespace drenik::testing
+
+namespace drenik::testing {
+namespace {
+
+// Every caption fits its button from a small laptop screen to a large one.
+TEST_F(WindowTest, CaptionsFitTheirButtonsFrom1024x700To1920x1080) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  for (QSize size : {QSize(1024, 700), QSize(1280, 960), QSize(1920, 1080)}) {
+    window->resize(size);
+    QApplication::processEvents();
+    for (QPushButton* b : window->findChildren<QPushButton*>())
+      EXPECT_LE(QFontMetrics(b->font()).horizontalAdvance(b->text()) + 8, b->width())
+          << b->text().toStdString() << " at " << size.width() << "x" << size.height();
+  }
+}
+
+}  // namespace
+}  // namespace drenik::testing

@@ -25,6 +25,13 @@ TEST_F(WindowTest, FirstStartDesignToDisplayAndBackKeepsTheSessionForTheNextStar
   EXPECT_FALSE(window->DesignView().WidgetFor("frmStopbandDepth")->isEnabled());
   Click(Button(window->DesignView(), "cmdZelmarSoftware"));
   EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
+  // Without a browser a message says where the guide is.
+  platform->browser = false;
+  Click(Button(window->DesignView(), "cmdZelmarSoftware"));
+  ASSERT_EQ(platform->messages.size(), 1u);
+  EXPECT_TRUE(platform->messages[0].text.ends_with("It is at guide"));
+  platform->messages.clear();
+  platform->browser = true;
 
   // Zelmar: order fixed at 5, the order, ripple and stopband groups disabled.
   Click(Radio("optZelmar"));
@@ -98,8 +105,11 @@ TEST_F(WindowTest, OpeningLinkOpensTheGuideAndExitKeepsTheFile) {
   const std::string odd = "3,1E+10,1,.01,30,\"Linhighpass\",75,200\r\n";
   WriteWhole(sessionPath, odd);
   Launch();
+  platform->browser = false;
   emit Widget<QLabel>(window->OpeningView(), "lblVisit")->linkActivated("#");
   EXPECT_EQ(platform->urls, std::vector<std::string>{"guide"});
+  ASSERT_EQ(platform->messages.size(), 1u);
+  EXPECT_TRUE(platform->messages[0].text.ends_with("It is at guide"));
   Click(Button(window->OpeningView(), "cmdExit"));
   EXPECT_TRUE(platform->ended);
   EXPECT_EQ(ReadWhole(sessionPath), odd);

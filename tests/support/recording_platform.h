@@ -31,7 +31,10 @@ class RecordingPlatform : public Platform {
     dialogs.push_back({title, filter, proposedName});
     return dialogAnswer;
   }
-  void OpenUrl(const std::string& url) override { urls.push_back(url); }
+  bool OpenUrl(const std::string& url) override {
+    urls.push_back(url);
+    return browser;
+  }
   void Beep() override { ++beeps; }
   std::string TodayShort() override { return today; }
   void EndProgram() override { ended = true; }
@@ -42,6 +45,7 @@ class RecordingPlatform : public Platform {
   std::vector<RecordedMessage> messages;
   std::vector<Dialog> dialogs;
   std::vector<std::string> urls;
+  bool browser = true;       // whether OpenUrl finds a browser
   std::string dialogAnswer;  // empty: the user cancels
   std::string today = "21.11.2026";
   int beeps = 0;
