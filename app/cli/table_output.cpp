@@ -7,7 +7,6 @@
 #include <limits>
 #include <vector>
 
-#include "analysis/band_figures.h"
 #include "core/element_kinds.h"
 #include "core/formatters.h"
 #include "parts/figures.h"
@@ -43,8 +42,9 @@ std::string Fixed(double v) {
   return text;
 }
 
-// The passband figures from the sweep; the stopband figure at the sweep's
-// stopband points.
+// The worst return loss and the least attenuation on each band's own
+// frequencies, as the parts command reports them; the loss from the sweep's
+// passband points.
 struct StageFigures {
   double returnLoss = std::numeric_limits<double>::infinity();
   double loss = -std::numeric_limits<double>::infinity();
@@ -53,15 +53,11 @@ struct StageFigures {
 
 StageFigures FiguresAt(const DesignRecord& d, const Bands& bands) {
   StageFigures f;
-  std::vector<double> stop;
-  for (int i = 0; i <= std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1); ++i) {
-    if (InPassband(bands, d.Freq[i])) {
-      f.returnLoss = std::min(f.returnLoss, -double{d.Reflection[i]});
-      f.loss = std::max(f.loss, -double{d.Transmission[i]});
-    }
-    if (InStopband(bands, d.Freq[i])) stop.push_back(d.Freq[i]);
-  }
-  f.stopband = LeastAttenuation(d, stop);
+  for (int i = 0; i <= std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1); ++i)
+    if (InPassband(bands, d.Freq[i])) f.loss = std::max(f.loss, -double{d.Transmission[i]});
+  const Figures own = FiguresOf(d, bands);
+  f.returnLoss = own.returnLoss;
+  f.stopband = own.stopband;
   return f;
 }
 
