@@ -1,0 +1,138 @@
+// The exact time response against ngspice's transient analysis of the
+// program's own netlist, against the frequency analysis, and the published
+// overshoots of the lowpass prototypes.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "analysis/ladder.h"
+#include "export/writers.h"
+#include "synthesis/denormalize.h"
+#include "synthesis/families.h"
+#include "timedomain/response.h"
+
+namespace drenik {
+namespace {
+
+namespace fs = std::filesystem;
+
+DesignRecord Designed(int16_t family, const char* topology, float q = kInfiniteQind) {
+  DesignRecord d;
+  d.Pi = static_cast<float>(M_PI), d.TwoPi = static_cast<float>(2 * M_PI);
+  d.Rsource = d.Rload = d.Rstandard = 50;
+  d.Family = family, d.Order = 5, d.Topology = topology, d.Apass = 0.044f, d.Astop = 40;
+  d.CauerType = "C", d.Width = 1e6f, d.Qind = q, d.Qcap = kInfiniteQcap;
+  EXPECT_TRUE(DesignPrototype(d).Ok());
+  EXPECT_TRUE(Denormalize(d).Ok());
+  return d;
+}
+
+TimeRequest RequestOf(const DesignRecord& d) {
+  TimeRequest r;
+  r.ladder = LadderOf(d);
+  r.lossFrequency = d.Width;
+  return r;
+}
+
+// ngspice's v(out) at n * dt, n = 0..points-1, for a 2 V step behind Rsource.
+std::vector<double> Transient(const DesignRecord& d, double dt, int points, const fs::path& dir) {
+  std::string net = SpiceNetlistText(d);
+  net.replace(net.find("DC 0 AC 2"), 9, "PULSE(0 2 0 1p 1p 1 2)");
+  net = net.substr(0, net.find(".ac "));
+  const fs::path out = dir / "step.txt", cir = dir / "step.cir";
+  std::ofstream(cir) << net << ".options reltol=1e-5 abstol=1e-12 vntol=1e-9\n"
+                     << ".tran " << dt << " " << dt * (points - 1) << " 0 " << dt / 4 << "\n"
+                     << ".control\nset wr_singlescale\nrun\nlinearize v(out)\nwrdata "
+                     << out.string() << " v(out)\n.endc\n.end\n";
+  fs::remove(out);
+  (void)std::system(("ngspice -b " + cir.string() + " > /dev/null 2>&1").c_str());
+  std::vector<double> v;
+  std::ifstream in(out);
+  for (double t, x; in >> t >> x;) v.push_back(x);
+  return v;
+}
+
+TEST(TimeResponse, AgreesWithNgspiceAndTheFrequencyAnalysis) {
+  const bool spice = std::system("ngspice -v > /dev/null 2>&1") == 0;
+  const fs::path dir = fs::temp_directory_path() / ("drenik_tran_" + std::to_string(getpid()));
+  fs::create_directories(dir);
+  struct Case {
+    int16_t family;
+    const char* topology;
+    float q;
+  };
+  for (const Case& c :
+       {Case{kBessel, "Cinlowpass", kInfiniteQind}, Case{kButterworth, "Linlowpass", kInfiniteQind},
+        Case{kChebyshev, "Cinlowpass", 40}, Case{kCauer, "Cinlowpass", kInfiniteQind},
+        Case{kCauer, "Linlowpass", kInfiniteQind}, Case{kChebyshev, "Cinhighpass", kInfiniteQind},
+        Case{kCauer, "Linhighpass", 60}}) {
+    const DesignRecord d = Designed(c.family, c.topology, c.q);
+    const std::string what = FamilyName(c.family) + std::string(" ") + c.topology;
+    TimeRequest request = RequestOf(d);
+    request.points = 1001;
+    const TimeResponse r = ComputeTimeResponse(request);
+    ASSERT_TRUE(r.fault.empty()) << what << ": " << r.fault;
+    const bool lowpass = std::string(c.topology).find("low") != std::string::npos;
+    // A lossless lowpass settles at 1; a highpass jumps to 1 and settles at 0.
+    EXPECT_NEAR(lowpass ? r.final : r.initial, 1, c.q < 100 ? 0.05 : 1e-4) << what;
+    EXPECT_NEAR(lowpass ? r.initial : r.final, 0, c.q < 100 ? 0.01 : 1e-9) << what;
+
+    // The modes' H(j w) is the frequency analysis' S21.
+    const LadderModes modes = ModesOf(NetworkOf(request.ladder, d.Width), 2 * M_PI * d.Width);
+    for (float f : {2e5f, 9e5f, 1e6f, 1.3e6f, 3e6f}) {
+      const auto s21 = LadderSParameters(request.ladder, f).S21;
+      const auto h = modes.At({0, d.TwoPi * static_cast<double>(f)});
+      // Losses at the cutoff against losses at f: equal only there.
+      const double tol = c.q < 100 && f != 1e6f ? 0.05 : 1e-5;
+      EXPECT_NEAR(std::abs(h - s21), 0, tol) << what << " at " << f;
+    }
+
+    if (!spice) continue;
+    const double dt = r.t[1];
+    const std::vector<double> v = Transient(d, dt, 1001, dir);
+    ASSERT_GE(v.size(), 1001u) << what;
+    double worst = 0;
+    for (int n = 1; n < 1001; ++n) worst = std::max(worst, std::fabs(v[n] - r.step[n]));
+    EXPECT_LT(worst, 0.005) << what;  // 2 V behind 50 ohm into 50 ohm: V(out) is the step
+  }
+  fs::remove_all(dir);
+}
+
+TEST(TimeFigures, PublishedOvershootsAndBadLadders) {
+  // 5th-order prototypes: Bessel 0.77 %, Butterworth 12.8 %.
+  const TimeResponse bessel = ComputeTimeResponse(RequestOf(Designed(kBessel, "Cinlowpass")));
+  const TimeResponse butter = ComputeTimeResponse(RequestOf(Designed(kButterworth, "Cinlowpass")));
+  EXPECT_NEAR(bessel.figures.overshootPct, 0.77, 0.05);
+  EXPECT_NEAR(butter.figures.overshootPct, 12.8, 0.05);
+  // The figures in order, the Bessel's step slower to overshoot but quicker to settle.
+  for (const TimeFigures& f : {bessel.figures, butter.figures}) {
+    EXPECT_LT(f.delay50, f.peakTime);
+    EXPECT_LT(f.rise1090, f.settling1pct);
+    EXPECT_LT(f.settling1pct, f.settling01pct);
+  }
+  EXPECT_LT(bessel.figures.settling1pct, butter.figures.settling1pct);
+  // The automatic span ends just past the 0.1 % settling time.
+  EXPECT_NEAR(bessel.t.back(), 1.1 * bessel.figures.settling01pct, 1e-12);
+
+  TimeRequest bad = RequestOf(Designed(kBessel, "Cinlowpass"));
+  bad.ladder.rload = 0;
+  EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
+  bad = RequestOf(Designed(kBessel, "Cinlowpass"));
+  bad.ladder.C[1] = -1e-9;
+  EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
+  bad.ladder.C[1] = NAN;
+  EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
+  bad = RequestOf(Designed(kBessel, "Cinlowpass"));
+  bad.points = 1;
+  EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
+}
+
+}  // namespace
+}  // namespace drenik
