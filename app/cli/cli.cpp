@@ -4,6 +4,7 @@
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
+#include "cli/time_command.h"
 #include "cli/tolerance_command.h"
 #include "export/formats.h"
 #include "pages/opening_page.h"
@@ -116,6 +117,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
       return WriteParts(o, *result, platform, out, err);
     case Command::Tolerance:
       return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err);
+    case Command::Time:
+      return RunTimeCommand(o, *result, ValuesTitle(o.values), out, err);
     default:
       return 0;
   }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "cli/time_command.h"
 #include "cli/tolerance_command.h"
 #include "export/formats.h"
 #include "synthesis/families.h"
@@ -48,7 +49,7 @@ std::string ExportWords(const char* before, const char* after, const char* separ
 
 // The commands, for the complaint about a missing or unknown one.
 std::string CommandWords() {
-  return "design, render, export, tolerance or parts";
+  return "design, render, export, tolerance, parts or time";
 }
 
 std::string TopologyWords(const char* separator) {
@@ -122,6 +123,8 @@ std::string UsageText() {
          "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
          " [--json]\n"
          "               [--bom FILE]      (drenik parts --help)\n"
+         "  drenik time [choices] [--values ...] [--span SECONDS] [--points N] [--json]"
+         " [--csv FILE]\n"
          "  drenik --help | --version\n"
          "choices (first-start defaults when left out):\n"
          "  --family " +
@@ -162,6 +165,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     o.command = Command::Export;
   } else if (command == "tolerance") {
     o.command = Command::Tolerance;
+  } else if (command == "time") {
+    o.command = Command::Time;
   } else {
     throw UsageError("unknown command '" + command + "' (" + CommandWords() + ")");
   }
@@ -216,12 +221,18 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
       }
     } else if (name == "--json") {
-      if (o.command != Command::Parts && o.command != Command::Tolerance)
+      if (o.command != Command::Parts && o.command != Command::Tolerance &&
+          o.command != Command::Time)
         only(Command::Design, "design");
       o.json = true;
     } else if (IsToleranceOption(name)) {
       only(Command::Tolerance, "tolerance");
       ParseToleranceOption(name, value(), o.tolerance);
+    } else if (IsTimeOption(name)) {
+      only(Command::Time, "time");
+      ParseTimeOption(name, value(), o.time);
+    } else if (name == "--csv" && o.command == Command::Time) {
+      file(Command::Time, "time", o.time.csvFile);
     } else if (name == "--png" || name == "--svg" || name == "--pdf") {
       only(Command::Render, "render");
       if (!o.renderFile.empty()) throw UsageError(name + ": only one output file");

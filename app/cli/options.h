@@ -20,7 +20,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Tolerance, Parts, Help, PartsHelp, Version };
+enum class Command { Design, Render, Export, Tolerance, Parts, Time, Help, PartsHelp, Version };
 
 // The design page's choices; unset ones keep the first-start defaults.
 struct Choices {
@@ -46,6 +46,13 @@ struct ToleranceOptions {
   std::vector<StopCheck> stops;
 };
 
+// What `drenik time` asks for beyond the design.
+struct TimeOptions {
+  std::optional<double> span;  // s; unset: to where the step has settled to 0.1 %
+  int points = 2000;
+  std::string csvFile;
+};
+
 struct CliOptions {
   Command command = Command::Help;
   Choices choices;
@@ -58,6 +65,7 @@ struct CliOptions {
   std::vector<std::pair<std::string, std::string>> exports;
   PartsOptions parts;
   ToleranceOptions tolerance;
+  TimeOptions time;
 };
 
 // Throws UsageError.
