@@ -113,6 +113,8 @@ std::string UsageText() {
              "  drenik design [choices] [--values exact|5c|5l] [--json]\n"
              "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
              " [--size WxH]\n"
+             "  drenik render [choices] [--values ...] [--smith FILE] [--step FILE]"
+             "   (.png, .svg or .pdf)\n"
              "  drenik export [choices] [--values ...]") +
          ExportWords(" [--", " FILE]", "") + "\n" +
          "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
@@ -240,6 +242,11 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       if (!EndsWith(o.renderFile, "." + name.substr(2))) {
         throw UsageError(name + ": the file name must end in ." + name.substr(2));
       }
+    } else if (name == "--smith" || name == "--step") {
+      std::string& target = name == "--smith" ? o.smithFile : o.stepFile;
+      file(Command::Render, "render", target);
+      if (!EndsWith(target, ".png") && !EndsWith(target, ".svg") && !EndsWith(target, ".pdf"))
+        throw UsageError(name + ": the file name must end in .png, .svg or .pdf");
     } else if (name == "--size") {
       only(Command::Render, "render");
       ParseSize(value(), o);
@@ -251,7 +258,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       throw UsageError("unknown option '" + name + "'");
     }
   }
-  if (o.command == Command::Render && o.renderFile.empty()) {
+  if (o.command == Command::Render && o.renderFile.empty() && o.smithFile.empty() &&
+      o.stepFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");
   }
   if (o.command == Command::Export && o.exports.empty()) {

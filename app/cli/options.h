@@ -59,6 +59,8 @@ struct CliOptions {
   ValueStage values = ValueStage::FiveC;  // --values
   bool json = false;
   std::string renderFile;  // .png, .svg or .pdf
+  // The time page's charts: the Smith chart, the step and impulse responses.
+  std::string smithFile, stepFile;
   int widthPx = 1600;
   int heightPx = 1200;
   // Export files in the order given: the format's option word and the path.

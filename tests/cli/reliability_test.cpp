@@ -40,6 +40,8 @@ const Output kOutputs[] = {
     {"page.png", {"render", "--size", "400x300", "--png"}},
     {"page.svg", {"render", "--svg"}},
     {"page.pdf", {"render", "--pdf"}},
+    {"smith.svg", {"render", "--smith"}},
+    {"step.png", {"render", "--size", "400x300", "--step"}},
 #endif
     {kLastSessionFile,
      {},

@@ -1,0 +1,42 @@
+#pragma once
+// The "Time and Smith chart" page without a window: the step and impulse
+// responses, their figures and the Smith chart of the input, each value
+// stage of the display page drawn over the others in its stage colour.
+
+#include <string>
+#include <vector>
+
+#include "core/design_record.h"
+#include "pages/value_stages.h"
+#include "plot/canvas.h"
+#include "timedomain/response.h"
+#include "timeplot/smith_chart.h"
+
+namespace drenik {
+
+struct TimeStage {
+  std::string name;  // "Exact", "5% C", "5% L"
+  int32_t color;
+  TimeResponse time;
+  SmithLocus smith;
+};
+
+struct TimePageData {
+  std::string title;
+  std::vector<TimeStage> stages;  // the exact stage first
+  std::string fault;              // what stopped the analysis; empty when none did
+};
+
+// The stages of `d` from the exact values up to `last`, on the time axis of
+// the exact stage (or `span` seconds when above 0) with `points` points.
+TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span = 0,
+                              int points = 2000);
+
+enum class TimeCharts { All, Step, Smith };
+
+// Where the Smith chart stands for each choice of charts.
+SmithPlace SmithPlaceOf(TimeCharts charts);
+
+void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts);
+
+}  // namespace drenik
