@@ -212,20 +212,25 @@ TimeFigures FiguresOf(const LadderModes& modes, double carrier) {
 }
 
 TimeResponse ComputeTimeResponse(const TimeRequest& request) {
-  TimeResponse out;
   const LadderNetwork net = NetworkOf(request.ladder, request.lossFrequency);
-  out.unmodelled = net.unmodelled;
   const LadderModes modes = ModesOf(net, 2 * M_PI * request.lossFrequency);
+  TimeResponse out = ResponseOf(modes, request.carrier, request.span, request.points);
+  out.unmodelled = net.unmodelled;
+  return out;
+}
+
+TimeResponse ResponseOf(const LadderModes& modes, double carrier, double span, int points) {
+  TimeResponse out;
   if (!modes.fault.empty()) {
     out.fault = modes.fault;
     return out;
   }
-  if (!(request.carrier >= 0) || !std::isfinite(request.carrier) || request.points < 2 ||
-      !(request.span >= 0) || !std::isfinite(request.span)) {
+  if (!(carrier >= 0) || !std::isfinite(carrier) || points < 2 || !(span >= 0) ||
+      !std::isfinite(span)) {
     out.fault = "Cannot work out the time response: the carrier, span or points are out of range.";
     return out;
   }
-  const Transient tr(modes, request.carrier);
+  const Transient tr(modes, carrier);
   const Located located = Locate(tr);
   if (!(located.end > 0)) {
     out.fault = "Cannot work out the time response: the ladder does not settle.";
@@ -234,17 +239,15 @@ TimeResponse ComputeTimeResponse(const TimeRequest& request) {
   out.figures = located.figures;
   out.initial = tr.Initial();
   out.final = tr.Final();
-  double span = request.span;
   if (span == 0) {
     span = std::isfinite(out.figures.settling01pct) && out.figures.settling01pct > 0
                ? kSpanMargin * out.figures.settling01pct
                : located.end;
   }
-  const double dt = span / (request.points - 1);
-  out.t.resize(request.points);
-  for (int n = 0; n < request.points; ++n) out.t[n] = dt * n;
-  tr.Grid(dt, request.points, out.step, &out.impulse,
-          request.carrier > 0 ? &out.carrierWave : nullptr);
+  const double dt = span / (points - 1);
+  out.t.resize(points);
+  for (int n = 0; n < points; ++n) out.t[n] = dt * n;
+  tr.Grid(dt, points, out.step, &out.impulse, carrier > 0 ? &out.carrierWave : nullptr);
   return out;
 }
 

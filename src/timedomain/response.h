@@ -47,6 +47,10 @@ struct TimeResponse {
 
 TimeResponse ComputeTimeResponse(const TimeRequest& request);
 
+// The same from the modes of any network (a band design's centre as the
+// carrier, in Hz).
+TimeResponse ResponseOf(const LadderModes& modes, double carrier, double span, int points);
+
 // The figures alone, from the modes (carrier in Hz, 0 for the plain step).
 TimeFigures FiguresOf(const LadderModes& modes, double carrier);
 

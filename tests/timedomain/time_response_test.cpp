@@ -105,6 +105,66 @@ TEST(TimeResponse, AgreesWithNgspiceAndTheFrequencyAnalysis) {
   fs::remove_all(dir);
 }
 
+// A 7th-order Butterworth bandpass, 10.7 MHz, 3 % wide, 50 ohms: series
+// L-C arms and shunt tanks, laid out by hand as codes 5 and 8 would be.
+LadderNetwork Bandpass() {
+  const double w0 = 2 * M_PI * 10.7e6, dw = 0.03 * w0, r = 50;
+  LadderNetwork net;
+  net.rsource = net.rload = r;
+  net.nodes = net.input = 1;
+  for (int k = 1; k <= 7; ++k) {
+    const double g = 2 * std::sin((2 * k - 1) * M_PI / 14);
+    const int a = net.nodes;
+    if (k % 2) {
+      const int m = ++net.nodes, b = ++net.nodes;
+      net.parts.push_back({PartKind::L, a, m, g * r / dw});
+      net.parts.push_back({PartKind::C, m, b, dw / (w0 * w0 * g * r)});
+    } else {
+      net.parts.push_back({PartKind::C, a, 0, g / (r * dw)});
+      net.parts.push_back({PartKind::L, a, 0, r * dw / (w0 * w0 * g)});
+    }
+  }
+  net.output = net.nodes;
+  return net;
+}
+
+TEST(TimeResponse, BandpassEnvelopeAndCarrierAgreeWithNgspice) {
+  const LadderNetwork net = Bandpass();
+  const LadderModes modes = ModesOf(net, 2 * M_PI * 10.7e6);
+  ASSERT_EQ(modes.pole.size(), 14u) << modes.fault;
+  const TimeResponse r = ResponseOf(modes, 10.7e6, 3e-6, 30001);
+  ASSERT_TRUE(r.fault.empty()) << r.fault;
+  EXPECT_NEAR(r.final, 1, 1e-9);  // a Butterworth passes its centre whole
+  for (size_t n = 0; n < r.t.size(); ++n) ASSERT_LE(std::fabs(r.carrierWave[n]), r.step[n] + 1e-9);
+  // The envelope's overshoot is the 7th-order lowpass step's.
+  EXPECT_NEAR(r.figures.overshootPct, 14.97, 0.8);
+  if (std::system("ngspice -v > /dev/null 2>&1") != 0) return;
+  const fs::path dir = fs::temp_directory_path() / ("drenik_bp_" + std::to_string(getpid()));
+  fs::create_directories(dir);
+  std::ofstream cir(dir / "bp.cir");
+  cir << "bandpass\nVGEN gen 0 SIN(0 2 10.7e6 0 0 90)\nRS gen n1 50\nRL n" << net.output
+      << " 0 50\n";
+  int i = 0;
+  for (const NetworkPart& p : net.parts)
+    cir << (p.kind == PartKind::L ? "L" : "C") << ++i << " n" << p.a << " "
+        << (p.b ? "n" + std::to_string(p.b) : "0") << " " << p.value << "\n";
+  cir << ".options reltol=1e-6 abstol=1e-12 vntol=1e-9\n.tran 1e-10 3e-6 0 2e-11\n.control\n"
+      << "set wr_singlescale\nrun\nlinearize v(n" << net.output << ")\nwrdata "
+      << (dir / "bp.txt").string() << " v(n" << net.output << ")\n.endc\n.end\n";
+  cir.close();
+  (void)std::system(("ngspice -b " + (dir / "bp.cir").string() + " > /dev/null 2>&1").c_str());
+  std::ifstream in(dir / "bp.txt");
+  double worst = 0;
+  int rows = 0;
+  for (double t, v; in >> t >> v; ++rows) {
+    const size_t n = static_cast<size_t>(std::lround(t / 1e-10));
+    if (n < r.t.size()) worst = std::max(worst, std::fabs(v - r.carrierWave[n]));
+  }
+  EXPECT_GT(rows, 29000);
+  EXPECT_LT(worst, 0.005);
+  fs::remove_all(dir);
+}
+
 TEST(TimeFigures, PublishedOvershootsAndBadLadders) {
   // 5th-order prototypes: Bessel 0.77 %, Butterworth 12.8 %.
   const TimeResponse bessel = ComputeTimeResponse(RequestOf(Designed(kBessel, "Cinlowpass")));
