@@ -17,7 +17,7 @@ using Complex = std::complex<double>;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 // Points of the grid the figures are first located on; each figure is then
 // refined on the exact sum.
-constexpr int kFigureGrid = 16384;
+constexpr int kFigureGrid = 4096;
 // The bound on what is left of the transient that ends the figure grid, as
 // a fraction of the step: well inside the 0.1 % settling band.
 constexpr double kTailLeft = 1e-5;
