@@ -140,4 +140,29 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
   canvas.SetForeColor(kBlack);
 }
 
+void TimePage::Load(const DesignRecord& d) {
+  const ValueStage last = d.ValueMode == 1   ? ValueStage::Exact
+                          : d.ValueMode == 2 ? ValueStage::FiveC
+                                             : ValueStage::FiveL;
+  data_ = MakeTimePageData(d, last);
+  readout_.clear();
+  DrawTimePage(canvas_, data_, TimeCharts::All);
+}
+
+void TimePage::OnMouseMove(float x, float y) {
+  if (data_.stages.empty()) return;
+  const SmithPlace p = SmithPlaceOf(TimeCharts::All);
+  const std::string text = SmithReadout(data_.stages.back().smith, p, x, y);
+  if (text == readout_) return;
+  readout_ = text;
+  const float top = p.cy + p.radius + 150;
+  canvas_.FilledBox(p.cx - p.radius - 300, top, kPageWidth, top + 250, kWhite);
+  canvas_.SetFont("Arial", 8, false);
+  canvas_.SetForeColor(data_.stages.back().color);
+  canvas_.SetTextPosition(p.cx - p.radius - 300, top);
+  canvas_.Print(readout_.empty() ? "Cursor on the chart for its readout" : readout_);
+  SetDefaultPageFont(canvas_);
+  canvas_.SetForeColor(kBlack);
+}
+
 }  // namespace drenik

@@ -9,6 +9,7 @@
 #include "core/design_record.h"
 #include "pages/value_stages.h"
 #include "plot/canvas.h"
+#include "plot/recording_canvas.h"
 #include "timedomain/response.h"
 #include "timeplot/smith_chart.h"
 
@@ -38,5 +39,24 @@ enum class TimeCharts { All, Step, Smith };
 SmithPlace SmithPlaceOf(TimeCharts charts);
 
 void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts);
+
+// The page the window shows: loaded from the record the display page
+// holds, with the stages it has drawn (exact up to its value mode), and the
+// Smith chart's readout following the mouse.
+class TimePage {
+ public:
+  void Load(const DesignRecord& d);
+  const TimePageData& Data() const { return data_; }
+  const RecordingCanvas& Drawing() const { return canvas_; }
+  // The pointer at (x, y), page units: the readout of the nearest point of
+  // the last stage's locus, under the Smith chart.
+  void OnMouseMove(float x, float y);
+  const std::string& Readout() const { return readout_; }
+
+ private:
+  TimePageData data_;
+  RecordingCanvas canvas_;
+  std::string readout_;
+};
 
 }  // namespace drenik
