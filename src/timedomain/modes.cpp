@@ -187,6 +187,10 @@ LadderModes ModesOf(const LadderNetwork& net, double scale) {
   const int states = static_cast<int>(M.rows());
   if (states == 0) return out;
 
+  if (!M.allFinite() || !bd.allFinite() || !cd.allFinite()) {
+    out.fault = "Cannot work out the time response: a part value is out of range.";
+    return out;
+  }
   Eigen::EigenSolver<MatrixXd> eig(M);
   if (eig.info() != Eigen::Success) {
     out.fault = "Cannot work out the time response: the poles of the ladder were not found.";

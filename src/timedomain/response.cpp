@@ -225,6 +225,10 @@ TimeResponse ResponseOf(const LadderModes& modes, double carrier, double span, i
     out.fault = modes.fault;
     return out;
   }
+  if (modes.pole.empty()) {
+    out.fault = "Cannot work out the time response: the ladder stores no energy.";
+    return out;
+  }
   if (!(carrier >= 0) || !std::isfinite(carrier) || points < 2 || !(span >= 0) ||
       !std::isfinite(span)) {
     out.fault = "Cannot work out the time response: the carrier, span or points are out of range.";

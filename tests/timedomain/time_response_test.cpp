@@ -228,6 +228,12 @@ TEST(TimeFigures, PublishedOvershootsAndBadLadders) {
   bad = RequestOf(Designed(kBessel, "Cinlowpass"));
   bad.points = 1;
   EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
+  bad.points = 2000;
+  bad.ladder.stages = 0;  // a wire: nothing to settle
+  EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
+  bad.ladder.stages = 5;
+  bad.ladder.L[2] = INFINITY;
+  EXPECT_FALSE(ComputeTimeResponse(bad).fault.empty());
 }
 
 }  // namespace
