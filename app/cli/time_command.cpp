@@ -9,6 +9,7 @@
 #include "core/formatters.h"
 #include "core/number_text.h"
 #include "synthesis/families.h"
+#include "timeplot/time_charts.h"
 
 namespace drenik::cli {
 
@@ -41,23 +42,6 @@ std::string JsonArray(const std::vector<double>& values) {
   return out + "]";
 }
 
-// Seconds with a unit prefix, four digits: "83.21 ns".
-std::string Seconds(double s) {
-  if (!std::isfinite(s)) return "-";
-  static const struct {
-    double scale;
-    const char* unit;
-  } kUnits[] = {{1, "s"}, {1e-3, "ms"}, {1e-6, "us"}, {1e-9, "ns"}, {1e-12, "ps"}};
-  for (const auto& u : kUnits) {
-    if (std::fabs(s) >= u.scale || u.scale == 1e-12) {
-      char text[32];
-      std::snprintf(text, sizeof text, "%.4g %s", s / u.scale, u.unit);
-      return text;
-    }
-  }
-  return "-";
-}
-
 void WriteJson(const TimeResponse& r, const std::string& values, std::ostream& out) {
   const TimeFigures& f = r.figures;
   out << "{\n  \"values\": " << JsonString(values) << ",\n  \"initial\": " << JsonDouble(r.initial)
@@ -84,17 +68,17 @@ void WriteSummary(const DesignRecord& d, const TimeResponse& r, const std::strin
   std::snprintf(pct, sizeof pct, "%.3f %%", f.overshootPct);
   const std::pair<const char*, std::string> rows[] = {
       {"Overshoot", std::isfinite(f.overshootPct) ? pct : "-"},
-      {"Rise time 10-90 %", Seconds(f.rise1090)},
-      {"Delay to 50 %", Seconds(f.delay50)},
-      {"Settling to 1 %", Seconds(f.settling1pct)},
-      {"Settling to 0.1 %", Seconds(f.settling01pct)},
-      {"Peak time", Seconds(f.peakTime)}};
+      {"Rise time 10-90 %", SecondsText(f.rise1090)},
+      {"Delay to 50 %", SecondsText(f.delay50)},
+      {"Settling to 1 %", SecondsText(f.settling1pct)},
+      {"Settling to 0.1 %", SecondsText(f.settling01pct)},
+      {"Peak time", SecondsText(f.peakTime)}};
   for (const auto& [name, value] : rows) {
     std::string padded = name;
     padded.resize(20, ' ');
     out << "  " << padded << value << "\n";
   }
-  out << "Span " << Seconds(r.t.back()) << ", " << r.t.size() << " points\n";
+  out << "Span " << SecondsText(r.t.back()) << ", " << r.t.size() << " points\n";
 }
 
 bool WriteCsv(const TimeResponse& r, const std::string& path, std::string& error) {

@@ -15,16 +15,6 @@ namespace {
 constexpr ChartBox kStepBox{1300, 1500, 6300, 4400};
 constexpr ChartBox kImpulseBox{1300, 5300, 6300, 8200};
 
-std::string Seconds(double s) {
-  if (!std::isfinite(s)) return "-";
-  const double a = std::fabs(s);
-  const char* unit = a >= 1e-3 ? "ms" : a >= 1e-6 ? "us" : a >= 1e-9 ? "ns" : "ps";
-  const double scale = a >= 1e-3 ? 1e-3 : a >= 1e-6 ? 1e-6 : a >= 1e-9 ? 1e-9 : 1e-12;
-  char text[32];
-  std::snprintf(text, sizeof text, "%.4g %s", s / scale, unit);
-  return text;
-}
-
 void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top) {
   const char* heads[] = {"", "Overshoot", "Rise 10-90", "Delay 50 %", "Settle 1 %", "Settle 0.1 %"};
   constexpr float kColumn = 820;
@@ -42,10 +32,10 @@ void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top
     std::snprintf(pct, sizeof pct, "%.3f %%", f.overshootPct);
     const std::string cells[] = {s.name,
                                  std::isfinite(f.overshootPct) ? pct : "-",
-                                 Seconds(f.rise1090),
-                                 Seconds(f.delay50),
-                                 Seconds(f.settling1pct),
-                                 Seconds(f.settling01pct)};
+                                 SecondsText(f.rise1090),
+                                 SecondsText(f.delay50),
+                                 SecondsText(f.settling1pct),
+                                 SecondsText(f.settling01pct)};
     canvas.SetForeColor(s.color);
     for (int c = 0; c < 6; ++c) {
       canvas.SetTextPosition(left + c * kColumn, y);
@@ -75,7 +65,8 @@ TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double spa
     request.lossFrequency = r.Width;
     request.span = data.stages.empty() ? span : data.stages.front().time.t.back();
     request.points = points;
-    TimeStage stage{ValueStageName(v), TransmissionColor(static_cast<int>(v) + 1),
+    const int mode = static_cast<int>(v) + 1;
+    TimeStage stage{ValueStageName(v), TransmissionColor(mode), ReflectionColor(mode),
                     ComputeTimeResponse(request), SmithLocusOf(r)};
     if (!stage.time.fault.empty()) {
       data.fault = stage.time.fault;
@@ -114,6 +105,11 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
   if (charts != TimeCharts::Smith) {
     std::vector<TimeCurve> steps, impulses;
     // Each stage over the ones before it, as on the display page.
+    // With a carrier (a band design) the step chart holds the response to
+    // the switched carrier in the stage's light colour under its envelope.
+    for (const TimeStage& s : data.stages)
+      if (!s.time.carrierWave.empty())
+        steps.push_back({&s.time.t, &s.time.carrierWave, s.lightColor});
     for (const TimeStage& s : data.stages) {
       steps.push_back({&s.time.t, &s.time.step, s.color});
       impulses.push_back({&s.time.t, &s.time.impulse, s.color});

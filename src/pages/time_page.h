@@ -18,6 +18,7 @@ namespace drenik {
 struct TimeStage {
   std::string name;  // "Exact", "5% C", "5% L"
   int32_t color;
+  int32_t lightColor;  // the stage's reflection colour, for the carrier
   TimeResponse time;
   SmithLocus smith;
 };

@@ -8,6 +8,16 @@
 
 namespace drenik {
 
+std::string SecondsText(double s) {
+  if (!std::isfinite(s)) return "-";
+  const double a = std::fabs(s);
+  const double scale = a >= 1 ? 1 : a >= 1e-3 ? 1e-3 : a >= 1e-6 ? 1e-6 : a >= 1e-9 ? 1e-9 : 1e-12;
+  const char* unit = a >= 1 ? "s" : a >= 1e-3 ? "ms" : a >= 1e-6 ? "us" : a >= 1e-9 ? "ns" : "ps";
+  char text[32];
+  std::snprintf(text, sizeof text, "%.4g %s", s / scale, unit);
+  return text;
+}
+
 double NiceStep(double span, int divisions) {
   if (!(span > 0) || !std::isfinite(span)) return 1;
   const double raw = span / divisions;

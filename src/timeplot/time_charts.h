@@ -25,6 +25,9 @@ struct TimeCurve {
 void DrawTimeChart(Canvas& canvas, const ChartBox& box, const std::string& title,
                    const std::vector<TimeCurve>& curves, double scale);
 
+// A time with a unit prefix, four digits ("83.45 ns"); "-" for none.
+std::string SecondsText(double s);
+
 // 1, 2 or 5 times a power of ten, at least `span` / `divisions`.
 double NiceStep(double span, int divisions);
 
