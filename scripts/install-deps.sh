@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-svg-dev libgl-dev        # Qt Widgets, PrintSupport, Test, Svg
   qt6-gtk-platformtheme                     # native dialogs on a desktop
   fonts-liberation2 fontconfig              # metric twins of Arial and Times New Roman
+  libeigen3-dev                             # eigenvalues of the time-domain analysis
   libgtest-dev libgmock-dev libbenchmark-dev
   ngspice                                   # independent check of the analysis
   poppler-utils                             # pdftotext: texts of the printed page

@@ -1,14 +1,18 @@
 #include "cli/cli.h"
 
+#include <algorithm>
+
 #include "cli/json_output.h"
 #include "cli/messages.h"
 #include "cli/options.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
+#include "cli/time_command.h"
 #include "cli/tolerance_command.h"
 #include "cli/winding_command.h"
 #include "export/formats.h"
 #include "pages/opening_page.h"
+#include "pages/time_page.h"
 
 #if DRENIK_WITH_QT
 #include "qt/render.h"
@@ -32,13 +36,27 @@ const char* ValuesTitle(ValueStage v) {
 
 int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
 #if DRENIK_WITH_QT
-  std::string error;
-  if (!RenderPageToFile(r.page, o.renderFile, o.widthPx, o.heightPx, error)) {
-    err << "drenik: " << Printable(error.empty() ? "could not write " + o.renderFile : error)
-        << "\n";
+  auto write = [&](const RecordingCanvas& page, const std::string& file) {
+    std::string error;
+    if (RenderPageToFile(page, file, o.widthPx, o.heightPx, error)) return 0;
+    err << "drenik: " << Printable(error.empty() ? "could not write " + file : error) << "\n";
     return 1;
+  };
+  int status = o.renderFile.empty() ? 0 : write(r.page, o.renderFile);
+  if (o.smithFile.empty() && o.stepFile.empty()) return status;
+  const TimePageData data = MakeTimePageData(r.chosen, o.values);
+  if (!data.fault.empty()) {
+    err << "drenik: " << Printable(data.fault) << "\n";
+    return 2;
   }
-  return 0;
+  for (const auto& [file, charts] :
+       {std::pair{o.smithFile, TimeCharts::Smith}, std::pair{o.stepFile, TimeCharts::Step}}) {
+    if (file.empty()) continue;
+    RecordingCanvas page;
+    DrawTimePage(page, data, charts);
+    status = std::max(status, write(page, file));
+  }
+  return status;
 #else
   (void)o;
   (void)r;
@@ -111,6 +129,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
     case Command::Tolerance:
       return RunToleranceCommand(o, *result, ValuesTitle(o.values), out, err,
                                  errIsTerminal && !o.quiet);
+    case Command::Time:
+      return RunTimeCommand(o, *result, ValuesTitle(o.values), out, err);
     default:
       return 0;
   }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/number_reader.h"
+#include "cli/time_command.h"
 #include "cli/tolerance_command.h"
 #include "core/formatters.h"
 #include "export/formats.h"
@@ -142,7 +143,9 @@ std::string DesignLines() {
 }
 std::string RenderLines() {
   return "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"
-         " [--size WxH]\n";
+         " [--size WxH]\n"
+         "  drenik render [choices] [--values ...] [--smith FILE] [--step FILE]"
+         "   (.png, .svg or .pdf)\n";
 }
 std::string ExportLines() {
   return "  drenik export [choices] [--values ...]" + ExportWords(" [--", " FILE]", "") + "\n";
@@ -160,6 +163,10 @@ std::string PartsLines() {
          "               [--bom FILE]      (drenik parts --help)\n";
 }
 
+std::string TimeLines() {
+  return "  drenik time [choices] [--values ...] [--span SECONDS] [--points N] [--json]"
+         " [--csv FILE]\n";
+}
 std::string WindingLines() {
   return "  drenik winding [choices] [--values ...] (--core NAME | --air-core FORM_MM:WIRE_MM)"
          " [--json]\n";
@@ -198,6 +205,15 @@ std::string ToleranceHelp() {
       "Without --pass-rl, --pass-il and --stop the default mask of the design is used.\n");
 }
 
+std::string TimeHelp() {
+  return CommandHelp(TimeLines,
+                     "The exact step and impulse response of the ladder at the load, the step\n"
+                     "normalised to settle at 1, and its figures (overshoot, rise, delay,\n"
+                     "settling, peak). --span: the time axis in seconds (default: until the\n"
+                     "step has settled to 0.1 %); --points: 2 to 100000 (2000); --csv writes\n"
+                     "t, step, impulse.\n");
+}
+
 std::string WindingHelp() {
   return CommandHelp(WindingLines,
                      "The turns of each inductor on a toroid core (T50-2, T37-6, ...) or on a\n"
@@ -214,6 +230,7 @@ constexpr CommandInfo kCommands[] = {
      .usageLines = ToleranceLines,
      .help = ToleranceHelp},
     {.word = "parts", .command = Command::Parts, .usageLines = PartsLines, .help = PartsUsageText},
+    {.word = "time", .command = Command::Time, .usageLines = TimeLines, .help = TimeHelp},
     {.word = "winding",
      .command = Command::Winding,
      .usageLines = WindingLines,
@@ -314,7 +331,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       }
     } else if (name == "--json") {
       if (o.command != Command::Parts && o.command != Command::Tolerance &&
-          o.command != Command::Winding)
+          o.command != Command::Winding && o.command != Command::Time)
         only(Command::Design, "design");
       o.json = true;
     } else if (name == "--quiet") {
@@ -323,6 +340,11 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (IsToleranceOption(name)) {
       only(Command::Tolerance, "tolerance");
       ParseToleranceOption(name, value(), o.tolerance);
+    } else if (IsTimeOption(name)) {
+      only(Command::Time, "time");
+      ParseTimeOption(name, value(), o.time);
+    } else if (name == "--csv" && o.command == Command::Time) {
+      file(Command::Time, "time", o.time.csvFile);
     } else if (name == "--png" || name == "--svg" || name == "--pdf") {
       only(Command::Render, "render");
       if (!o.renderFile.empty()) throw UsageError(name + ": only one output file");
@@ -330,6 +352,11 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       if (!EndsWith(o.renderFile, "." + name.substr(2))) {
         throw UsageError(name + ": the file name must end in ." + name.substr(2));
       }
+    } else if (name == "--smith" || name == "--step") {
+      std::string& target = name == "--smith" ? o.smithFile : o.stepFile;
+      file(Command::Render, "render", target);
+      if (!EndsWith(target, ".png") && !EndsWith(target, ".svg") && !EndsWith(target, ".pdf"))
+        throw UsageError(name + ": the file name must end in .png, .svg or .pdf");
     } else if (name == "--size") {
       only(Command::Render, "render");
       ParseSize(value(), o);
@@ -342,7 +369,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       throw UsageError("unknown option '" + name + "'");
     }
   }
-  if (o.command == Command::Render && o.renderFile.empty()) {
+  if (o.command == Command::Render && o.renderFile.empty() && o.smithFile.empty() &&
+      o.stepFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");
   }
   if (o.command == Command::Winding && !o.former)

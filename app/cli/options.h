@@ -22,7 +22,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Tolerance, Parts, Winding, Help, Version };
+enum class Command { Design, Render, Export, Tolerance, Parts, Winding, Time, Help, Version };
 
 // One row per command: its word, its lines in the general usage, and its own
 // `--help` text. A new command adds a row here.
@@ -59,6 +59,13 @@ struct ToleranceOptions {
   std::vector<StopCheck> stops;
 };
 
+// What `drenik time` asks for beyond the design.
+struct TimeOptions {
+  std::optional<double> span;  // s; unset: to where the step has settled to 0.1 %
+  int points = 2000;
+  std::string csvFile;
+};
+
 struct CliOptions {
   Command command = Command::Help;
   std::string helpText;  // for Help: the text to print
@@ -67,6 +74,8 @@ struct CliOptions {
   bool json = false;
   bool quiet = false;      // --quiet: no progress line
   std::string renderFile;  // .png, .svg or .pdf
+  // The time page's charts: the Smith chart, the step and impulse responses.
+  std::string smithFile, stepFile;
   int widthPx = 1600;
   int heightPx = 1200;
   // Export files in the order given: the format's option word and the path.
@@ -76,6 +85,7 @@ struct CliOptions {
   std::optional<Former> former;  // winding: --core or --air-core
   // Lines for standard error: options that have no effect on the output.
   std::vector<std::string> notices;
+  TimeOptions time;
 };
 
 // Throws UsageError.

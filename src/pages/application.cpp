@@ -41,6 +41,11 @@ void Application::ShowTolerancePage() {
   if (toleranceObserver_) toleranceObserver_(tolerance_);
 }
 
+void Application::ShowTimePage() {
+  time_.Load(record_);
+  if (timeObserver_) timeObserver_(time_);
+}
+
 bool Application::PrintDisplayPage() {
   if (!printService_) return false;
   printService_();

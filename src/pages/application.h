@@ -15,6 +15,7 @@
 #include "pages/opening_page.h"
 #include "pages/page_host.h"
 #include "pages/spice_page.h"
+#include "pages/time_page.h"
 #include "pages/tolerance_page.h"
 #include "plot/recording_canvas.h"
 
@@ -81,6 +82,12 @@ class Application : public PageHost {
   void SetToleranceObserver(std::function<void(TolerancePage&)> observer) {
     toleranceObserver_ = std::move(observer);
   }
+  // The time and Smith chart page, loaded by the display page's button with
+  // the design shown; the observer then shows it.
+  TimePage& Time() { return time_; }
+  void SetTimeObserver(std::function<void(TimePage&)> observer) {
+    timeObserver_ = std::move(observer);
+  }
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
@@ -103,6 +110,7 @@ class Application : public PageHost {
   bool PrintDisplayPage() override;
   bool AskPartsRequest(PartsRequest& request) override;
   void ShowTolerancePage() override;
+  void ShowTimePage() override;
 
  private:
   void Enter(PageId page);
@@ -118,6 +126,7 @@ class Application : public PageHost {
   DesignPage design_;
   DisplayPage display_;
   TolerancePage tolerance_;
+  TimePage time_;
   std::optional<SpicePage> spice_;
   PageId current_ = PageId::Opening;
   std::function<void(PageId)> pageObserver_;
@@ -125,6 +134,7 @@ class Application : public PageHost {
   std::function<void()> printService_;
   std::function<bool(PartsRequest&)> partsRequestService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
+  std::function<void(TimePage&)> timeObserver_;
 };
 
 }  // namespace drenik

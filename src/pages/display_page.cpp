@@ -40,6 +40,7 @@ void DisplayPage::Build() {
       {"cmdPartsList", "Parts list", &DisplayPage::OnPartsList},
       {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
       {"cmdExit", "Exit", &DisplayPage::OnExit},
+      {"cmdTimeSmith", "Time, Smith chart", &DisplayPage::OnTimeSmith},
   };
   for (const auto& b : buttons) {
     auto action = b.action;
@@ -80,6 +81,9 @@ void DisplayPage::OnChangeDesign() {
 }
 void DisplayPage::OnTolerance() {
   controls_.RunEvent([this] { host_.ShowTolerancePage(); });
+}
+void DisplayPage::OnTimeSmith() {
+  controls_.RunEvent([this] { host_.ShowTimePage(); });
 }
 void DisplayPage::OnExit() {
   controls_.RunEvent([this] { host_.EndProgram(true); });

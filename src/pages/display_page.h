@@ -68,6 +68,8 @@ class DisplayPage {
   void OnPartsList();
   // The tolerance analysis of the design shown, on a page of its own.
   void OnTolerance();
+  // Opens the time responses and the Smith chart of the design shown.
+  void OnTimeSmith();
 
   const PartsRequest& GetPartsRequest() const { return partsRequest_; }
   void SetPartsRequest(const PartsRequest& request) { partsRequest_ = request; }

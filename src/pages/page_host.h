@@ -28,6 +28,8 @@ class PageHost {
   virtual bool AskPartsRequest(PartsRequest&) { return true; }
   // The tolerance page for the design the record holds.
   virtual void ShowTolerancePage() {}
+  // The time responses and the Smith chart of the design the record holds.
+  virtual void ShowTimePage() {}
 };
 
 }  // namespace drenik

@@ -101,6 +101,9 @@ std::vector<ControlPlace> DisplayPlaces() {
   row({"cmdUp", "cmdDown", "cmdVSWR", "cmdTime", "cmdInductors", "cmdChosenParts", "cmdTolerance",
        "cmdDesign", "cmdExit"},
       8600, 8980);
+  // The time and Smith chart page: under the data readout, left of the row
+  // (the readout's five rows end at y = 8400).
+  p.push_back({"cmdTimeSmith", 400, 8600, 2300, 8980, 7.5f});
   // The files: one row along the top edge. Nothing is drawn above y = 420
   // (the highest text is the "Chebyshev)" note of an unequally terminated
   // load at 440), whatever the width of the ladder.
@@ -156,6 +159,14 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
     tolerance_->show();
     tolerance_->raise();
     tolerance_->activateWindow();
+  });
+  // The time and Smith chart page in its own window, made once.
+  app.SetTimeObserver([this](TimePage& page) {
+    if (!time_) time_ = new TimeWindow(page, app_.GetPlatform(), this);
+    time_->Refresh();
+    time_->show();
+    time_->raise();
+    time_->activateWindow();
   });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());

@@ -7,6 +7,7 @@
 
 #include "pages/application.h"
 #include "qt/control_page_view.h"
+#include "qt/time_window.h"
 #include "qt/tolerance_window.h"
 
 namespace drenik {
@@ -22,6 +23,7 @@ class DesignerWindow : public QWidget {
   ControlPageView* CurrentView() const;
   // The tolerance page's window, once the display page has opened it.
   ToleranceWindow* Tolerance() const { return tolerance_; }
+  TimeWindow* Time() const { return time_; }
 
   // 80% of the available screen area, at 4:3.
   static QSize InitialSize(const QRect& available);
@@ -35,6 +37,7 @@ class DesignerWindow : public QWidget {
   ControlPageView* design_;
   ControlPageView* display_;
   ToleranceWindow* tolerance_ = nullptr;
+  TimeWindow* time_ = nullptr;
 };
 
 // Page layouts, in tab order.

@@ -39,10 +39,13 @@ const Output kOutputs[] = {
     {"out.s2p", {"export", "--s2p"}},
     {"out.csv", {"export", "--csv"}},
     {"parts.csv", {"parts", "--bom"}},
+    {"step.csv", {"time", "--csv"}},
 #if DRENIK_WITH_QT
     {"page.png", {"render", "--size", "400x300", "--png"}},
     {"page.svg", {"render", "--svg"}},
     {"page.pdf", {"render", "--pdf"}},
+    {"smith.svg", {"render", "--smith"}},
+    {"step.png", {"render", "--size", "400x300", "--step"}},
 #endif
     {kLastSessionFile,
      {},

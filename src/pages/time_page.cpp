@@ -1,0 +1,164 @@
+#include "pages/time_page.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "core/formatters.h"
+#include "plot/frequency_axis.h"
+#include "plot/response_plot.h"
+#include "synthesis/families.h"
+#include "timeplot/time_charts.h"
+
+namespace drenik {
+namespace {
+
+constexpr ChartBox kStepBox{1300, 1500, 6300, 4400};
+constexpr ChartBox kImpulseBox{1300, 5300, 6300, 8200};
+
+void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top) {
+  const char* heads[] = {"", "Overshoot", "Rise 10-90", "Delay 50 %", "Settle 1 %", "Settle 0.1 %"};
+  constexpr float kColumn = 820;
+  canvas.SetFont("Arial", 7, true);
+  canvas.SetForeColor(kBlack);
+  for (int c = 0; c < 6; ++c) {
+    canvas.SetTextPosition(left + c * kColumn, top);
+    canvas.Print(heads[c]);
+  }
+  canvas.SetFont("Arial", 7, false);
+  float y = top + 220;
+  for (const TimeStage& s : data.stages) {
+    const TimeFigures& f = s.time.figures;
+    char pct[32];
+    std::snprintf(pct, sizeof pct, "%.3f %%", f.overshootPct);
+    const std::string cells[] = {s.name,
+                                 std::isfinite(f.overshootPct) ? pct : "-",
+                                 SecondsText(f.rise1090),
+                                 SecondsText(f.delay50),
+                                 SecondsText(f.settling1pct),
+                                 SecondsText(f.settling01pct)};
+    canvas.SetForeColor(s.color);
+    for (int c = 0; c < 6; ++c) {
+      canvas.SetTextPosition(left + c * kColumn, y);
+      canvas.Print(cells[c]);
+    }
+    y += 200;
+  }
+  canvas.SetForeColor(kBlack);
+}
+
+}  // namespace
+
+TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span, int points) {
+  TimePageData data;
+  data.title = std::string("Time response and Smith chart: ") + FamilyName(d.Family) + " order " +
+               std::to_string(d.Order) + " " + d.Topology + ", cutoff " +
+               TrimBlanks(FormatFrequency(d.Width));
+  const ValueStages stages = MakeValueStages(d);
+  if (!stages.fault.empty()) {
+    data.fault = stages.fault;
+    return data;
+  }
+  for (ValueStage v : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
+    const DesignRecord& r = stages.At(v);
+    TimeRequest request;
+    request.ladder = LadderOf(r);
+    request.lossFrequency = r.Width;
+    request.span = data.stages.empty() ? span : data.stages.front().time.t.back();
+    request.points = points;
+    const int mode = static_cast<int>(v) + 1;
+    TimeStage stage{ValueStageName(v), TransmissionColor(mode), ReflectionColor(mode),
+                    ComputeTimeResponse(request), SmithLocusOf(r)};
+    if (!stage.time.fault.empty()) {
+      data.fault = stage.time.fault;
+      return data;
+    }
+    data.stages.push_back(std::move(stage));
+    if (v == last) break;
+  }
+  return data;
+}
+
+SmithPlace SmithPlaceOf(TimeCharts charts) {
+  return charts == TimeCharts::Smith ? SmithPlace{6000, 4900, 3500} : SmithPlace{9300, 3900, 2300};
+}
+
+void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
+  canvas.Clear();
+  canvas.SetFont("Arial", 10, true);
+  canvas.SetForeColor(kBlack);
+  canvas.SetTextPosition(600, 250);
+  canvas.Print(data.title);
+  if (!data.fault.empty()) {
+    SetDefaultPageFont(canvas);
+    canvas.SetTextPosition(600, 800);
+    canvas.Print(data.fault);
+    return;
+  }
+  canvas.SetFont("Arial", 8, false);
+  float x = 600;
+  for (const TimeStage& s : data.stages) {
+    canvas.SetForeColor(s.color);
+    canvas.SetTextPosition(x, 650);
+    canvas.Print(s.name + " values");
+    x += canvas.TextWidth(s.name + " values") + 400;
+  }
+  if (charts != TimeCharts::Smith) {
+    std::vector<TimeCurve> steps, impulses;
+    // Each stage over the ones before it, as on the display page.
+    // With a carrier (a band design) the step chart holds the response to
+    // the switched carrier in the stage's light colour under its envelope.
+    for (const TimeStage& s : data.stages)
+      if (!s.time.carrierWave.empty())
+        steps.push_back({&s.time.t, &s.time.carrierWave, s.lightColor});
+    for (const TimeStage& s : data.stages) {
+      steps.push_back({&s.time.t, &s.time.step, s.color});
+      impulses.push_back({&s.time.t, &s.time.impulse, s.color});
+    }
+    double peak = 0;
+    for (double h : data.stages.front().time.impulse) peak = std::max(peak, std::fabs(h));
+    DrawTimeChart(canvas, kStepBox, "Step response (1 = matched load voltage)", steps, 1);
+    DrawTimeChart(canvas, kImpulseBox, "Impulse response (relative to its peak)", impulses,
+                  peak > 0 ? peak : 1);
+    FigureTable(canvas, data, 7000, charts == TimeCharts::Step ? 1500 : 6900);
+  }
+  if (charts != TimeCharts::Step) {
+    const SmithPlace place = SmithPlaceOf(charts);
+    DrawSmithGrid(canvas, place);
+    for (const TimeStage& s : data.stages) DrawSmithLocus(canvas, place, s.smith, s.color);
+    canvas.SetFont("Arial", 8, true);
+    canvas.SetTextPosition(place.cx - place.radius, place.cy - place.radius - 330);
+    char text[96];
+    std::snprintf(text, sizeof text, "Input reflection S11, %s ohm; the square marks the cutoff",
+                  TrimBlanks(FormatValue(data.stages.front().smith.reference)).c_str());
+    canvas.Print(text);
+  }
+  SetDefaultPageFont(canvas);
+  canvas.SetForeColor(kBlack);
+}
+
+void TimePage::Load(const DesignRecord& d) {
+  const ValueStage last = d.ValueMode == 1   ? ValueStage::Exact
+                          : d.ValueMode == 2 ? ValueStage::FiveC
+                                             : ValueStage::FiveL;
+  data_ = MakeTimePageData(d, last);
+  readout_.clear();
+  DrawTimePage(canvas_, data_, TimeCharts::All);
+}
+
+void TimePage::OnMouseMove(float x, float y) {
+  if (data_.stages.empty()) return;
+  const SmithPlace p = SmithPlaceOf(TimeCharts::All);
+  const std::string text = SmithReadout(data_.stages.back().smith, p, x, y);
+  if (text == readout_) return;
+  readout_ = text;
+  const float top = p.cy + p.radius + 150;
+  canvas_.FilledBox(p.cx - p.radius - 300, top, kPageWidth, top + 250, kWhite);
+  canvas_.SetFont("Arial", 8, false);
+  canvas_.SetForeColor(data_.stages.back().color);
+  canvas_.SetTextPosition(p.cx - p.radius - 300, top);
+  canvas_.Print(readout_.empty() ? "Cursor on the chart for its readout" : readout_);
+  SetDefaultPageFont(canvas_);
+  canvas_.SetForeColor(kBlack);
+}
+
+}  // namespace drenik

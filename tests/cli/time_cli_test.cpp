@@ -1,0 +1,68 @@
+// `drenik time`: its options, its JSON, its CSV file and its usage line.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "cli/cli.h"
+#include "json_reader.h"
+#include "support/temp_folder.h"
+
+namespace drenik::testing {
+namespace {
+
+struct Outcome {
+  int status;
+  std::string out, err;
+};
+
+Outcome Drenik(const std::string& line) {
+  std::vector<std::string> args;
+  std::istringstream words(line);
+  for (std::string word; words >> word;) args.push_back(word);
+  std::ostringstream out, err;
+  const int status = cli::RunCommandLine(args, out, err);
+  return {status, out.str(), err.str()};
+}
+
+TEST(TimeCli, JsonCsvAndBadValues) {
+  TempFolder folder;
+  const std::string csv = folder / "step.csv";
+  const Outcome r = Drenik("time --family bessel --values exact --points 300 --json --csv " + csv);
+  ASSERT_EQ(r.status, 0) << r.err;
+  const Json j = ParseJson(r.out);
+  EXPECT_NEAR(j["overshoot_pct"].AsDouble(), 0.77, 0.05);
+  ASSERT_EQ(j["t"].items.size(), 300u);
+  ASSERT_EQ(j["impulse"].items.size(), 300u);
+  // The span ends past the 0.1 % settling time, where the step has settled.
+  EXPECT_GT(j["t"].items.back().AsDouble(), j["settling_01pct"].AsDouble());
+  EXPECT_NEAR(j["step"].items.back().AsDouble(), 1, 1e-3);
+  std::ifstream file(csv);
+  std::string line;
+  std::getline(file, line);
+  EXPECT_EQ(line, "t,step,impulse\r");
+  int rows = 0;
+  while (std::getline(file, line)) ++rows;
+  EXPECT_EQ(rows, 300);
+
+  for (const char* bad : {"--span 0", "--span x", "--points 1", "--points 2.5", "--csv"}) {
+    const Outcome o = Drenik(std::string("time ") + bad);
+    EXPECT_EQ(o.status, 2) << bad;
+    EXPECT_NE(o.err.find(std::string(bad).substr(0, std::string(bad).find(' '))), std::string::npos)
+        << o.err;
+    EXPECT_EQ(o.err.find('\n'), o.err.size() - 1) << o.err;
+  }
+  EXPECT_EQ(Drenik("design --span 1e-6").status, 2);
+  EXPECT_EQ(Drenik("time --csv " + folder.Path() + "/missing/step.csv").status, 1);
+
+  // The README shows the usage line as the program prints it.
+  const std::string usage = Drenik("--help").out;
+  const size_t at = usage.find("  drenik time");
+  const std::string timeLine = usage.substr(at + 2, usage.find('\n', at) - at - 2);
+  EXPECT_NE(ReadWhole(DRENIK_SOURCE_DIR "/README.md").find("    " + timeLine + "\n"),
+            std::string::npos)
+      << timeLine;
+}
+
+}  // namespace
+}  // namespace drenik::testing

@@ -1,0 +1,66 @@
+// The "Time and Smith chart" page: its data against the Touchstone file of
+// the same design, and its drawing.
+#include "pages/time_page.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "app_fixture.h"
+#include "export/writers.h"
+
+namespace drenik::testing {
+namespace {
+
+class TimePageTest : public AppTest {};
+
+TEST_F(TimePageTest, SmithPointsAreTheTouchstoneS11AndEveryStageIsDrawnInItsColour) {
+  StartDesign();
+  Design().Button("cmdDesign").Click();
+  const TimePageData data = MakeTimePageData(D(), ValueStage::FiveL);
+  ASSERT_TRUE(data.fault.empty()) << data.fault;
+  ASSERT_EQ(data.stages.size(), 3u);
+  // All stages share the exact stage's time axis.
+  EXPECT_EQ(data.stages[2].time.t, data.stages[0].time.t);
+
+  // The display page holds the 5% C stage: its locus is the file's S11.
+  const std::string s2p = (folder_ / "f.s2p").string();
+  ASSERT_TRUE(WriteTouchstone(D(), s2p, platform));
+  std::ifstream in(s2p);
+  const SmithLocus& locus = data.stages[1].smith;
+  size_t n = 0;
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '!' || line[0] == '[' || line[0] == '#') continue;
+    std::istringstream row(line);
+    double f, re, im;
+    row >> f >> re >> im;
+    ASSERT_LT(n, locus.gamma.size());
+    EXPECT_EQ(static_cast<float>(f), locus.freq[n]);
+    EXPECT_EQ(re, locus.gamma[n].real());
+    EXPECT_EQ(im, locus.gamma[n].imag());
+    ++n;
+  }
+  EXPECT_EQ(n, locus.gamma.size());
+  // A lowpass's locus stays inside the passband's VSWR circle up to the cutoff.
+  for (size_t i = 0; i < n && locus.freq[i] <= D().Width; ++i)
+    EXPECT_LE(std::abs(locus.gamma[i]), locus.passbandRadius + 1e-12);
+  EXPECT_NE(SmithReadout(locus, SmithPlaceOf(TimeCharts::All), 9300, 3900).find("return loss"),
+            std::string::npos);
+
+  RecordingCanvas page;
+  DrawTimePage(page, data, TimeCharts::All);
+  for (const TimeStage& s : data.stages) {
+    int lines = 0;
+    for (const DrawOp& op : page.Ops()) {
+      if (op.kind != DrawOp::Kind::Line || op.color != s.color || op.width != 2) continue;
+      ++lines;
+      EXPECT_TRUE(op.x1 >= 0 && op.x1 <= kPageWidth && op.y1 >= 0 && op.y1 <= kPageHeight);
+    }
+    // Step and impulse curves and the Smith locus.
+    EXPECT_GT(lines, 2 * 1999 + static_cast<int>(n) / 2) << s.name;
+  }
+}
+
+}  // namespace
+}  // namespace drenik::testing
