@@ -7,7 +7,10 @@
 #include <string>
 
 #include "cli/tolerance_command.h"
+#include "core/formatters.h"
+#include "core/last_session.h"
 #include "export/formats.h"
+#include "pages/design_choices.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -54,6 +57,19 @@ std::string CommandWords() {
 std::string TopologyWords(const char* separator) {
   return Words(
       Topologies(), [](const TopologyInfo& t) { return t.name; }, separator);
+}
+
+std::string BandTopologyWords() {
+  std::string out;
+  for (const TopologyInfo& t : Topologies())
+    if (t.band) out += (out.empty() ? "" : ", ") + std::string(t.name);
+  return out;
+}
+
+// A frequency as the bandwidth box reads it, with the box's clamps.
+float BoxValue(std::string text) {
+  const float v = CheckEntry(text);
+  return std::clamp(v, kBandwidthRange.low, kBandwidthRange.high);
 }
 
 std::string FamilyOption(const std::string& value) {
@@ -104,6 +120,26 @@ bool EndsWith(const std::string& s, const std::string& tail) {
   return s.size() >= tail.size() && Lower(s.substr(s.size() - tail.size())) == tail;
 }
 
+// The band options belong to the band topologies; the band they give must
+// lie above 0 Hz. The texts are read as the page reads its boxes.
+void CheckBand(const Choices& ch) {
+  const TopologyInfo* t = FindTopology(ch.topology.value_or(kDefaultTopology.name));
+  const bool band = t && t->band;
+  if (ch.center && !band)
+    throw UsageError("--center: only for the band topologies (" + BandTopologyWords() + ")");
+  if (!ch.center && band)
+    throw UsageError("--center: required for the " + *ch.topology + " topology");
+  if (ch.resonatorL && !(t && t->resonatorL))
+    throw UsageError("--resonator-l: only for the Coupledbandpass topology");
+  if (!band) return;
+  const float center = BoxValue(*ch.center);
+  DesignRecord firstStart;
+  SetLastSessionDefaults(firstStart);
+  const float width = ch.bandwidth ? BoxValue(*ch.bandwidth) : firstStart.Width;
+  if (const std::string why = BandFault(center, width); !why.empty())
+    throw UsageError("--center: " + why);
+}
+
 }  // namespace
 
 std::string UsageText() {
@@ -133,6 +169,11 @@ std::string UsageText() {
          "  --stopband 30|40|50|60      stopband depth, dB, cauer (40)\n"
          "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"
          "  --bandwidth TEXT            cutoff, Hz, e.g. 4.2M     (4.2M)\n"
+         "                              (a band topology: the band's width f2 - f1)\n"
+         "  --center TEXT               geometric band centre, Hz, e.g. 7.15M\n"
+         "                              (required for a band topology, for no other)\n"
+         "  --resonator-l TEXT          coupled resonators' inductance, H, e.g. 1u\n"
+         "                              (Coupledbandpass only; a practical one when left out)\n"
          "  --q inf|TEXT                inductor Q                (inf)\n"
          "--values: exact values, 5% capacitors with retuned inductors (5c, default),\n"
          "  or 5% capacitors and 5% inductors (5l)\n";
@@ -200,6 +241,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       ch.impedance = value();
     } else if (name == "--bandwidth") {
       ch.bandwidth = value();
+    } else if (name == "--center") {
+      ch.center = value();
+    } else if (name == "--resonator-l") {
+      ch.resonatorL = value();
     } else if (name == "--q") {
       ch.q = value();
     } else if (ParsePartsOption(name, value, o.command == Command::Parts, o.parts)) {
@@ -240,6 +285,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       throw UsageError("unknown option '" + name + "'");
     }
   }
+  CheckBand(o.choices);
   if (o.command == Command::Render && o.renderFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");
   }

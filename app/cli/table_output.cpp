@@ -8,6 +8,7 @@
 #include "core/formatters.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::cli {
 
@@ -22,13 +23,18 @@ std::string Padded(const std::string& s, size_t width) {
   return s.size() >= width ? s + " " : s + std::string(width - s.size(), ' ');
 }
 
-// The transmission at the sweep point nearest the cutoff.
-float TransmissionAtCutoff(const DesignRecord& d) {
+// The transmission at the sweep point nearest f (the cutoff by default).
+float TransmissionAtCutoff(const DesignRecord& d, double f = -1) {
+  const float at = f < 0 ? d.Width : static_cast<float>(f);
   int best = 0;
   for (int i = 1; i <= std::min<int>(d.NrIntervals, kSweepSlots - 1); ++i) {
-    if (std::fabs(d.Freq[i] - d.Width) < std::fabs(d.Freq[best] - d.Width)) best = i;
+    if (std::fabs(d.Freq[i] - at) < std::fabs(d.Freq[best] - at)) best = i;
   }
   return d.Transmission[best];
+}
+
+std::string Hz(double f) {
+  return TrimBlanks(FormatFrequency(f));
 }
 
 }  // namespace
@@ -39,8 +45,16 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   out << d.ProgramTitle << " " << d.Version << "\n";
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
   const FamilyInfo* family = FindFamily(d.Family);
-  out << "Cutoff " << (family ? family->cutoffLabel : "") << ": "
-      << TrimBlanks(FormatFrequency(d.Width)) << "\n";
+  const bool band = IsBandDesign(d) && d.Center > 0;
+  const BandEdges edges = band ? EdgesOfBand(d.Center, d.Width) : BandEdges{};
+  if (band) {
+    out << "Band " << (family ? family->cutoffLabel : "") << ": f1 " << Hz(edges.f1) << " to f2 "
+        << Hz(edges.f2) << ", width " << Hz(d.Width) << ", geometric centre " << Hz(d.Center)
+        << "\n";
+  } else {
+    out << "Cutoff " << (family ? family->cutoffLabel : "") << ": "
+        << TrimBlanks(FormatFrequency(d.Width)) << "\n";
+  }
   if (family && !family->hasRipple) {
     out << "Passband: no ripple, 3 dB down at the cutoff\n";
   } else {
@@ -57,9 +71,17 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   }
   out << "Rsource: " << TrimBlanks(FormatValue(d.Rsource))
       << " ohms, Rload: " << TrimBlanks(FormatValue(d.Rload)) << " ohms\n";
-  out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
-      << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
-      << chosenTitle << ")\n\n";
+  if (band) {
+    for (const auto& [name, f] : {std::pair{"f1", edges.f1}, std::pair{"f2", edges.f2}})
+      out << "Transmission at " << name << ": "
+          << TrimBlanks(FormatValue(TransmissionAtCutoff(exact, f))) << " dB (exact), "
+          << TrimBlanks(FormatValue(TransmissionAtCutoff(d, f))) << " dB (" << chosenTitle << ")\n";
+    out << "\n";
+  } else {
+    out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
+        << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
+        << chosenTitle << ")\n\n";
+  }
 
   out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12) << Padded("C exact", 12)
       << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";

@@ -29,6 +29,9 @@ struct Ladder {
   double reference = 0;                     // ohms; the reflection and VSWR are referred to it
   double qind = 0;                          // inductor Q (1e6 stands for ideal)
   double qcap = 0;                          // capacitor Q (1e7 stands for ideal)
+  // Codes 5 and 8 are the series L-C branch and the shunt tank of a band
+  // design; in any other ladder they have no model (a wire and an alert).
+  bool bandBranches = false;
   // The program's single-precision constants: omega is formed as TwoPi F in
   // single precision, angles are converted with Pi.
   float pi = 0;
@@ -36,8 +39,8 @@ struct Ladder {
 };
 
 // The ladder the record holds (positions 1..Stages, codes converted to
-// kinds, Rstandard as the reference). Positions beyond the arrays are not
-// copied; LadderFault() reports them.
+// kinds, Rstandard as the reference, band branches when Center is set). Positions beyond the arrays
+// are not copied; LadderFault() reports them.
 Ladder LadderOf(const DesignRecord& d);
 
 // Why the kernel could not solve this ladder (a division by zero that the

@@ -42,7 +42,7 @@ std::vector<VariedPart> VariedParts(const Ladder& ladder, double ctolPercent, do
   const int stages = std::clamp(ladder.stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
-    if (!f || !f->analysed) continue;
+    if (!Modelled(f, ladder.bandBranches)) continue;
     if (f->hasL && ladder.L[j] != 0) parts.push_back({j, false, ladder.L[j], ltolPercent / 100});
     if (f->hasC && ladder.C[j] != 0) parts.push_back({j, true, ladder.C[j], ctolPercent / 100});
   }
