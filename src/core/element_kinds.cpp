@@ -30,12 +30,12 @@ constexpr LabelPlace kTrapCLabel{{40, 40, 300, 200}, {1100, 1300, 830, -730}, 62
 constexpr LabelPlace kTankLLabel{{-320, -320, -320, 200}, {440, 640, 840, -930}, 680};
 constexpr LabelPlace kTankCLabel{{370, 370, 370, 200}, {400, 600, 800, -730}, 620};
 // The series L-C branch: the inductance above its coil, the capacitance
-// under the rail beside its plates. The tank of a band design: the
-// inductance under the ground rail, the capacitance between the rails right
-// of its plates (the fourth row above the upper rail).
+// under the rail beside its plates. The tank of a band design: both values
+// under the ground rail, the inductance reaching left under the wire step
+// (its neighbours print nothing there), the capacitance beside it.
 constexpr LabelPlace kSeriesLCCLabel{{560, 560, 560, 560}, {150, 350, 550, 750}, 560};
-constexpr LabelPlace kShuntLCLLabel{{-80, -80, -80, -80}, {1080, 1280, 1480, 1680}, 620};
-constexpr LabelPlace kShuntLCCLabel{{520, 520, 520, 200}, {250, 450, 650, -730}, 560};
+constexpr LabelPlace kShuntLCLLabel{{-240, -240, -240, -240}, {1080, 1280, 1480, 1680}, 640};
+constexpr LabelPlace kShuntLCCLabel{{420, 420, 420, 420}, {1080, 1280, 1480, 1680}, 520};
 constexpr LabelPlace kResonanceLabel{{10, 10, 10, 10}, {1600, 1800, 2000, 2200}, 940};
 
 // --- LTspice blocks (grid units; the ground rail is 256 below the rail) ---
