@@ -16,6 +16,7 @@
 
 #include "analysis/sweep.h"
 #include "export/writers.h"
+#include "synthesis/band_transform.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
 #include "tolerance/tolerance_text.h"
@@ -402,6 +403,38 @@ TEST(TrialDraws, UniformAndTruncatedNormalDeviationsAndThePortableLog) {
   EXPECT_NE(Deviation(5, 0, 3, Distribution::Uniform), Deviation(5, 0, 4, Distribution::Uniform));
   for (double x : {1e-300, 1e-9, 0.1, 0.5, 0.7071, 0.99999, 1.0, 3.0})
     EXPECT_NEAR(PortableLog(x), std::log(x), 4e-16 * std::max(1.0, std::fabs(std::log(x)))) << x;
+}
+
+}  // namespace
+}  // namespace drenik
+
+namespace drenik {
+namespace {
+
+// A bandpass is checked between its edges and on both skirts; the nominal
+// design meets its own default mask, and so does a build from parts ten
+// times tighter than the mask's slack allows for.
+TEST(ToleranceBand, BandpassMaskHasThePassbandBetweenItsEdgesAndTwoSkirts) {
+  DesignRecord d;
+  d.Pi = 3.14159274f, d.TwoPi = 6.28318548f, d.Family = kChebyshev, d.Order = 5;
+  d.Topology = "Cinbandpass", d.Apass = 0.2f, d.Rsource = d.Rstandard = 50;
+  d.Width = 1e6f, d.Center = 1e7f, d.Qind = kInfiniteQind, d.Qcap = kInfiniteQcap;
+  ASSERT_TRUE(DesignPrototype(d).Ok() && Denormalize(d).Ok());
+  d.Fstart = 8e6f, d.Fstop = 12.5e6f, d.NrIntervals = 1000;
+  ASSERT_TRUE(AnalyzeSweep(d).Ok());
+  const ToleranceDesign design = ToleranceDesignOf(d);
+  const Mask mask = DefaultMask(design);
+  const BandEdges e = EdgesOfBand(1e7, 1e6);
+  EXPECT_TRUE(mask.passStart == e.f1 && mask.passEdge == e.f2 && mask.passRl);
+  ASSERT_EQ(mask.stops.size(), 2u);
+  EXPECT_TRUE(mask.stops[0].below && mask.stops[0].frequency < e.f1);
+  EXPECT_TRUE(!mask.stops[1].below && mask.stops[1].frequency > e.f2);
+  ToleranceSetup setup;
+  setup.mask = mask, setup.trials = 64, setup.ctolPercent = setup.ltolPercent = 0.05;
+  ToleranceResult r;
+  ASSERT_TRUE(RunTolerance(design, setup, r).Ok());
+  EXPECT_TRUE(r.nominalPasses && r.yield == 1.0) << r.yield;
+  EXPECT_GT(r.nominalReturnLoss, *mask.passRl);
 }
 
 }  // namespace
