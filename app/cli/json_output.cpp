@@ -10,6 +10,7 @@
 #include "analysis/part_resonances.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::cli {
 
@@ -85,6 +86,13 @@ void WriteDesignJson(const DesignRecord& d, std::ostream& out) {
   w.Real("Apass", d.Apass);
   w.Real("Astop", d.Astop);
   w.Real("Width", d.Width);
+  if (IsBandDesign(d)) {
+    // The geometric centre and the edges at the family's cutoff label.
+    const BandEdges e = EdgesOfBand(d.Center, d.Width);
+    w.Real("Center", d.Center);
+    w.Real("F1", static_cast<float>(e.f1));
+    w.Real("F2", static_cast<float>(e.f2));
+  }
   w.Real("Omega", d.Omega);
   w.Real("Rsource", d.Rsource);
   w.Real("Rload", d.Rload);

@@ -10,7 +10,9 @@
 #include "cli/time_command.h"
 #include "cli/tolerance_command.h"
 #include "core/formatters.h"
+#include "core/last_session.h"
 #include "export/formats.h"
+#include "pages/design_choices.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -47,6 +49,19 @@ std::string ExportWords(const char* before, const char* after, const char* separ
 std::string TopologyWords(const char* separator) {
   return Words(
       Topologies(), [](const TopologyInfo& t) { return t.name; }, separator);
+}
+
+std::string BandTopologyWords() {
+  std::string out;
+  for (const TopologyInfo& t : Topologies())
+    if (t.band) out += (out.empty() ? "" : ", ") + std::string(t.name);
+  return out;
+}
+
+// A frequency as the bandwidth box reads it, with the box's clamps.
+float BoxValue(std::string text) {
+  const float v = CheckEntry(text);
+  return std::clamp(v, kBandwidthRange.low, kBandwidthRange.high);
 }
 
 std::string FamilyOption(const std::string& value) {
@@ -106,6 +121,26 @@ bool SameFile(const std::string& a, const std::string& b) {
   return !ec1 && !ec2 && pa == pb;
 }
 
+// The band options belong to the band topologies; the band they give must
+// lie above 0 Hz. The texts are read as the page reads its boxes.
+void CheckBand(const Choices& ch) {
+  const TopologyInfo* t = FindTopology(ch.topology.value_or(kDefaultTopology.name));
+  const bool band = t && t->band;
+  if (ch.center && !band)
+    throw UsageError("--center: only for the band topologies (" + BandTopologyWords() + ")");
+  if (!ch.center && band)
+    throw UsageError("--center: required for the " + *ch.topology + " topology");
+  if (ch.resonatorL && !(t && t->resonatorL))
+    throw UsageError("--resonator-l: only for the Coupledbandpass topology");
+  if (!band) return;
+  const float center = BoxValue(*ch.center);
+  DesignRecord firstStart;
+  SetLastSessionDefaults(firstStart);
+  const float width = ch.bandwidth ? BoxValue(*ch.bandwidth) : firstStart.Width;
+  if (const std::string why = BandFault(center, width); !why.empty())
+    throw UsageError("--center: " + why);
+}
+
 // Two exports to one file would leave only the last: refused.
 void RefuseSharedTargets(const CliOptions& o) {
   for (size_t j = 1; j < o.exports.size(); ++j)
@@ -127,6 +162,11 @@ std::string ChoicesText() {
          "  --stopband 30|40|50|60      stopband depth, dB, cauer (40)\n"
          "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"
          "  --bandwidth TEXT            cutoff, Hz, e.g. 4.2M     (4.2M)\n"
+         "                              (a band topology: the band's width f2 - f1)\n"
+         "  --center TEXT               geometric band centre, Hz, e.g. 7.15M\n"
+         "                              (required for a band topology, for no other)\n"
+         "  --resonator-l TEXT          coupled resonators' inductance, H, e.g. 1u\n"
+         "                              (Coupledbandpass only; a practical one when left out)\n"
          "  --q inf|TEXT                inductor Q                (inf)\n" +
          PartModelUsageText() +
          "--values: exact values, 5% capacitors with retuned inductors (5c, default),\n"
@@ -311,6 +351,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       ch.impedance = v == "50" ? v : BoxEntry(name, v, false);
     } else if (name == "--bandwidth") {
       ch.bandwidth = BoxEntry(name, value(), false);
+    } else if (name == "--center") {
+      ch.center = BoxEntry(name, value(), false);
+    } else if (name == "--resonator-l") {
+      ch.resonatorL = BoxEntry(name, value(), false);
     } else if (name == "--q") {
       ch.q = BoxEntry(name, value(), true);
     } else if (ParsePartModelOption(name, value, ch.models)) {
@@ -369,6 +413,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       throw UsageError("unknown option '" + name + "'");
     }
   }
+  CheckBand(o.choices);
   if (o.command == Command::Render && o.renderFile.empty() && o.smithFile.empty() &&
       o.stepFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");

@@ -99,11 +99,20 @@ void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& 
                (p.turns ? " (" + std::to_string(p.turns) + " turns)" : ""),
            p.L);
   }
-  out << "\nWorst return loss " << (bands.highpass ? "from " : "up to ")
-      << TrimBlanks(FormatFrequency(bands.cutoff)) << ", least attenuation "
-      << (bands.highpass ? "at and below " : "at and beyond ")
-      << TrimBlanks(FormatFrequency(bands.stopEdge)) << ":\n"
-      << "  " << Padded("", 16) << Padded("Return, dB", 12) << "Stopband, dB\n";
+  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(f)); };
+  if (bands.band && bands.bandstop)
+    out << "\nWorst return loss up to " << hz(bands.f1) << " and from " << hz(bands.f2)
+        << ", least attenuation from " << hz(bands.stopLow) << " to " << hz(bands.stopHigh)
+        << ":\n";
+  else if (bands.band)
+    out << "\nWorst return loss from " << hz(bands.f1) << " to " << hz(bands.f2)
+        << ", least attenuation up to " << hz(bands.stopLow) << " and from " << hz(bands.stopHigh)
+        << ":\n";
+  else
+    out << "\nWorst return loss " << (bands.highpass ? "from " : "up to ") << hz(bands.cutoff)
+        << ", least attenuation " << (bands.highpass ? "at and below " : "at and beyond ")
+        << hz(bands.stopEdge) << ":\n";
+  out << "  " << Padded("", 16) << Padded("Return, dB", 12) << "Stopband, dB\n";
   const std::pair<const char*, const Figures*> rows[] = {{"Exact values", &choice.exact},
                                                          {"5% C values", &choice.standard},
                                                          {"Chosen parts", &choice.chosen}};

@@ -33,6 +33,11 @@ void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
   if (c.order && *c.order != d.Order) {
     Click(page, "optOrder" + std::to_string(*c.order), "--order", d);
   }
+  // A band's boxes are filled before its topology is chosen, so that the
+  // band is whole when the first band design runs.
+  if (c.center) Type(page, "txtCenter", *c.center);
+  if (c.resonatorL) Type(page, "txtResonatorL", *c.resonatorL);
+  if (c.center && c.bandwidth) Type(page, "txtBandwidth", *c.bandwidth);
   if (c.topology) Click(page, "opt" + *c.topology, "--topology", d);
   if (c.rippleOption) Click(page, *c.rippleOption, "--ripple", d);
   if (c.stopbandOption) Click(page, *c.stopbandOption, "--stopband", d);
@@ -44,7 +49,7 @@ void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
       Type(page, "txtZother", *c.impedance);
     }
   }
-  if (c.bandwidth) Type(page, "txtBandwidth", *c.bandwidth);
+  if (c.bandwidth && !c.center) Type(page, "txtBandwidth", *c.bandwidth);
   if (c.q) {
     if (*c.q == "inf") {
       Click(page, "optQ1", "--q", d);

@@ -12,6 +12,7 @@
 #include "parts/figures.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::cli {
 
@@ -26,13 +27,18 @@ std::string Padded(const std::string& s, size_t width) {
   return s.size() >= width ? s + " " : s + std::string(width - s.size(), ' ');
 }
 
-// The transmission at the sweep point nearest the cutoff.
-float TransmissionAtCutoff(const DesignRecord& d) {
+// The transmission at the sweep point nearest f (the cutoff by default).
+float TransmissionAtCutoff(const DesignRecord& d, double f = -1) {
+  const float at = f < 0 ? d.Width : static_cast<float>(f);
   int best = 0;
   for (int i = 1; i <= std::min<int>(d.NrIntervals, kSweepSlots - 1); ++i) {
-    if (std::fabs(d.Freq[i] - d.Width) < std::fabs(d.Freq[best] - d.Width)) best = i;
+    if (std::fabs(d.Freq[i] - at) < std::fabs(d.Freq[best] - at)) best = i;
   }
   return d.Transmission[best];
+}
+
+std::string Hz(double f) {
+  return TrimBlanks(FormatFrequency(f));
 }
 
 std::string Fixed(double v) {
@@ -64,11 +70,20 @@ StageFigures FiguresAt(const DesignRecord& d, const Bands& bands) {
 void WriteFigures(const DesignRecord& exact, const DesignRecord& chosen,
                   const std::string& chosenTitle, std::ostream& out) {
   const Bands bands = BandsOf(exact);
-  out << "Worst return loss and loss " << (bands.highpass ? "from " : "up to ")
-      << TrimBlanks(FormatFrequency(bands.cutoff)) << ", least attenuation "
-      << (bands.highpass ? "at and below " : "at and beyond ")
-      << TrimBlanks(FormatFrequency(bands.stopEdge)) << ":\n"
-      << "  " << Padded("", 10) << Padded("Return, dB", 12) << Padded("Loss, dB", 10)
+  if (!bands.band) {
+    out << "Worst return loss and loss " << (bands.highpass ? "from " : "up to ")
+        << Hz(bands.cutoff) << ", least attenuation "
+        << (bands.highpass ? "at and below " : "at and beyond ") << Hz(bands.stopEdge) << ":\n";
+  } else if (!bands.bandstop) {
+    out << "Worst return loss and loss from " << Hz(bands.f1) << " to " << Hz(bands.f2)
+        << ", least attenuation at and below " << Hz(bands.stopLow) << " and at and beyond "
+        << Hz(bands.stopHigh) << ":\n";
+  } else {
+    out << "Worst return loss and loss at and below " << Hz(bands.f1) << " and at and beyond "
+        << Hz(bands.f2) << ", least attenuation from " << Hz(bands.stopLow) << " to "
+        << Hz(bands.stopHigh) << ":\n";
+  }
+  out << "  " << Padded("", 10) << Padded("Return, dB", 12) << Padded("Loss, dB", 10)
       << "Stopband, dB\n";
   for (const auto& [title, d] :
        {std::pair<std::string, const DesignRecord*>{"exact", &exact}, {chosenTitle, &chosen}}) {
@@ -87,8 +102,16 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   out << d.ProgramTitle << " " << d.Version << "\n";
   out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << "\n";
   const FamilyInfo* family = FindFamily(d.Family);
-  out << "Cutoff " << (family ? family->cutoffLabel : "") << ": "
-      << TrimBlanks(FormatFrequency(d.Width)) << "\n";
+  const bool band = IsBandDesign(d) && d.Center > 0;
+  const BandEdges edges = band ? EdgesOfBand(d.Center, d.Width) : BandEdges{};
+  if (band) {
+    out << "Band " << (family ? family->cutoffLabel : "") << ": f1 " << Hz(edges.f1) << " to f2 "
+        << Hz(edges.f2) << ", width " << Hz(d.Width) << ", geometric centre " << Hz(d.Center)
+        << "\n";
+  } else {
+    out << "Cutoff " << (family ? family->cutoffLabel : "") << ": "
+        << TrimBlanks(FormatFrequency(d.Width)) << "\n";
+  }
   if (family && !family->hasRipple) {
     out << "Passband: no ripple, 3 dB down at the cutoff\n";
   } else {
@@ -105,9 +128,16 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   }
   out << "Rsource: " << TrimBlanks(FormatValue(d.Rsource))
       << " ohms, Rload: " << TrimBlanks(FormatValue(d.Rload)) << " ohms\n";
-  out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
-      << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
-      << chosenTitle << ")\n";
+  if (band) {
+    for (const auto& [name, f] : {std::pair{"f1", edges.f1}, std::pair{"f2", edges.f2}})
+      out << "Transmission at " << name << ": "
+          << TrimBlanks(FormatValue(TransmissionAtCutoff(exact, f))) << " dB (exact), "
+          << TrimBlanks(FormatValue(TransmissionAtCutoff(d, f))) << " dB (" << chosenTitle << ")\n";
+  } else {
+    out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
+        << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
+        << chosenTitle << ")\n";
+  }
   WriteFigures(exact, chosen, chosenTitle, out);
   out << "\n";
 

@@ -271,4 +271,22 @@ inline Cplx<double> SeriesTank(double w, double l, double c, const Losses<double
   return Reciprocal(y.re, y.im);
 }
 
+// Inductor then capacitor in the series arm (a series-resonant branch of a
+// bandpass): the sum of the two parts' impedances.
+template <typename V>
+DRENIK_MODEL Cplx<V> SeriesLC(V w, V l, V c, const Losses<V>& q) {
+  const Cplx<V> zl = SeriesInductor(w, l, q);
+  const Cplx<V> zc = SeriesCapacitor(w, c, q);
+  return {zl.re + zc.re, zl.im + zc.im};
+}
+
+// A shunt inductor beside a shunt capacitor (the parallel tank of a bandpass
+// or a coupled resonator): the sum of the two parts' admittances.
+template <typename V>
+DRENIK_MODEL Cplx<V> ShuntLC(V w, V l, V c, const Losses<V>& q) {
+  const Cplx<V> yl = ShuntInductor(w, l, q);
+  const Cplx<V> yc = ShuntCapacitor(w, c, q);
+  return {yl.re + yc.re, yl.im + yc.im};
+}
+
 }  // namespace drenik::models

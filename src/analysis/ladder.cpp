@@ -42,9 +42,16 @@ inline __attribute__((always_inline)) Section SectionAt(const Ladder& ladder, in
       return {false, models::ShuntTrap(w, l, c, q)};
     case ElementKind::SeriesTank:
       return {true, models::SeriesTank(w, l, c, q)};
-    default:  // no model: a straight wire (Z = 0 leaves the chain as it is)
-      return {true, {0, 0}, false};
+    case ElementKind::SeriesLC:
+      if (!ladder.bandBranches) break;
+      return {true, models::SeriesLC(w, l, c, q)};
+    case ElementKind::ShuntLC:
+      if (!ladder.bandBranches) break;
+      return {false, models::ShuntLC(w, l, c, q)};
+    default:
+      break;
   }
+  return {true, {0, 0}, false};  // no model: a straight wire (Z = 0 leaves the chain as it is)
 }
 
 // Angle in degrees of re + j*im when sign is +1, of 1/(re + j*im) when -1,
@@ -99,11 +106,13 @@ Ladder LadderOf(const DesignRecord& d) {
   ladder.qind = d.Qind;
   ladder.qcap = d.CapacitorQ != kInfiniteQcap ? d.CapacitorQ : d.Qcap;
   ladder.qLaw = d.InductorQLaw;
-  ladder.qReference = d.Width;
+  // The Q is given at the cutoff, or at the centre of a band design.
+  ladder.qReference = d.Center > 0 ? d.Center : d.Width;
   ladder.lcp = d.WindingCapacitance;
   ladder.cesl = d.CapacitorEsl;
   ladder.pi = d.Pi;
   ladder.twoPi = d.TwoPi;
+  ladder.bandBranches = d.Center > 0;
   return ladder;
 }
 
@@ -121,12 +130,13 @@ std::string LadderFault(const Ladder& ladder) {
     return "Cannot analyse: a winding capacitance or a lead inductance is below 0.";
   for (int j = 1; j <= ladder.stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
-    if (!f || !f->analysed) continue;
+    if (!Modelled(f, ladder.bandBranches)) continue;
     if (f->hasL && ladder.qind == 0) return "Cannot analyse: the inductor Q is 0" + At(j);
     if (f->hasC && ladder.qcap == 0) return "Cannot analyse: the capacitor Q is 0" + At(j);
     // A shunt inductor or a tank divides by its inductance.
-    const bool dividesByL =
-        ladder.kind[j] == ElementKind::ShuntL || ladder.kind[j] == ElementKind::SeriesTank;
+    const bool dividesByL = ladder.kind[j] == ElementKind::ShuntL ||
+                            ladder.kind[j] == ElementKind::SeriesTank ||
+                            ladder.kind[j] == ElementKind::ShuntLC;
     if (dividesByL && ladder.L[j] == 0) return "Cannot analyse: the inductance is 0" + At(j);
     // With a winding capacitance across it, every inductor is inverted.
     if (f->hasL && ladder.lcp != 0 && ladder.L[j] == 0)

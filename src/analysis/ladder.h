@@ -36,6 +36,9 @@ struct Ladder {
   double qReference = 0;
   double lcp = 0;   // F, winding capacitance across every inductor
   double cesl = 0;  // H, lead inductance in series with every capacitor
+  // Codes 5 and 8 are the series L-C branch and the shunt tank of a band
+  // design; in any other ladder they have no model (a wire and an alert).
+  bool bandBranches = false;
   // The program's single-precision constants: omega is formed as TwoPi F in
   // single precision, angles are converted with Pi.
   float pi = 0;
@@ -50,8 +53,8 @@ inline double ReferenceOmega(const Ladder& ladder) {
 }
 
 // The ladder the record holds (positions 1..Stages, codes converted to
-// kinds, Rstandard as the reference). Positions beyond the arrays are not
-// copied; LadderFault() reports them.
+// kinds, Rstandard as the reference, band branches when Center is set). Positions beyond the arrays
+// are not copied; LadderFault() reports them.
 Ladder LadderOf(const DesignRecord& d);
 
 // Why the kernel could not solve this ladder (a division by zero that the

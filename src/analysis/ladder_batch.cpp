@@ -60,6 +60,8 @@ inline __attribute__((always_inline)) Cplx<V> SectionAt(V w, V l, V c, const Los
   if constexpr (K == ElementKind::SeriesC) return models::SeriesCapacitor(w, c, q);
   if constexpr (K == ElementKind::ShuntC) return models::ShuntCapacitor(w, c, q);
   if constexpr (K == ElementKind::ShuntTrap) return models::ShuntTrap(w, l, c, q);
+  if constexpr (K == ElementKind::SeriesLC) return models::SeriesLC(w, l, c, q);
+  if constexpr (K == ElementKind::ShuntLC) return models::ShuntLC(w, l, c, q);
 }
 
 // The sections of a position of kind K at n angular frequencies.
@@ -179,6 +181,17 @@ inline __attribute__((always_inline)) void ChunkPowers(const Ladder& ladder, con
       DRENIK_APPLY(ShuntTrap)
       DRENIK_APPLY(SeriesTank)
 #undef DRENIK_APPLY
+      // The branches of a band design; in any other ladder a wire.
+      case ElementKind::SeriesLC:
+        if (!ladder.bandBranches) break;
+        Apply<ElementKind::SeriesLC>(m, omega, perQ, n, series[j], identity, l[j], c[j], q);
+        identity = false;
+        break;
+      case ElementKind::ShuntLC:
+        if (!ladder.bandBranches) break;
+        Apply<ElementKind::ShuntLC>(m, omega, perQ, n, series[j], identity, l[j], c[j], q);
+        identity = false;
+        break;
       default:  // no model: a wire
         break;
     }

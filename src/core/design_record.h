@@ -46,7 +46,9 @@ struct DesignRecord {
   std::string CauerType;       // "A", "B" or "C"
   float Apass = 0;             // passband ripple, dB
   float Astop = 0;             // stopband depth, dB (Cauer only)
-  float Width = 0;             // cutoff ("bandwidth"), Hz
+  float Width = 0;             // cutoff ("bandwidth"), Hz; a band design's width f2 - f1
+  float Center = 0;            // geometric centre sqrt(f1 f2) of a band design, Hz
+  float ResonatorL = 0;        // inductance of every coupled resonator, H; 0 for the default
   float Rsource = 0;           // ohms
   float Rload = 0;             // ohms
   float Qind = 0;              // inductor Q; 1e6 = infinite

@@ -29,6 +29,13 @@ constexpr LabelPlace kTrapCLabel{{40, 40, 300, 200}, {1100, 1300, 830, -730}, 62
 // capacitance on the right.
 constexpr LabelPlace kTankLLabel{{-320, -320, -320, 200}, {440, 640, 840, -930}, 680};
 constexpr LabelPlace kTankCLabel{{370, 370, 370, 200}, {400, 600, 800, -730}, 620};
+// The series L-C branch: the inductance above its coil, the capacitance
+// under the rail beside its plates. The tank of a band design: both values
+// under the ground rail, the inductance reaching left under the wire step
+// (its neighbours print nothing there), the capacitance beside it.
+constexpr LabelPlace kSeriesLCCLabel{{560, 560, 560, 560}, {150, 350, 550, 750}, 560};
+constexpr LabelPlace kShuntLCLLabel{{-240, -240, -240, -240}, {1080, 1280, 1480, 1680}, 640};
+constexpr LabelPlace kShuntLCCLabel{{420, 420, 420, 420}, {1080, 1280, 1480, 1680}, 520};
 constexpr LabelPlace kResonanceLabel{{10, 10, 10, 10}, {1600, 1800, 2000, 2200}, 940};
 
 // --- LTspice blocks (grid units; the ground rail is 256 below the rail) ---
@@ -83,15 +90,15 @@ constexpr ElementFacts kKinds[] = {
      &kSeriesCLabel, nullptr, &kSeriesCAsc},
     {ShuntC, "shunt C", Arm::Shunt, false, true, Joining::Single, true, 640, nullptr, &kShuntCLabel,
      nullptr, &kShuntCAsc},
-    // Codes 5 and 8 are never designed; the schematic leaves them out.
-    {SeriesLC, "series L-C", Arm::Series, true, true, Joining::InSeries, false, 0, nullptr, nullptr,
-     nullptr, &kSeriesLCAsc},
+    // Codes 5 and 8 come only from band designs; only there are they analysed.
+    {SeriesLC, "series L-C", Arm::Series, true, true, Joining::InSeries, false, 1120,
+     &kSeriesLLabel, &kSeriesLCCLabel, nullptr, &kSeriesLCAsc, true},
     {ShuntTrap, "shunt series LC", Arm::Shunt, true, true, Joining::InSeries, true, 960,
      &kTrapLLabel, &kTrapCLabel, &kResonanceLabel, &kTrapAsc},
     {SeriesTank, "series parallel LC", Arm::Series, true, true, Joining::Parallel, true, 960,
      &kTankLLabel, &kTankCLabel, &kResonanceLabel, &kTankAsc},
-    {ShuntLC, "shunt L, C", Arm::Shunt, true, true, Joining::Separate, false, 0, nullptr, nullptr,
-     nullptr, &kShuntLCAsc},
+    {ShuntLC, "shunt L, C", Arm::Shunt, true, true, Joining::Separate, false, 720, &kShuntLCLLabel,
+     &kShuntLCCLabel, nullptr, &kShuntLCAsc, true},
     {Empty, "empty", Arm::Series, false, false, Joining::Single, false, 0, nullptr, nullptr,
      nullptr, nullptr},
 };

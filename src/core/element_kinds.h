@@ -18,10 +18,10 @@ enum class ElementKind : int16_t {
   ShuntL = 2,      // inductor from the line to ground
   SeriesC = 3,     // capacitor in the series arm
   ShuntC = 4,      // capacitor from the line to ground
-  SeriesLC = 5,    // inductor then capacitor in the series arm (not analysed)
+  SeriesLC = 5,    // inductor then capacitor in the series arm (band designs)
   ShuntTrap = 6,   // inductor and capacitor in series, line to ground (series-resonant)
   SeriesTank = 7,  // inductor and capacitor in parallel in the series arm (parallel-resonant)
-  ShuntLC = 8,     // a shunt inductor and a shunt capacitor side by side (not analysed)
+  ShuntLC = 8,     // a shunt inductor and a shunt capacitor side by side (band designs)
   Empty = 17,      // a position without parts
 };
 
@@ -80,6 +80,9 @@ struct ElementFacts {
   const LabelPlace* resonanceLabel;
   // LTspice block; nullptr for a position that is not written.
   const AscBlock* asc;
+  // Analysed as its real branch in a band design only (codes 5 and 8,
+  // which no lowpass or highpass design contains).
+  bool bandBranch = false;
 };
 
 // Every kind, in code order.
@@ -99,6 +102,12 @@ constexpr ElementKind KindOf(int16_t code) {
 }
 constexpr int16_t CodeOf(ElementKind kind) {
   return static_cast<int16_t>(kind);
+}
+
+// Whether the analysis models a kind: always, or in band designs only. Any
+// other position is a wire there.
+inline bool Modelled(const ElementFacts* f, bool bandDesign) {
+  return f && (f->analysed || (f->bandBranch && bandDesign));
 }
 
 // Codes 1 to 8 carry parts (the filter file lists exactly those).

@@ -35,8 +35,9 @@ class AscWriter {
     }
     Line("SYMATTR InstName L" + std::to_string(k));
     Line("SYMATTR Value " + FormatInductance(d_.L[k]));
-    // The inductor's loss at the cutoff frequency.
-    d_.GraphScale = static_cast<float>(2.0 * double{d_.Pi} * d_.Width * double{d_.L[k]} / d_.Qind);
+    // The inductor's loss at the cutoff frequency (a band design's centre).
+    const float at = d_.Center > 0 ? d_.Center : d_.Width;
+    d_.GraphScale = static_cast<float>(2.0 * double{d_.Pi} * at * double{d_.L[k]} / d_.Qind);
     Line("SYMATTR SpiceLine Rser=" + ShortestText(d_.GraphScale));
   }
 

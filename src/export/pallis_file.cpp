@@ -45,7 +45,9 @@ bool WritePallisLines(const DesignRecord& d, Platform& platform, AtomicFile& fil
   line(IntegerText(11) + IntegerText(d.Stages) + IntegerText(d.Stages) +
        PallisTopologyLetter(d.Topology) + IntegerText(PallisCauerNumber(d)));
   line("* Width, center, Fstop normalized:");
-  line(v(d.Width) + IntegerText(0) + v(d.FstopNormalized));
+  // A band design's centre, the geometric one; 0 for a lowpass or highpass.
+  const bool band = IsBandDesign(d) && d.Center > 0;
+  line(v(d.Width) + (band ? v(d.Center) : IntegerText(0)) + v(d.FstopNormalized));
   line("* Apass, Astop:");
   line(v(d.Apass) + v(d.Astop));
   line("* Rsource, Rload, Rratio, Rstandard:");

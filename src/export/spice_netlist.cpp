@@ -40,9 +40,9 @@ std::string Number(float v) {
 }
 
 // A kind the analysis models, or nullptr (such a position is a wire there).
-const ElementFacts* AnalysedFacts(int16_t code) {
+const ElementFacts* AnalysedFacts(const DesignRecord& d, int16_t code) {
   const ElementFacts* f = FactsOf(code);
-  return f && f->analysed ? f : nullptr;
+  return Modelled(f, d.Center > 0) ? f : nullptr;
 }
 
 constexpr double kTwoPi = 6.283185307179586;
@@ -78,7 +78,8 @@ class NetlistBuilder {
 
   void Line(const std::string& s) { text_ += s + kEol; }
 
-  // An inductor between a and b, with its loss resistor when it has one.
+  // An inductor between a and b, with its loss resistor when it has one: at
+  // the cutoff, or at the centre of a band design.
   void Inductor(int k, const std::string& a, const std::string& b) {
     const std::string ks = std::to_string(k);
     if (exact_) {
@@ -88,9 +89,11 @@ class NetlistBuilder {
       if (m_.lcp > 0) Line("CP" + ks + " " + a + " " + b + " " + Number(m_.lcp));
       return;
     }
-    // An ideal inductor (Q 1e6) keeps the token resistor at the cutoff that
-    // the netlist has always carried.
-    const float rser = 2 * d_.Pi * d_.Width * d_.L[k] / d_.Qind;
+    // An ideal inductor (Q 1e6) keeps the token resistor at the cutoff (the
+    // centre of a band design) that the netlist has always carried.
+    const float at = d_.Center > 0 ? d_.Center : d_.Width;
+    const float rser = 2 * d_.Pi * at * d_.L[k] / d_.Qind;
+
     if (rser > 0 && std::isfinite(rser)) {
       const std::string mid = "l" + std::to_string(k);
       Line("L" + std::to_string(k) + " " + a + " " + mid + " " + Number(d_.L[k]));
@@ -140,14 +143,15 @@ std::string SpiceNetlistText(const DesignRecord& d) {
   const int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   int seriesArms = 0;
   for (int k = 1; k <= stages; ++k)
-    if (const ElementFacts* f = AnalysedFacts(d.ElementType[k]); f && f->arm == Arm::Series)
+    if (const ElementFacts* f = AnalysedFacts(d, d.ElementType[k]); f && f->arm == Arm::Series)
       ++seriesArms;
 
   NetlistBuilder net(d, seriesArms);
   const std::string title = d.ProgramTitle.empty() ? "Drenik Filter Designer" : d.ProgramTitle;
   net.Line(title + (d.Version.empty() ? "" : " " + d.Version) + ": " + FamilyName(d.Family) +
-           " order " + std::to_string(d.Order) + " " + d.Topology + ", cutoff " +
-           Number(double{d.Width}) + " Hz");
+           " order " + std::to_string(d.Order) + " " + d.Topology +
+           (d.Center > 0 ? ", centre " + Number(d.Center) + " Hz, bandwidth " : ", cutoff ") +
+           Number(d.Width) + " Hz");
   net.Line("* Transducer gain, dB = 20*log10(|V(out)|) + 10*log10(Rsource/Rload)");
   net.ModelNote();
   net.Line("VGEN gen 0 DC 0 AC 2");
@@ -157,7 +161,7 @@ std::string SpiceNetlistText(const DesignRecord& d) {
   for (int k = 1; k <= stages; ++k) {
     const std::string here = net.Rail(rail);
     const std::string ks = std::to_string(k);
-    const ElementFacts* f = AnalysedFacts(d.ElementType[k]);
+    const ElementFacts* f = AnalysedFacts(d, d.ElementType[k]);
     if (!f) {
       net.Line("* position " + ks + ": element code " + std::to_string(d.ElementType[k]) +
                " is not modelled and is taken as a wire");

@@ -43,6 +43,8 @@ inline constexpr BoxRange kImpedanceRange{0.1f, 1e6f};
 // The least inductor Q the Q box takes (no upper bound: 1e6 and above is
 // infinite).
 inline constexpr float kLeastQ = 2;
+// The largest resonator inductance the coupled-resonator box takes, H.
+inline constexpr float kResonatorLMax = 1;
 
 enum class SnapBounds { Driver, Load };
 

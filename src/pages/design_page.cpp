@@ -80,6 +80,15 @@ void DesignPage::Build() {
   c.AddTextBox("txtBandwidth", "5000000").SetChangeHandler([this] { OnBandwidthChange(); });
   c.AddLabel("lblRipple", "");
 
+  // The band of a bandpass or bandstop: the bandwidth box gives its width
+  // f2 - f1 at the family's edges, this box its geometric centre.
+  c.AddFrame("frmCenter", "Band centre");
+  c.AddLabel("lblCenter", "Hz:");
+  c.AddTextBox("txtCenter", "7.15M").SetChangeHandler([this] { OnCenterChange(); });
+  c.AddLabel("lblResonatorL", "L, H:");
+  c.AddTextBox("txtResonatorL", "").SetChangeHandler([this] { OnResonatorLChange(); });
+  c.AddLabel("lblBandEdges", "");
+
   Frame& q = c.AddFrame("frmQ", "Inductor Q");
   c.AddOption("optQ1", "Infinite", &q).SetHandler([this] { OnQ1(); });
   c.AddOption("optQ2", "Other", &q).SetHandler([this] { OnQ2(); });
@@ -111,6 +120,7 @@ CommandButton& DesignPage::Button(const std::string& name) const {
 void DesignPage::RedesignChain() {
   RunSynthesisDriver();
   Act(Denormalize(d_), controls_);
+  ShowBand();
   RedrawSchematic();
 }
 
@@ -196,6 +206,57 @@ void DesignPage::OnBandwidthChange() {
   if (d_.Width < kBandwidthRange.low) d_.Width = kBandwidthRange.low;
   if (d_.Width > kBandwidthRange.high) d_.Width = kBandwidthRange.high;
   if (d_.Width > 0) RedesignChain();
+}
+
+const TopologyInfo* DesignPage::SelectedBand() const {
+  for (const TopologyInfo& t : Topologies())
+    if (t.band && Option(TopologyOption(t)).Selected()) return &t;
+  return nullptr;
+}
+
+// Read as the bandwidth box is read, and clamped to the same range.
+void DesignPage::ReadCenter() {
+  std::string text = Box("txtCenter").Text();
+  d_.Center = CheckEntry(text);
+  if (d_.Center < kBandwidthRange.low) d_.Center = kBandwidthRange.low;
+  if (d_.Center > kBandwidthRange.high) d_.Center = kBandwidthRange.high;
+}
+
+// Henries; an empty or zero box leaves the choice to the design.
+void DesignPage::ReadResonatorL() {
+  std::string text = Box("txtResonatorL").Text();
+  d_.ResonatorL = CheckEntry(text);
+  if (d_.ResonatorL < 0) d_.ResonatorL = 0;
+  if (d_.ResonatorL > kResonatorLMax) d_.ResonatorL = kResonatorLMax;
+}
+
+void DesignPage::OnCenterChange() {
+  if (!SelectedBand()) return;
+  ReadCenter();
+  RedesignChain();
+}
+
+void DesignPage::OnResonatorLChange() {
+  const TopologyInfo* band = SelectedBand();
+  if (!band || !band->resonatorL) return;
+  ReadResonatorL();
+  RedesignChain();
+}
+
+// The label beside the band boxes names both edges (and the resonator
+// inductance the coupled form chose). The boxes stay open whatever the
+// topology, so that a band can be typed before its topology is chosen.
+void DesignPage::ShowBand() {
+  const TopologyInfo* band = SelectedBand();
+  std::string edges;
+  if (band && d_.Center > 0 && BandFault(d_.Center, d_.Width).empty()) {
+    const BandEdges e = EdgesOfBand(d_.Center, d_.Width);
+    edges = "f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
+            TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));
+    if (band->resonatorL && d_.ResonatorL <= 0)
+      edges += ", L " + TrimBlanks(FormatInductance(static_cast<float>(DefaultResonatorL(d_))));
+  }
+  LabelNamed("lblBandEdges").SetCaption(edges);
 }
 
 // The strip shows the values denormalized before the new synthesis: the

@@ -68,6 +68,13 @@ class DesignPage {
   void OnZotherChange();
   void OnQotherChange();
   void OnDesign();
+  // The chosen band topology, or nullptr for a lowpass or highpass.
+  const TopologyInfo* SelectedBand() const;
+  void ReadCenter();
+  void ReadResonatorL();
+  void OnCenterChange();
+  void OnResonatorLChange();
+  void ShowBand();
 
   DesignRecord& d_;
   Platform& platform_;

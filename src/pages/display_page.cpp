@@ -12,6 +12,7 @@
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
 #include "synthesis/standard_values.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
 
@@ -101,6 +102,11 @@ void DisplayPage::LoadPipeline() {
   d_.Fstart = static_cast<float>(static_cast<double>(d_.Width) * 0.2);
   d_.NrIntervals = 1000;
   d_.Fstop = static_cast<float>(static_cast<double>(d_.Width) * 5);
+  if (IsBandDesign(d_) && d_.Center > 0) {
+    const double k = BandSweepFactor(d_.Center, d_.Width);
+    d_.Fstart = static_cast<float>(d_.Center / k);
+    d_.Fstop = static_cast<float>(d_.Center * k);
+  }
   d_.InductorMode = 0;
   d_.TransmissionBottom = -70;
   d_.ReflectionBottom = -70;

@@ -192,12 +192,46 @@ void SeriesTankSymbol(DesignRecord& d, Canvas& canvas) {
   d.X = x0 + 960;
 }
 
+// The series branch of a band design: the coil in the rail, then the
+// plates at 800 and 860. Advance 1120.
+void SeriesLCSymbol(DesignRecord& d, Canvas& canvas) {
+  const float x0 = d.X;
+  DrawWireStep(d, canvas);
+  canvas.Line(x0 + 160, d.Y, x0 + 240, d.Y);
+  HorizontalCoil(d, canvas, x0 + 240);
+  canvas.Line(x0 + 720, d.Y, x0 + 800, d.Y);
+  VerticalPlates(canvas, x0 + 800, x0 + 860, d.Y);
+  canvas.Line(x0 + 860, d.Y, x0 + 960, d.Y);
+  canvas.Line(x0 + 160, d.Y + kRailGap, x0 + 960, d.Y + kRailGap);
+  d.X = x0 + 960;
+  DrawWireStep(d, canvas);
+}
+
+// The tank of a band design, coil and capacitor side by side from the upper
+// rail to ground, 240 apart. Advance 720.
+void ShuntLCSymbol(DesignRecord& d, Canvas& canvas) {
+  DrawWireStep(d, canvas);
+  const float x = d.X;
+  canvas.Line(x, d.Y, x, d.Y + 280);
+  VerticalCoil(d, canvas, x, d.Y + 280);
+  canvas.Line(x, d.Y + 760, x, d.Y + kRailGap);
+  Rails(d, canvas, x, x + 240);
+  const float xc = x + 240;
+  canvas.Line(xc, d.Y, xc, d.Y + 480);
+  HorizontalPlates(canvas, xc, d.Y + 480, 60);
+  canvas.Line(xc, d.Y + 540, xc, d.Y + kRailGap);
+  d.X = xc;
+  DrawWireStep(d, canvas);
+  DrawWireStep(d, canvas);
+}
+
 // The symbol of each kind the schematic draws; the others draw nothing.
 using SymbolRoutine = void (*)(DesignRecord&, Canvas&);
 constexpr std::pair<ElementKind, SymbolRoutine> kSymbols[] = {
     {ElementKind::SeriesL, &SeriesInductorSymbol},  {ElementKind::ShuntL, &ShuntInductorSymbol},
     {ElementKind::SeriesC, &SeriesCapacitorSymbol}, {ElementKind::ShuntC, &ShuntCapacitorSymbol},
     {ElementKind::ShuntTrap, &ShuntTrapSymbol},     {ElementKind::SeriesTank, &SeriesTankSymbol},
+    {ElementKind::SeriesLC, &SeriesLCSymbol},       {ElementKind::ShuntLC, &ShuntLCSymbol},
 };
 
 SymbolRoutine SymbolOf(int16_t code) {
@@ -231,7 +265,8 @@ float ComputeSchematicWidth(DesignRecord& d) {
   double width = 1380;
   int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
-    if (const ElementFacts* f = FactsOf(d.ElementType[j])) width += f->drawWidth;
+    const ElementFacts* f = FactsOf(d.ElementType[j]);
+    if (f && (!f->bandBranch || d.Center > 0)) width += f->drawWidth;
   }
   d.SchematicWidth = static_cast<float>(width);
   return d.SchematicWidth;
@@ -300,7 +335,8 @@ void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c, bo
   canvas.SetDrawWidth(1);
   const ElementFacts* facts = FactsOf(static_cast<int16_t>(type));
   const SymbolRoutine symbol = SymbolOf(static_cast<int16_t>(type));
-  if (!facts || !symbol) return;  // 5, 8 and empty positions draw nothing
+  // Empty positions draw nothing, nor do codes 5 and 8 outside band designs.
+  if (!facts || !symbol || (facts->bandBranch && !(d.Center > 0))) return;
   const float x0 = d.X;
   symbol(d, canvas);
   if (withValues) PrintValues(d, canvas, *facts, x0, l, c);
@@ -317,10 +353,17 @@ void DrawLadder(DesignRecord& d, Canvas& canvas) {
   DrawLoad(d, canvas);
 }
 
+// Ladders are centred on X = 5000; one too wide for that (the long ladders
+// of band designs) starts at the page's left margin instead.
+float LadderStart(float width) {
+  constexpr float kMargin = 100;
+  return std::max(5000 - width / 2, kMargin);
+}
+
 void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
   canvas.FilledBox(1, 1, 12090, 3500, kWhite);
   float w = ComputeSchematicWidth(d);
-  d.X = 5000 - w / 2;
+  d.X = LadderStart(w);
   d.Y = 1400;
   d.ValueMode = 1;
   DrawLadder(d, canvas);
@@ -336,7 +379,7 @@ void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
 // under each other.
 void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
   float w = ComputeSchematicWidth(d);
-  d.X = 5000 - w / 2;
+  d.X = LadderStart(w);
   d.Y = 1400;
   DrawLadder(d, canvas);
 }
@@ -344,7 +387,9 @@ void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
 void DrawSampleLadder(DesignRecord& d, Canvas& canvas) {
   d.X = 3400;
   d.Y = 2500;
-  for (const auto& [kind, routine] : kSymbols) DrawElement(d, canvas, CodeOf(kind), 0, 0, false);
+  // The opening page shows the parts of lowpass and highpass ladders.
+  for (const auto& [kind, routine] : kSymbols)
+    if (!FactsOf(kind)->bandBranch) DrawElement(d, canvas, CodeOf(kind), 0, 0, false);
 }
 
 }  // namespace drenik

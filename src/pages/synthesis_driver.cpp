@@ -29,6 +29,10 @@ void DesignPage::RunSynthesisDriver() {
   for (const TopologyInfo& t : Topologies()) {
     if (Option(TopologyOption(t)).Selected()) d_.Topology = t.name;
   }
+  if (SelectedBand()) {
+    ReadCenter();
+    ReadResonatorL();
+  }
 
   for (const StopbandChoice& c : kStopbandChoices) {
     if (Option(c.option).Selected()) {

@@ -165,7 +165,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   choice.positions = ExactPositions(exact);
   for (const PositionParts& p : choice.positions) {
     const ElementFacts* f = FactsOf(p.kind);
-    if (!f || !f->analysed) continue;
+    if (!Modelled(f, in.exact.bandBranches)) continue;
     if (f->hasC && p.exactC > 0) in.caps.push_back(CapacitorSlot(p.position, p.exactC, request));
     if (f->hasL && p.exactL > 0) in.inductors.push_back({p.position, p.exactL});
   }

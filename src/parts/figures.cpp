@@ -20,22 +20,30 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 Bands BandsOf(const DesignRecord& d) {
   const DesignEdges e = EdgesOf(d);
-  Bands b{e.highpass, e.cutoff, e.stopEdge};
+  Bands b{e.highpass, e.cutoff, e.stopEdge, e.band, e.bandstop, e.f1, e.f2, e.stopLow, e.stopHigh};
+  if (b.band) return b;
   // Without a designed edge the stopband starts an octave from the cutoff.
   if (b.stopEdge == 0) b.stopEdge = b.highpass ? b.cutoff / 2 : b.cutoff * 2;
   return b;
 }
 
 bool InPassband(const Bands& b, double f) {
+  if (b.band && b.bandstop) return f <= b.f1 * (1 + kEdgeSlack) || f >= b.f2 * (1 - kEdgeSlack);
+  if (b.band) return f >= b.f1 * (1 - kEdgeSlack) && f <= b.f2 * (1 + kEdgeSlack);
   return b.highpass ? f >= b.cutoff * (1 - kEdgeSlack) : f <= b.cutoff * (1 + kEdgeSlack);
 }
 
 bool InStopband(const Bands& b, double f) {
+  if (b.band && b.bandstop)
+    return f >= b.stopLow * (1 - kEdgeSlack) && f <= b.stopHigh * (1 + kEdgeSlack);
+  if (b.band) return f <= b.stopLow * (1 + kEdgeSlack) || f >= b.stopHigh * (1 - kEdgeSlack);
   return b.highpass ? f <= b.stopEdge * (1 + kEdgeSlack) : f >= b.stopEdge * (1 - kEdgeSlack);
 }
 
 Probe BeyondSweep(const DesignRecord& d, const Bands& bands) {
   Probe beyond;
+  // A band design's sweep spans the passband and both skirts.
+  if (bands.band) return beyond;
   const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
   if (last < 0) return beyond;
   const std::span<const float> sweep(d.Freq.data(), static_cast<size_t>(last) + 1);

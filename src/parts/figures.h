@@ -19,6 +19,10 @@ struct Bands {
   bool highpass = false;
   double cutoff = 0;
   double stopEdge = 0;
+  // A band design: the passband f1..f2 and the stopbands below stopLow and
+  // above stopHigh (a bandpass), or the reverse (a bandstop).
+  bool band = false, bandstop = false;
+  double f1 = 0, f2 = 0, stopLow = 0, stopHigh = 0;
 };
 Bands BandsOf(const DesignRecord& d);
 bool InPassband(const Bands& bands, double f);

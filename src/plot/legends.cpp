@@ -2,6 +2,7 @@
 
 #include "core/formatters.h"
 #include "plot/frequency_axis.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
 
@@ -51,6 +52,15 @@ void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
   canvas.SetFont("Arial", 12, true);
   PrintAt(canvas, 9000, 2700, kBlack, "Bandwidth: " + FormatFrequency(d.Width));
   canvas.SetFont("Arial", 8, false);
+  if (IsBandDesign(d) && d.Center > 0) {
+    // Which centre and which edges: the geometric centre, the edges where
+    // the family's cutoff label says.
+    const BandEdges e = EdgesOfBand(d.Center, d.Width);
+    PrintAt(canvas, 9000, 3030, kBlack,
+            "f0 " + TrimBlanks(FormatFrequency(d.Center)) + ", f1 " +
+                TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
+                TrimBlanks(FormatFrequency(static_cast<float>(e.f2))));
+  }
 }
 
 }  // namespace drenik

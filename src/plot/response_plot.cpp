@@ -8,6 +8,7 @@
 #include "core/formatters.h"
 #include "core/number_text.h"
 #include "plot/frequency_axis.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
 
@@ -106,9 +107,32 @@ bool LogFraction(const DesignRecord& d, double frequency, double& fraction) {
   return std::isfinite(fraction);
 }
 
+namespace {
+
+// A band sweep spans a small part of a decade: lines at the multiples of a
+// 1-2-5 step that gives about eight of them.
+void BuildBandGridFrequencies(DesignRecord& d) {
+  const double span = static_cast<double>(d.Fstop) - d.Fstart;
+  if (!(span > 0) || !std::isfinite(span)) return;
+  const double decade = std::pow(10.0, std::floor(std::log10(span / 8)));
+  double step = decade;
+  for (double m : {2.0, 5.0, 10.0})
+    if (span / step > 10) step = m * decade;
+  const double limit = 1.0001 * d.Fstop;
+  for (double f = std::ceil(d.Fstart / step) * step; f <= limit && d.GridCount < kGridSlots - 1;
+       f += step)
+    d.GridFrequency[++d.GridCount] = static_cast<float>(f);
+}
+
+}  // namespace
+
 void BuildGridFrequencies(DesignRecord& d) {
   static constexpr float kSteps[10] = {1, 1.5f, 2, 3, 4, 5, 6, 7, 8, 9};
   d.GridCount = -1;
+  if (IsBandDesign(d) && d.Center > 0) {
+    BuildBandGridFrequencies(d);
+    return;
+  }
   float limit = static_cast<float>(1.0001 * d.Fstop);
   if (!(limit >= 0.001f) || !std::isfinite(limit)) return;
   for (float base = 0.001f;; base = static_cast<float>(base * 10.0)) {

@@ -49,7 +49,8 @@ std::vector<ControlPlace> DesignPlaces() {
   p.push_back({"frmFamily", 400, 3950, 2700, 6250});
   std::vector<std::string> families, topologies;
   for (const FamilyInfo& f : Families()) families.push_back(f.optionName);
-  for (const TopologyInfo& t : Topologies()) topologies.push_back(TopologyOption(t));
+  for (const TopologyInfo& t : Topologies())
+    if (!t.band) topologies.push_back(TopologyOption(t));
   AddOptionColumn(p, "frmFamily", families, 600, 2600, 4300);
   p.push_back({"frmOrder", 2900, 3950, 4300, 6250});
   AddOptionColumn(p, "frmOrder", {"optOrder3", "optOrder4", "optOrder5", "optOrder6", "optOrder7"},
@@ -75,6 +76,23 @@ std::vector<ControlPlace> DesignPlaces() {
   p.push_back({"optQ1", 7600, 6800, 8800, 7140, 8, "frmQ"});
   p.push_back({"optQ2", 8900, 6800, 10000, 7140, 8, "frmQ"});
   p.push_back({"txtQother", 7600, 7280, 9000, 7640, 8, "frmQ"});
+
+  // The band topologies in one row right of the title (the coupled form's
+  // caption is the longest), the band's centre and the coupled resonators'
+  // inductance right of the Q frame, and the band's edges under the frames.
+  float x = 4100;
+  for (const TopologyInfo& t : Topologies()) {
+    if (!t.band) continue;
+    const float width = t.resonatorL ? 1900 : 1350;
+    p.push_back({TopologyOption(t), x, 3560, x + width, 3900, 8});
+    x += width + 40;
+  }
+  p.push_back({"frmCenter", 10400, 6450, 11600, 7850});
+  p.push_back({"lblCenter", 10500, 6800, 10850, 7140, 8, "frmCenter"});
+  p.push_back({"txtCenter", 10850, 6800, 11500, 7140, 8, "frmCenter"});
+  p.push_back({"lblResonatorL", 10500, 7280, 10850, 7620, 8, "frmCenter"});
+  p.push_back({"txtResonatorL", 10850, 7280, 11500, 7620, 8, "frmCenter"});
+  p.push_back({"lblBandEdges", 3600, 7880, 11600, 8160, 8});
 
   p.push_back({"cmdDesign", 400, 8200, 3000, 8750, 9});
   p.push_back({"cmdZelmarSoftware", 6700, 8200, 9000, 8750, 9});

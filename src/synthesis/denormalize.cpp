@@ -223,6 +223,17 @@ EngineReport Denormalize(DesignRecord& d) {
                                std::to_string(n) + ".");
   }
 
+  // Center belongs to band designs only; the analysis reads it as the sign
+  // that codes 5 and 8 are the branches a band design puts there.
+  if (!topology->band) d.Center = 0;
+  if (topology->band) {
+    try {
+      return topology->bandFill(d);
+    } catch (const ScaleFault& fault) {
+      return EngineReport::Fault(fault.why);
+    }
+  }
+
   PositionScaler s(d.Rsource, d.Omega);
   try {
     topology->fill(d, s, n);

@@ -1,5 +1,5 @@
 #pragma once
-// The four ladder topologies and every fact the program keeps about each:
+// The ladder topologies and every fact the program keeps about each:
 // the exact string of the design record and the last-session file, the
 // design page's caption, the filter-file letter, the first element, whether
 // it is a highpass, and the routine that fills its positions. A new topology
@@ -10,6 +10,7 @@
 
 #include "core/element_kinds.h"
 #include "core/last_session.h"
+#include "synthesis/band_transform.h"
 #include "synthesis/denormalize.h"
 
 namespace drenik {
@@ -22,6 +23,13 @@ struct TopologyInfo {
   bool highpass;
   // Fills ElementType, L and C at positions 1..n from the prototype.
   void (*fill)(DesignRecord& d, PositionScaler& s, int n);
+  // A band design (Center and Width give the band) fills the whole ladder,
+  // its load and its length through bandFill instead.
+  bool band = false;
+  bool bandstop = false;
+  EngineReport (*bandFill)(DesignRecord& d) = nullptr;
+  // The coupled form takes a resonator inductance.
+  bool resonatorL = false;
 };
 
 inline constexpr TopologyInfo kTopologies[] = {
@@ -29,6 +37,49 @@ inline constexpr TopologyInfo kTopologies[] = {
     {"Linlowpass", "L-input lowpass", "B", ElementKind::SeriesL, false, &FillLInputLowpass},
     {"Cinhighpass", "C-input highpass", "I", ElementKind::SeriesC, true, &FillCInputHighpass},
     {"Linhighpass", "L-input highpass", "J", ElementKind::ShuntL, true, &FillLInputHighpass},
+    {.name = "Cinbandpass",
+     .caption = "C-in bandpass",
+     .letter = "E",
+     .first = ElementKind::ShuntLC,
+     .highpass = false,
+     .fill = nullptr,
+     .band = true,
+     .bandFill = &FillCInputBandpass},
+    {.name = "Linbandpass",
+     .caption = "L-in bandpass",
+     .letter = "F",
+     .first = ElementKind::SeriesLC,
+     .highpass = false,
+     .fill = nullptr,
+     .band = true,
+     .bandFill = &FillLInputBandpass},
+    {.name = "Cinbandstop",
+     .caption = "C-in bandstop",
+     .letter = "M",
+     .first = ElementKind::ShuntTrap,
+     .highpass = false,
+     .fill = nullptr,
+     .band = true,
+     .bandstop = true,
+     .bandFill = &FillCInputBandstop},
+    {.name = "Linbandstop",
+     .caption = "L-in bandstop",
+     .letter = "N",
+     .first = ElementKind::SeriesTank,
+     .highpass = false,
+     .fill = nullptr,
+     .band = true,
+     .bandstop = true,
+     .bandFill = &FillLInputBandstop},
+    {.name = "Coupledbandpass",
+     .caption = "Coupled bandpass",
+     .letter = "G",
+     .first = ElementKind::SeriesC,
+     .highpass = false,
+     .fill = nullptr,
+     .band = true,
+     .bandFill = &FillCoupledBandpass,
+     .resonatorL = true},
 };
 // The topology of a first start.
 inline constexpr const TopologyInfo& kDefaultTopology = kTopologies[0];
@@ -43,6 +94,12 @@ inline const TopologyInfo* FindTopology(std::string_view name) {
   for (const TopologyInfo& t : kTopologies)
     if (name == t.name) return &t;
   return nullptr;
+}
+
+// Whether the record holds a band design (its Center then means something).
+inline bool IsBandDesign(const DesignRecord& d) {
+  const TopologyInfo* t = FindTopology(d.Topology);
+  return t && t->band;
 }
 
 // A ladder that begins with a shunt element, like the prototype, scales its

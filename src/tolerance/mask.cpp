@@ -1,5 +1,6 @@
 #include "tolerance/mask.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -42,6 +43,13 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
     c.kind = kind, c.frequency = mask.passEdge, c.db = db, c.limit = PowerRatio(db);
     PointsBeyond(freq, mask.passEdge, !highpass, c.first, c.last);
     c.name = what + (" " + Db(db)) + " dB" + passWord + edge;
+    if (mask.passStart > 0) {
+      int first, last;
+      PointsBeyond(freq, mask.passStart, false, first, last);
+      c.first = std::max(c.first, first);
+      c.name = what + (" " + Db(db)) + " dB from " + TrimBlanks(FormatFrequency(mask.passStart)) +
+               " to " + edge;
+    }
     c.key = key;
     checks.push_back(c);
   };
@@ -51,9 +59,10 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
     MaskCheck c;
     c.kind = CheckKind::Stopband, c.frequency = s.frequency, c.db = s.depth;
     c.limit = PowerRatio(s.depth);
-    PointsBeyond(freq, s.frequency, highpass, c.first, c.last);
+    const bool below = highpass || s.below;
+    PointsBeyond(freq, s.frequency, below, c.first, c.last);
     const std::string f = TrimBlanks(FormatFrequency(s.frequency));
-    c.name = "attenuation " + Db(s.depth) + " dB" + (highpass ? " to " : " from ") + f;
+    c.name = "attenuation " + Db(s.depth) + " dB" + (below ? " to " : " from ") + f;
     c.key = "stop " + f + ":" + Db(s.depth);
     checks.push_back(c);
   }
@@ -64,7 +73,7 @@ std::vector<Band> MaskBands(const Mask& mask, bool highpass) {
   std::vector<Band> bands;
   if (mask.passEdge > 0) bands.push_back(Passband(mask.passEdge, highpass));
   for (const StopCheck& s : mask.stops)
-    if (s.frequency > 0) bands.push_back(Stopband(s.frequency, highpass));
+    if (s.frequency > 0) bands.push_back(Stopband(s.frequency, highpass || s.below));
   return bands;
 }
 
@@ -81,7 +90,10 @@ std::string MaskFault(const Mask& mask, bool highpass) {
     if (!(std::isfinite(s.frequency) && s.frequency > 0))
       return "--stop: a stopband needs an edge that is a finite frequency above 0 Hz";
     if (!finite(s.depth)) return "--stop: the depth must be finite, 0 dB or more";
-    if (highpass ? s.frequency < mask.passEdge : s.frequency > mask.passEdge) continue;
+    // A bandpass's lower skirt must stay below its lower edge.
+    const bool below = highpass || s.below;
+    const double near = s.below && mask.passStart > 0 ? mask.passStart : mask.passEdge;
+    if (below ? s.frequency < near : s.frequency > near) continue;
     const std::string f = TrimBlanks(FormatFrequency(s.frequency));
     return "--stop " + f + ":" + Db(s.depth) + ": the stopband " + (highpass ? "to " : "from ") +
            f + " overlaps the passband " + (highpass ? "from " : "to ") + edge + " (--pass-edge)";

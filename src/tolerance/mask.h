@@ -18,15 +18,20 @@ namespace drenik {
 struct StopCheck {
   double frequency = 0;  // Hz
   double depth = 0;      // dB of attenuation
+  // The lower skirt of a bandpass: the points at or below the frequency.
+  bool below = false;
 };
 
 struct Mask {
   // The passband is the points at or below this frequency (lowpass) or at or
   // above it (highpass), Hz.
   double passEdge = 0;
-  std::optional<double> passRl;  // reflection at or below -passRl dB over the passband
-  std::optional<double> passIl;  // transmission at or above -passIl dB over the passband
-  std::vector<StopCheck> stops;
+  // A bandpass's lower edge, Hz: its passband is the points from here up to
+  // passEdge. 0 for a lowpass or highpass.
+  double passStart = 0;
+  std::optional<double> passRl{};  // reflection at or below -passRl dB over the passband
+  std::optional<double> passIl{};  // transmission at or above -passIl dB over the passband
+  std::vector<StopCheck> stops{};
 };
 
 enum class CheckKind { ReturnLoss, Loss, Stopband };

@@ -45,6 +45,9 @@ struct ToleranceDesign {
   double cutoff = 0;  // Width, Hz
   // A Cauer design's stopband edge (Hz) and depth (dB); 0 for the others.
   double stopEdge = 0, stopDepth = 0;
+  // A band design's edges (synthesis/design_edges.h).
+  bool band = false, bandstop = false;
+  double f1 = 0, f2 = 0, stopLow = 0, stopHigh = 0;
 };
 
 // The record's ladder and sweep (points 0..NrIntervals), reflection referred

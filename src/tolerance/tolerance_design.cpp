@@ -21,6 +21,31 @@ void NominalPowers(const ToleranceDesign& design, std::span<const float> freq,
   for (int i = 0; i < n; ++i) s21[i] = a[i * kBatchLanes], s11[i] = b[i * kBatchLanes];
 }
 
+// A bandpass: the passband between its edges, each skirt from where the
+// lowpass stopband would start, at the nominal attenuation there less 3 dB.
+Mask BandpassMask(const ToleranceDesign& design, const std::vector<double>& s21,
+                  const std::vector<double>& s11) {
+  Mask mask;
+  mask.passStart = design.f1, mask.passEdge = design.f2;
+  int first, last, lo, hi;
+  PointsBeyond(design.freq, design.f2, true, first, last);
+  PointsBeyond(design.freq, design.f1, false, lo, hi);
+  first = std::max(first, lo);
+  if (first <= last) {
+    const double s11Max = *std::max_element(s11.begin() + first, s11.begin() + last + 1);
+    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - 3) * 10) / 10;
+    if (returnLoss >= 3) mask.passRl = returnLoss;
+  }
+  for (const auto& [from, below] : {std::pair{design.stopLow, true}, {design.stopHigh, false}}) {
+    PointsBeyond(design.freq, from, below, first, last);
+    if (first > last) continue;
+    const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
+    const double depth = std::floor(-TransmissionDbOf(s21Max) - 3);
+    if (depth > 0) mask.stops.push_back({from, depth, below});
+  }
+  return mask;
+}
+
 }  // namespace
 
 ToleranceDesign ToleranceDesignOf(const DesignRecord& d) {
@@ -34,6 +59,8 @@ ToleranceDesign ToleranceDesignOf(const DesignRecord& d) {
   out.cutoff = edges.cutoff;
   out.stopEdge = edges.stopEdge;
   if (out.stopEdge > 0) out.stopDepth = d.Astop;
+  out.band = edges.band, out.bandstop = edges.bandstop;
+  out.f1 = edges.f1, out.f2 = edges.f2, out.stopLow = edges.stopLow, out.stopHigh = edges.stopHigh;
   return out;
 }
 
@@ -42,7 +69,7 @@ std::vector<VariedPart> VariedParts(const Ladder& ladder, double ctolPercent, do
   const int stages = std::clamp(ladder.stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
-    if (!f || !f->analysed) continue;
+    if (!Modelled(f, ladder.bandBranches)) continue;
     if (f->hasL && ladder.L[j] != 0) parts.push_back({j, false, ladder.L[j], ltolPercent / 100});
     if (f->hasC && ladder.C[j] != 0) parts.push_back({j, true, ladder.C[j], ctolPercent / 100});
   }
@@ -53,6 +80,14 @@ Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
   Mask mask;
   mask.passEdge = passEdge > 0 ? passEdge : design.cutoff;
   if (design.freq.empty() || !LadderFault(design.ladder).empty()) return mask;
+  // A bandstop's two passbands take masks the user gives; a bandpass is
+  // judged on the display sweep, which spans both skirts.
+  if (design.band && design.bandstop) return mask;
+  if (design.band) {
+    std::vector<double> s21, s11;
+    NominalPowers(design, design.freq, s21, s11);
+    return BandpassMask(design, s21, s11);
+  }
   // A Cauer design's own edge, else the second harmonic of the cutoff; both
   // bands are judged at their own frequencies, wherever the sweep ends.
   const bool cauer = design.stopEdge > 0;

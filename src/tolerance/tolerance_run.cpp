@@ -53,6 +53,11 @@ struct Plan {
         stopFirst(points),
         verdictSpans(Spans(checks)) {
     PointsBeyond(grid, s.mask.passEdge, !d.highpass, passFirst, passLast);
+    if (s.mask.passStart > 0) {  // a bandpass: from its lower edge up
+      int first, last;
+      PointsBeyond(grid, s.mask.passStart, false, first, last);
+      passFirst = std::max(passFirst, first);
+    }
     for (const MaskCheck& c : checks) {
       if (c.kind != CheckKind::Stopband || c.Points() == 0) continue;
       stopFirst = std::min(stopFirst, c.first);

@@ -17,22 +17,27 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 
 // Every kind of position, lossy parts, unequal terminations; a missing
-// series capacitor and a position without a model among them.
-Ladder EveryKind() {
+// series capacitor among them, and the series L-C branch and the tank of a
+// band design, which have no model in any other ladder.
+Ladder EveryKind(bool band) {
   Ladder l;
   l.pi = static_cast<float>(kPi), l.twoPi = static_cast<float>(2 * kPi);
   l.rsource = l.reference = 50, l.rload = 75, l.qind = 50, l.qcap = 200;
-  const int16_t codes[] = {4, 1, 7, 2, 3, 6, 5, 3, 7};
-  const double inds[] = {0, 3e-6, 2e-6, 9e-6, 0, 1.5e-6, 1e-6, 0, 1.2e-6};
-  const double caps[] = {1e-9, 0, 8e-10, 0, 2e-9, 6e-10, 1e-9, 0, 4e-10};
-  for (int j = 1; j <= 9; ++j)
+  const int16_t codes[] = {4, 1, 7, 2, 3, 6, 5, 3, 7, 8};
+  const double inds[] = {0, 3e-6, 2e-6, 9e-6, 0, 1.5e-6, 1e-6, 0, 1.2e-6, 2e-6};
+  const double caps[] = {1e-9, 0, 8e-10, 0, 2e-9, 6e-10, 1e-9, 0, 4e-10, 5e-10};
+  for (int j = 1; j <= 10; ++j)
     l.kind[j] = KindOf(codes[j - 1]), l.L[j] = inds[j - 1], l.C[j] = caps[j - 1];
-  l.stages = 9;
+  l.stages = 10;
+  l.bandBranches = band;
   return l;
 }
 
-TEST(LadderBatch, EveryVectorUnitGivesThePlainDoubleBitsAndTheOnePointFigures) {
-  const Ladder ladder = EveryKind();
+class LadderBatchKinds : public ::testing::TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(BandBranches, LadderBatchKinds, ::testing::Bool());
+
+TEST_P(LadderBatchKinds, EveryVectorUnitGivesThePlainDoubleBitsAndTheOnePointFigures) {
+  const Ladder ladder = EveryKind(GetParam());
   std::vector<float> freq;
   for (int i = 0; i <= 120; ++i)
     freq.push_back(static_cast<float>(1e5 * std::pow(100.0, i / 120.0)));
@@ -114,7 +119,7 @@ TEST(LadderBatch, PartModelsKeepTheBitsOnEveryVectorUnit) {
   for (int i = 0; i <= 90; ++i) freq.push_back(static_cast<float>(1e5 * std::pow(300.0, i / 90.0)));
   const int n = static_cast<int>(freq.size());
   for (QLaw law : {QLaw::Constant, QLaw::Sqrt, QLaw::Linear}) {
-    Ladder ladder = EveryKind();
+    Ladder ladder = EveryKind(true);  // band branches too: they are built from the same parts
     ladder.qLaw = law, ladder.qReference = 2e6, ladder.lcp = 2e-12, ladder.cesl = 5e-9;
     BatchValues v = UniformBatch(ladder);
     for (int k = 0; k < kBatchLanes; ++k)

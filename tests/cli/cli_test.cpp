@@ -85,7 +85,11 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
       {"tolerance --seed 1e3", "--seed"},
       {"tolerance --ctol 0x1p5", "--ctol"},
       {"parts --lseries E7", "exact, E6"},
-      {"export --csv " + png + " --s2p " + (folder / "./a.png"), "--s2p"}};
+      {"export --csv " + png + " --s2p " + (folder / "./a.png"), "--s2p"},
+      {"design --center 7M", "--center"},
+      {"design --topology Cinbandpass", "--center"},
+      {"design --topology Linbandstop --center 1M --bandwidth 2M", "--center"},
+      {"design --topology Cinbandpass --center 7M --resonator-l 1u", "--resonator-l"}};
   for (const auto& [line, option] : cases) {
     CliRun r = RunLine(line);
     SCOPED_TRACE(r.err);
@@ -322,6 +326,32 @@ TEST(Cli, CauerDesignsInEveryTopology) {
       EXPECT_TRUE(l >= 0 && c >= 0 && l + c > 0) << k;
     }
   }
+}
+
+// A band design names its centre and both edges; the coupled form takes its
+// resonator inductance as typed, and says what to change when it has no
+// positive design.
+TEST(Cli, BandDesignsNameTheirBand) {
+  Json j = DesignJson("--topology Cinbandpass --order 5 --center 7.15M --bandwidth 300k");
+  const double f0 = j["Center"].AsFloat(), f1 = j["F1"].AsFloat(), f2 = j["F2"].AsFloat();
+  EXPECT_FLOAT_EQ(static_cast<float>(f0), 7.15e6f);
+  EXPECT_NEAR(f2 - f1, 3e5, 1);
+  EXPECT_NEAR(std::sqrt(f1 * f2), f0, 1);
+  EXPECT_EQ(j["ElementType"].items[1].AsInt(), 8);
+  EXPECT_EQ(j["ElementType"].items[2].AsInt(), 5);
+  EXPECT_FALSE(DesignJson("").fields.contains("Center"));
+
+  j = DesignJson(
+      "--topology Coupledbandpass --center 7.15M --bandwidth 300k --resonator-l 1u --values exact");
+  EXPECT_EQ(j["Stages"].AsInt(), 11);
+  EXPECT_FLOAT_EQ(j["L"].items[2].AsFloat(), 1e-6f);
+  CliRun r = RunLine(
+      "design --topology Coupledbandpass --center 7.15M --bandwidth 300k "
+      "--resonator-l 1m");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("smaller resonator inductance"), std::string::npos) << r.err;
+  r = RunLine("design --topology Linbandstop --center 7.15M --bandwidth 300k");
+  EXPECT_NE(r.out.find("Band (ripple): f1 7.0016MHz to f2 7.3016MHz"), std::string::npos) << r.out;
 }
 
 // The chosen-parts stage of the 7th-order 0.2 dB Chebyshev, whose 5% C stage

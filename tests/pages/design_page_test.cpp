@@ -134,6 +134,32 @@ TEST_F(DesignPageTest, BoxesClampWithoutWritingBackAndZ50RunsTheOtherBoxChange) 
   EXPECT_EQ(page.SchematicRedraws(), redraws + 3);
 }
 
+// The band boxes: ignored by a lowpass, read and clamped like the bandwidth
+// box by a band topology, each change redesigning and redrawing at once; the
+// edges are shown, and a band below 0 Hz is refused with a message.
+TEST_F(DesignPageTest, BandBoxesRedesignAtOnceAndShowTheEdges) {
+  DesignPage& page = StartDesign();
+  int redraws = page.SchematicRedraws();
+  page.Box("txtCenter").Type("10M");
+  EXPECT_TRUE(D().Center == 0 && page.SchematicRedraws() == redraws);
+  page.Box("txtBandwidth").Type("1M");
+  page.Option("optCinbandpass").Click();
+  EXPECT_TRUE(D().Center == 1e7f && D().Stages == 5 && D().ElementType[2] == 5);
+  EXPECT_EQ(page.LabelNamed("lblBandEdges").Caption(), "f1 9.5125MHz, f2 10.512MHz");
+  redraws = page.SchematicRedraws();
+  page.Box("txtCenter").Type("2e10");
+  EXPECT_EQ(D().Center, 1e10f);
+  EXPECT_EQ(page.SchematicRedraws(), redraws + 1);
+  page.Option("optCoupledbandpass").Click();
+  EXPECT_NE(page.LabelNamed("lblBandEdges").Caption().find(", L "), std::string::npos);
+  page.Box("txtResonatorL").Type("1u");
+  EXPECT_TRUE(D().ResonatorL == 1e-6f && D().L[2] == 1e-6f && D().Stages == 11);
+  page.Box("txtCenter").Type("400k");  // 1 MHz wide: the band would reach below 0 Hz
+  EXPECT_FALSE(platform.messages.empty());
+  page.Option("optCinlowpass").Click();
+  EXPECT_TRUE(D().Center == 0 && D().Stages == 5 && D().ElementType[2] == 1);
+}
+
 // The load's snap (open bounds) is narrower for 0.01 dB than a Cauer design's.
 TEST_F(DesignPageTest, RippleSnapsAndStopbandEdgeBeforeACauerDesign) {
   const std::tuple<float, float, std::string> snaps[] = {{0.015f, 0.015f, ""},

@@ -64,6 +64,9 @@ TEST(Schematic, StripClearedCentredAndUndrawnKindsSkipped) {
     DrawElement(gaps, empty, kind, 1e-6f, 1e-9f);
     EXPECT_TRUE(empty.Ops().empty() && gaps.X == 0) << kind;
   }
+  // In a band design they are its series branch and its tank.
+  gaps.Center = 7e6f;
+  EXPECT_EQ(ComputeSchematicWidth(gaps), ComputeSchematicWidth(same) + 1120 + 720);
 }
 
 TEST(Schematic, LoadValueAndNoteOnlyForUnequalTerminations) {

@@ -17,6 +17,7 @@
 
 #include "analysis/sweep.h"
 #include "export/writers.h"
+#include "synthesis/band_transform.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
 #include "tolerance/tolerance_text.h"
@@ -316,19 +317,22 @@ TEST(Tolerance, BandsAreJudgedAtTheirOwnFrequencies) {
 
   const double inf = std::numeric_limits<double>::infinity();
   const std::pair<Mask, const char*> faults[] = {
-      {{0, 10, {}, {}}, "--pass-edge"},
-      {{inf, 10, {}, {}}, "--pass-edge"},
-      {{7e6, std::nan(""), {}, {}}, "--pass-rl"},
-      {{7e6, {}, {}, {{-1, 40}}}, "--stop"},
-      {{7e6, {}, {}, {{14e6, inf}}}, "--stop"},
-      {{7e6, {}, {}, {{7e6, 40}}}, "overlaps the passband to 7MHz"},
-      {{7e6, {}, {}, {{14e6, 40}}}, ""},
+      {{.passEdge = 0, .passRl = 10}, "--pass-edge"},
+      {{.passEdge = inf, .passRl = 10}, "--pass-edge"},
+      {{.passEdge = 7e6, .passRl = std::nan("")}, "--pass-rl"},
+      {{.passEdge = 7e6, .stops = {{-1, 40}}}, "--stop"},
+      {{.passEdge = 7e6, .stops = {{14e6, inf}}}, "--stop"},
+      {{.passEdge = 7e6, .stops = {{7e6, 40}}}, "overlaps the passband to 7MHz"},
+      {{.passEdge = 7e6, .stops = {{14e6, 40}}}, ""},
+      // A bandpass: a lower skirt below its lower edge is no overlap.
+      {{.passEdge = 7.3e6, .passStart = 7e6, .stops = {{5e6, 40, true}, {10e6, 40}}}, ""},
   };
   for (const auto& [mask, why] : faults) {
     const std::string fault = MaskFault(mask, false);
     EXPECT_TRUE(why[0] ? fault.find(why) != std::string::npos : fault.empty()) << fault;
   }
-  EXPECT_NE(MaskFault({7e6, {}, {}, {{14e6, 40}}}, true), "");  // a highpass stopband lies below
+  EXPECT_NE(MaskFault({.passEdge = 7e6, .stops = {{14e6, 40}}}, true),
+            "");  // a highpass stopband lies below
 }
 
 TEST(Tolerance, HistogramBinsEveryFiniteValueOnRoundEdges) {
@@ -432,6 +436,38 @@ TEST(TrialDraws, UniformAndTruncatedNormalDeviationsAndThePortableLog) {
   EXPECT_NE(Deviation(5, 0, 3, Distribution::Uniform), Deviation(5, 0, 4, Distribution::Uniform));
   for (double x : {1e-300, 1e-9, 0.1, 0.5, 0.7071, 0.99999, 1.0, 3.0})
     EXPECT_NEAR(PortableLog(x), std::log(x), 4e-16 * std::max(1.0, std::fabs(std::log(x)))) << x;
+}
+
+}  // namespace
+}  // namespace drenik
+
+namespace drenik {
+namespace {
+
+// A bandpass is checked between its edges and on both skirts; the nominal
+// design meets its own default mask, and so does a build from parts ten
+// times tighter than the mask's slack allows for.
+TEST(ToleranceBand, BandpassMaskHasThePassbandBetweenItsEdgesAndTwoSkirts) {
+  DesignRecord d;
+  d.Pi = 3.14159274f, d.TwoPi = 6.28318548f, d.Family = kChebyshev, d.Order = 5;
+  d.Topology = "Cinbandpass", d.Apass = 0.2f, d.Rsource = d.Rstandard = 50;
+  d.Width = 1e6f, d.Center = 1e7f, d.Qind = kInfiniteQind, d.Qcap = kInfiniteQcap;
+  ASSERT_TRUE(DesignPrototype(d).Ok() && Denormalize(d).Ok());
+  d.Fstart = 8e6f, d.Fstop = 12.5e6f, d.NrIntervals = 1000;
+  ASSERT_TRUE(AnalyzeSweep(d).Ok());
+  const ToleranceDesign design = ToleranceDesignOf(d);
+  const Mask mask = DefaultMask(design);
+  const BandEdges e = EdgesOfBand(1e7, 1e6);
+  EXPECT_TRUE(mask.passStart == e.f1 && mask.passEdge == e.f2 && mask.passRl);
+  ASSERT_EQ(mask.stops.size(), 2u);
+  EXPECT_TRUE(mask.stops[0].below && mask.stops[0].frequency < e.f1);
+  EXPECT_TRUE(!mask.stops[1].below && mask.stops[1].frequency > e.f2);
+  ToleranceSetup setup;
+  setup.mask = mask, setup.trials = 64, setup.ctolPercent = setup.ltolPercent = 0.05;
+  ToleranceResult r;
+  ASSERT_TRUE(RunTolerance(design, setup, r).Ok());
+  EXPECT_TRUE(r.nominalPasses && r.yield == 1.0) << r.yield;
+  EXPECT_GT(r.nominalReturnLoss, *mask.passRl);
 }
 
 }  // namespace
