@@ -32,6 +32,7 @@ void DisplayPage::Build() {
       {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
+      {"cmdPartModels", "Part models", &DisplayPage::OnPartModels},
       {"cmdChosenParts", "Chosen parts", &DisplayPage::OnChosenParts},
       {"cmdTolerance", "Tolerance", &DisplayPage::OnTolerance},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
@@ -89,7 +90,7 @@ void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
   chosen_.reset();
   canvas_.Clear();
-  warningShown_ = false;
+  warningShown_ = resonancesShown_ = false;
   DrawDisplayLegends(d_, canvas_);
   DrawBandwidthLabel(d_, canvas_);
   PrintReadout(DataReadout{});
@@ -121,6 +122,7 @@ void DisplayPage::AnalyzeAndDraw(int mode) {
   DrawMainPlot(d_, canvas_);
   DrawDisplaySchematic(d_, canvas_);
   DrawResonanceWarning();
+  DrawSelfResonances();
   if (analysisObserver_) analysisObserver_(mode);
 }
 
