@@ -1,6 +1,7 @@
 #include "qt/designer_window.h"
 
 #include "pages/design_page.h"
+#include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
 #include "qt/print_page.h"
 #include "qt/spice_dialog.h"
@@ -101,6 +102,14 @@ std::vector<ControlPlace> DisplayPlaces() {
   row({"cmdUp", "cmdDown", "cmdVSWR", "cmdTime", "cmdInductors", "cmdChosenParts", "cmdTolerance",
        "cmdDesign", "cmdExit"},
       8600, 8980);
+  // Part models left of that row and as wide as its buttons, under the
+  // readout box (whose last value ends above y = 8400); after the row in tab
+  // order, so the page still opens with the focus on Up 1%. A tenth button in
+  // the row would cut "Change design" short.
+  const ControlPlace up = p[0], down = p[1];
+  const float gap = down.x1 - up.x2;
+  p.push_back(
+      {"cmdPartModels", up.x1 - gap - (up.x2 - up.x1), up.y1, up.x1 - gap, up.y2, up.pointSize});
   // The files: one row along the top edge. Nothing is drawn above y = 420
   // (the highest text is the "Chebyshev)" note of an unequally terminated
   // load at 440), whatever the width of the ladder.
@@ -141,13 +150,14 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
       [&app](float x, float y) { app.Display().OnMouseMove(x, y); });
   setMinimumSize(400, 300);
 
-  // The display page's Print, LTspice and Chosen parts buttons need the
-  // desktop: their dialogs open over this window.
+  // The display page's Print, LTspice, Chosen parts and Part models buttons
+  // need the desktop: their dialogs open over this window.
   app.SetPrintService([this] {
     PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
   app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
+  app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
   // The tolerance page in its own window beside this one, made once.
   app.SetToleranceObserver([this](TolerancePage& page) {
     if (!tolerance_)
