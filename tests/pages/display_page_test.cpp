@@ -322,5 +322,25 @@ TEST_F(DisplayPageTest, PartModelsRedrawEveryStageAndNameBadEntries) {
   EXPECT_EQ(D().Transmission, ideal);
 }
 
+// What the boxes take: "inf" in any case and empty boxes are the ideal parts,
+// prefix letters and "," as the point read as elsewhere; a Q of 0, a
+// negative value, text without a digit and an air core of no diameter are
+// refused whole.
+TEST(PartModelEntries, EmptyBoxesAreIdealAndARefusalChangesNothing) {
+  DesignRecord d;
+  std::optional<Former> former;
+  EXPECT_EQ(ReadEntries({QLaw::Linear, " Inf ", "", "", std::nullopt}, d, former), "");
+  EXPECT_TRUE(d.CapacitorQ == kInfiniteQcap && d.WindingCapacitance == 0 &&
+              d.InductorQLaw == QLaw::Linear);
+  EXPECT_EQ(ReadEntries({QLaw::Sqrt, "2,5k", "1.5p", "3n", std::nullopt}, d, former), "");
+  EXPECT_TRUE(d.CapacitorQ == 2500 && d.WindingCapacitance == 1.5e-12f && d.CapacitorEsl == 3e-9f);
+  for (PartModelEntries bad : {PartModelEntries{QLaw::Constant, "0", "", "", CoreNamed("T37-2")},
+                               {QLaw::Constant, "", "-1p", "", std::nullopt},
+                               {QLaw::Constant, "", "", "p", std::nullopt},
+                               {QLaw::Constant, "", "", "", Former{nullptr, {0, 0.8}}}})
+    EXPECT_NE(ReadEntries(bad, d, former), "") << bad.capacitorQ << bad.windingCapacitance;
+  EXPECT_TRUE(d.InductorQLaw == QLaw::Sqrt && d.CapacitorQ == 2500 && !former);
+}
+
 }  // namespace
 }  // namespace drenik::testing
