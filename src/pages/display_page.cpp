@@ -198,12 +198,15 @@ void DisplayPage::Inductors() {
   DrawInductorLegends(d_, canvas_);
 }
 
-// One line between the schematic and the plots when a part resonates
-// inside the sweep (each inductor with its winding capacitance, each
-// capacitor with its lead inductance). Ideal parts draw nothing here; a
-// warning already drawn is erased when it no longer holds.
+// One line under the plot, above the buttons, when a part resonates inside
+// the sweep (each inductor with its winding capacitance, each capacitor with
+// its lead inductance). Between the schematic and the plot it ran into an
+// elliptic ladder's lowest resonance texts and the VSWR plot's title. It ends
+// left of the delay plot's frequency labels: two resonances and a count fit.
+// Ideal parts draw nothing here; a warning already drawn is erased when it no
+// longer holds.
 void DisplayPage::DrawResonanceWarning() {
-  constexpr float kLeft = 3000, kTop = 3380, kRight = 11900, kBottom = 3660;
+  constexpr float kLeft = 2400, kTop = 8300, kRight = 8900, kBottom = 8580;
   const std::string warning = ResonanceWarning(d_);
   if (warningShown_) canvas_.FilledBox(kLeft, kTop, kRight, kBottom, kWhite);
   warningShown_ = !warning.empty();

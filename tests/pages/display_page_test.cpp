@@ -94,7 +94,7 @@ TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
   ASSERT_EQ(r.size(), 2u);
   const std::string f = TrimBlanks(FormatFrequency(r[0].hertz));
   EXPECT_TRUE(
-      Shows("Self-resonance inside the sweep: L2 at " + f + ", L4 at " + f + ".", 3000, 3420));
+      Shows("Self-resonance inside the sweep: L2 at " + f + ", L4 at " + f + ".", 2400, 8340));
   D().WindingCapacitance = 0;
   Display().Load();
   for (const DrawOp& op : Page().Ops())

@@ -56,8 +56,9 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
           d.Rload = family == kChebyshev && order % 2 == 0 ? 25 : 50;
           d.ShowVSWR = d.ShowDelay = 1;
           // Half the designs with a winding capacitance that resonates every
-          // inductor above the sweep: the self-resonance column is drawn too.
-          d.WindingCapacitance = inductors ? 1e-12f : 0;
+          // inductor inside the sweep: the self-resonance column and the
+          // warning line are drawn too.
+          d.WindingCapacitance = inductors ? 100e-12f : 0;
           RecordingCanvas page;
           if (!DrawDisplayPageLoad(d, page, inductors, true)) continue;  // never offered
           EXPECT_EQ(HasText(page, "Self-resonance:"), inductors);
