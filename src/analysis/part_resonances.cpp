@@ -30,16 +30,18 @@ std::vector<float> InductorResonances(const DesignRecord& d) {
 }
 
 std::string ResonanceWarning(const DesignRecord& d) {
+  // Two named and a count keep the line within the display page's room.
+  constexpr int kNamed = 2;
   std::string within;
   int count = 0;
   for (const PartResonance& r : PartResonances(d)) {
     if (r.hertz < d.Fstart || r.hertz > d.Fstop) continue;
-    if (++count <= 3)
+    if (++count <= kNamed)
       within += std::string(within.empty() ? "" : ", ") + (r.inductor ? "L" : "C") +
                 std::to_string(r.position) + " at " + TrimBlanks(FormatFrequency(r.hertz));
   }
   if (count == 0) return {};
-  if (count > 3) within += " and " + std::to_string(count - 3) + " more";
+  if (count > kNamed) within += " and " + std::to_string(count - kNamed) + " more";
   return "Self-resonance inside the sweep: " + within + ".";
 }
 

@@ -56,6 +56,10 @@ bool Application::AskPartsRequest(PartsRequest& request) {
   return !partsRequestService_ || partsRequestService_(request);
 }
 
+bool Application::AskPartModels(PartModelEntries& entries) {
+  return !partModelsService_ || partModelsService_(entries);
+}
+
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {

@@ -14,6 +14,7 @@
 #include "pages/display_page.h"
 #include "pages/opening_page.h"
 #include "pages/page_host.h"
+#include "pages/part_model_entries.h"
 #include "pages/spice_page.h"
 #include "pages/time_page.h"
 #include "pages/tolerance_page.h"
@@ -96,6 +97,11 @@ class Application : public PageHost {
     partsRequestService_ = std::move(service);
   }
 
+  // The part-models dialog; without it the display page keeps its models.
+  void SetPartModelsService(std::function<bool(PartModelEntries&)> service) {
+    partModelsService_ = std::move(service);
+  }
+
   // Called after each change of page, once the new page has loaded.
   void SetPageObserver(std::function<void(PageId)> observer) {
     pageObserver_ = std::move(observer);
@@ -109,6 +115,7 @@ class Application : public PageHost {
   void ShowSpicePage() override;
   bool PrintDisplayPage() override;
   bool AskPartsRequest(PartsRequest& request) override;
+  bool AskPartModels(PartModelEntries& entries) override;
   void ShowTolerancePage() override;
   void ShowTimePage() override;
 
@@ -133,6 +140,7 @@ class Application : public PageHost {
   std::function<void(SpicePage&)> spiceObserver_;
   std::function<void()> printService_;
   std::function<bool(PartsRequest&)> partsRequestService_;
+  std::function<bool(PartModelEntries&)> partModelsService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
   std::function<void(TimePage&)> timeObserver_;
 };

@@ -33,6 +33,7 @@ void DisplayPage::Build() {
       {"cmdVSWR", "VSWR", &DisplayPage::OnVswr},
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
+      {"cmdPartModels", "Part models", &DisplayPage::OnPartModels},
       {"cmdChosenParts", "Chosen parts", &DisplayPage::OnChosenParts},
       {"cmdTolerance", "Tolerance", &DisplayPage::OnTolerance},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
@@ -94,7 +95,7 @@ void DisplayPage::LoadPipeline() {
   caption_ = d_.ProgramTitle + " - Display";
   chosen_.reset();
   canvas_.Clear();
-  warningShown_ = false;
+  warningShown_ = resonancesShown_ = false;
   DrawDisplayLegends(d_, canvas_);
   DrawBandwidthLabel(d_, canvas_);
   PrintReadout(DataReadout{});
@@ -131,6 +132,7 @@ void DisplayPage::AnalyzeAndDraw(int mode) {
   DrawMainPlot(d_, canvas_);
   DrawDisplaySchematic(d_, canvas_);
   DrawResonanceWarning();
+  DrawSelfResonances();
   if (analysisObserver_) analysisObserver_(mode);
 }
 
@@ -206,12 +208,15 @@ void DisplayPage::Inductors() {
   DrawInductorLegends(d_, canvas_);
 }
 
-// One line between the schematic and the plots when a part resonates
-// inside the sweep (each inductor with its winding capacitance, each
-// capacitor with its lead inductance). Ideal parts draw nothing here; a
-// warning already drawn is erased when it no longer holds.
+// One line under the plot, above the buttons, when a part resonates inside
+// the sweep (each inductor with its winding capacitance, each capacitor with
+// its lead inductance). Between the schematic and the plot it ran into an
+// elliptic ladder's lowest resonance texts and the VSWR plot's title. It ends
+// left of the delay plot's frequency labels: two resonances and a count fit.
+// Ideal parts draw nothing here; a warning already drawn is erased when it no
+// longer holds.
 void DisplayPage::DrawResonanceWarning() {
-  constexpr float kLeft = 3000, kTop = 3380, kRight = 11900, kBottom = 3660;
+  constexpr float kLeft = 2400, kTop = 8300, kRight = 8900, kBottom = 8580;
   const std::string warning = ResonanceWarning(d_);
   if (warningShown_) canvas_.FilledBox(kLeft, kTop, kRight, kBottom, kWhite);
   warningShown_ = !warning.empty();

@@ -55,6 +55,10 @@ class DisplayPage {
   // stage of stock parts chosen to keep the response over the page; from
   // then on every redraw ends with it, until the page loads again.
   void OnChosenParts();
+  // "Part models": asks the host for the part models and the winding, then
+  // redraws the curves and the schematic with them (a bad entry is named in
+  // a message and changes nothing).
+  void OnPartModels();
 
   // Exports. Print and LTspice go through the host: without a window the
   // print button shows a message and the LTspice page is not shown.
@@ -100,6 +104,8 @@ class DisplayPage {
   void Inductors();
   void ChosenPartsStage();
   void DrawResonanceWarning();
+  void Remodel();
+  void DrawSelfResonances();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
   void PrintReadout(const DataReadout& readout);
 
@@ -112,7 +118,8 @@ class DisplayPage {
   std::function<void(int)> analysisObserver_;
   PartsRequest partsRequest_;
   std::optional<PartsChoice> chosen_;
-  bool warningShown_ = false;  // the resonance warning is on the page
+  bool warningShown_ = false;     // the resonance warning is on the page
+  bool resonancesShown_ = false;  // the inductors' self-resonances are on the page
 };
 
 }  // namespace drenik

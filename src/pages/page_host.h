@@ -2,13 +2,14 @@
 // What a page asks of the application that holds it: going to another page,
 // ending the program, the address of the user guide, the tolerance page, and
 // the services only a window has (the LTspice page, printing, the
-// chosen-parts dialog).
+// chosen-parts and part-models dialogs).
 
 #include <string>
 
 namespace drenik {
 
 struct PartsRequest;
+struct PartModelEntries;
 
 class PageHost {
  public:
@@ -26,6 +27,9 @@ class PageHost {
   // Lets the user change the series and pairs of the chosen-parts stage;
   // false when cancelled. A host without a window keeps them as they are.
   virtual bool AskPartsRequest(PartsRequest&) { return true; }
+  // Lets the user edit the part models and the winding; false when
+  // cancelled. A host without a window keeps them as they are.
+  virtual bool AskPartModels(PartModelEntries&) { return true; }
   // The tolerance page for the design the record holds.
   virtual void ShowTolerancePage() {}
   // The time responses and the Smith chart of the design the record holds.

@@ -1,6 +1,7 @@
 #include "qt/designer_window.h"
 
 #include "pages/design_page.h"
+#include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
 #include "qt/print_page.h"
 #include "qt/spice_dialog.h"
@@ -128,6 +129,10 @@ std::vector<ControlPlace> DisplayPlaces() {
   row({"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis", "cmdSpice", "cmdNetlist",
        "cmdTouchstone", "cmdCsv", "cmdPartsList"},
       40, 400);
+  // Part models: the top left corner, left of the file row and as tall as
+  // its buttons (nothing is drawn above y = 420); last in tab order, so the
+  // page still opens with the focus on Up 1%.
+  p.push_back({"cmdPartModels", 400, 40, 2300, 400, 7.5f});
   return p;
 }
 
@@ -162,13 +167,14 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
       [&app](float x, float y) { app.Display().OnMouseMove(x, y); });
   setMinimumSize(400, 300);
 
-  // The display page's Print, LTspice and Chosen parts buttons need the
-  // desktop: their dialogs open over this window.
+  // The display page's Print, LTspice, Chosen parts and Part models buttons
+  // need the desktop: their dialogs open over this window.
   app.SetPrintService([this] {
     PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
   app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
+  app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
   // The tolerance page in its own window beside this one, made once.
   app.SetToleranceObserver([this](TolerancePage& page) {
     if (!tolerance_)

@@ -6,6 +6,8 @@
 #include <QFormLayout>
 #include <QVBoxLayout>
 
+#include "qt/winding_box.h"
+
 namespace drenik {
 
 // The inductor list starts with the wound choice; the series follow in the
@@ -14,7 +16,8 @@ PartsDialog::PartsDialog(const PartsRequest& request, QWidget* parent)
     : QDialog(parent),
       capacitors_(new QComboBox(this)),
       inductors_(new QComboBox(this)),
-      pairs_(new QCheckBox("Two capacitors in parallel where that comes nearer", this)) {
+      pairs_(new QCheckBox("Two capacitors in parallel where that comes nearer", this)),
+      winding_(new WindingBox(request.former, "None: the inductors above", this)) {
   setWindowTitle("Chosen parts");
   inductors_->addItem("Wound to value (exact)");
   for (const ESeriesInfo& s : kESeries) {
@@ -32,7 +35,12 @@ PartsDialog::PartsDialog(const PartsRequest& request, QWidget* parent)
   auto* form = new QFormLayout;
   form->addRow("Capacitors:", capacitors_);
   form->addRow("Inductors:", inductors_);
+  form->addRow("Whole turns on:", winding_);
   form->addRow(pairs_);
+  // Whole turns take the place of the inductor series.
+  auto follow = [this] { inductors_->setEnabled(!winding_->Winding()); };
+  connect(winding_, &WindingBox::Changed, this, follow);
+  follow();
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -47,6 +55,7 @@ PartsRequest PartsDialog::Request() const {
   if (inductors_->currentIndex() > 0)
     r.inductors = static_cast<ESeries>(inductors_->currentIndex() - 1);
   r.pairs = pairs_->isChecked();
+  r.former = winding_->Winding();
   return r;
 }
 

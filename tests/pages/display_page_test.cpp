@@ -11,6 +11,7 @@
 #include "app_fixture.h"
 #include "core/formatters.h"
 #include "export/formats.h"
+#include "pages/part_model_entries.h"
 #include "pages/spice_page.h"
 #include "parts/parts_list.h"
 #include "plot/frequency_axis.h"
@@ -94,7 +95,7 @@ TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
   ASSERT_EQ(r.size(), 2u);
   const std::string f = TrimBlanks(FormatFrequency(r[0].hertz));
   EXPECT_TRUE(
-      Shows("Self-resonance inside the sweep: L2 at " + f + ", L4 at " + f + ".", 3000, 3420));
+      Shows("Self-resonance inside the sweep: L2 at " + f + ", L4 at " + f + ".", 2400, 8340));
   D().WindingCapacitance = 0;
   Display().Load();
   for (const DrawOp& op : Page().Ops())
@@ -284,6 +285,78 @@ TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheir
                                              op.y1 <= kPlotBottom;
                                     }),
               std::ptrdiff_t{D().NrIntervals} + 1);
+}
+
+// "Part models": Cancel and bad entries change nothing (each bad box named
+// once); good ones redraw every stage shown with the models and list each
+// inductor's self-resonance right of the schematic; ideal ones give back
+// today's curves.
+TEST_F(DisplayPageTest, PartModelsRedrawEveryStageAndNameBadEntries) {
+  DisplayPage& page = OpenDisplay();
+  const SweepArray ideal = D().Transmission;
+  PartModelEntries answer{QLaw::Sqrt, "-5", "40p", "2n", CoreNamed("T50-2")};
+  bool ok = false;
+  App().SetPartModelsService([&](PartModelEntries& e) {
+    e = answer;
+    return ok;
+  });
+  modes.clear();
+  page.OnPartModels();
+  ok = true;
+  answer.capacitorEsl = "nH";
+  page.OnPartModels();
+  ASSERT_EQ(platform.messages.size(), 1u);
+  const std::string& why = platform.messages[0].text;
+  EXPECT_TRUE(why.find("Capacitor Q: \"-5\"") != std::string::npos &&
+              why.find("lead inductance: \"nH\"") != std::string::npos &&
+              why.find("Winding") == std::string::npos)
+      << why;
+  EXPECT_TRUE(modes.empty() && D().InductorQLaw == QLaw::Constant && D().WindingCapacitance == 0 &&
+              !page.GetPartsRequest().former);
+
+  answer.capacitorQ = "1k";
+  answer.capacitorEsl = "2n";
+  page.OnPartModels();
+  EXPECT_EQ(modes, (std::vector<int>{1, 2}));
+  EXPECT_TRUE(D().InductorQLaw == QLaw::Sqrt && D().CapacitorQ == 1000 &&
+              D().WindingCapacitance == 40e-12f && D().CapacitorEsl == 2e-9f);
+  EXPECT_EQ(page.GetPartsRequest().former->Name(), "T50-2");
+  EXPECT_NE(D().Transmission, ideal);
+  const std::vector<float> srf = InductorResonances(D());
+  EXPECT_TRUE(Shows("Self-resonance:", 9900, 950) &&
+              Shows("L2  " + TrimBlanks(FormatFrequency(srf[2])), 9900, 1130) &&
+              Shows("L4  " + TrimBlanks(FormatFrequency(srf[4])), 9900, 1310));
+  const PartModelEntries shown = EntriesOf(D(), page.GetPartsRequest().former);
+  EXPECT_TRUE(shown.capacitorQ == "1k" && shown.windingCapacitance == "40pF");
+
+  // With the 5% L curve on, the whole retune sequence runs.
+  page.OnInductors();
+  modes.clear();
+  answer = {QLaw::Constant, "inf", "", "", std::nullopt};
+  page.OnPartModels();
+  EXPECT_EQ(modes, (std::vector<int>{1, 2, 3}));
+  page.OnInductors();
+  EXPECT_EQ(D().Transmission, ideal);
+}
+
+// What the boxes take: "inf" in any case and empty boxes are the ideal parts,
+// prefix letters and "," as the point read as elsewhere; a Q of 0, a
+// negative value, text without a digit and an air core of no diameter are
+// refused whole.
+TEST(PartModelEntries, EmptyBoxesAreIdealAndARefusalChangesNothing) {
+  DesignRecord d;
+  std::optional<Former> former;
+  EXPECT_EQ(ReadEntries({QLaw::Linear, " Inf ", "", "", std::nullopt}, d, former), "");
+  EXPECT_TRUE(d.CapacitorQ == kInfiniteQcap && d.WindingCapacitance == 0 &&
+              d.InductorQLaw == QLaw::Linear);
+  EXPECT_EQ(ReadEntries({QLaw::Sqrt, "2,5k", "1.5p", "3n", std::nullopt}, d, former), "");
+  EXPECT_TRUE(d.CapacitorQ == 2500 && d.WindingCapacitance == 1.5e-12f && d.CapacitorEsl == 3e-9f);
+  for (PartModelEntries bad : {PartModelEntries{QLaw::Constant, "0", "", "", CoreNamed("T37-2")},
+                               {QLaw::Constant, "", "-1p", "", std::nullopt},
+                               {QLaw::Constant, "", "", "p", std::nullopt},
+                               {QLaw::Constant, "", "", "", Former{nullptr, {0, 0.8}}}})
+    EXPECT_NE(ReadEntries(bad, d, former), "") << bad.capacitorQ << bad.windingCapacitance;
+  EXPECT_TRUE(d.InductorQLaw == QLaw::Sqrt && d.CapacitorQ == 2500 && !former);
 }
 
 }  // namespace

@@ -42,7 +42,8 @@ void ExpectClear(const RecordingCanvas& page, const std::string& name, QRectF bu
 }
 
 // Every family, topology and order, 5% C and 5% L, each with the chosen
-// parts over them (an even Chebyshev has a note).
+// parts over them (an even Chebyshev has a note), the 5% L ones with a
+// winding capacitance.
 TEST(DisplayLayout, NothingCollidesForAnyDesign) {
   PrepareQtDrawing();
   for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"})
@@ -54,8 +55,13 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
           d.Topology = topology;
           d.Rload = family == kChebyshev && order % 2 == 0 ? 25 : 50;
           d.ShowVSWR = d.ShowDelay = 1;
+          // Half the designs with a winding capacitance that resonates every
+          // inductor inside the sweep: the self-resonance column and the
+          // warning line are drawn too.
+          d.WindingCapacitance = inductors ? 100e-12f : 0;
           RecordingCanvas page;
           if (!DrawDisplayPageLoad(d, page, inductors, true)) continue;  // never offered
+          EXPECT_EQ(HasText(page, "Self-resonance:"), inductors);
           for (const ControlPlace& p : DisplayPlaces())
             ExpectClear(page, p.name, QRectF(QPointF(p.x1, p.y1), QPointF(p.x2, p.y2)));
 

@@ -6,12 +6,15 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDoubleSpinBox>
 #include <QTimer>
 #include "core/formatters.h"
 
 #include "fixture.h"
+#include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
 #include "qt/spice_dialog.h"
+#include "qt/winding_box.h"
 
 namespace drenik::testing {
 namespace {
@@ -217,6 +220,49 @@ TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
   const PartsRequest& r = app->Display().ChosenParts()->request;
   EXPECT_TRUE(r.capacitors == ESeries::E96 && r.inductors == ESeries::E12 && r.pairs);
   EXPECT_EQ(D().ValueMode, kChosenPartsMode);
+}
+
+// "Part models" opens its dialog over the window: what is typed there
+// redraws the curves and lists each inductor's self-resonance; its winding is
+// the chosen-parts dialog's too, which takes whole turns in place of a series.
+TEST_F(WindowTest, PartModelsDialogRedrawsTheCurvesAndItsWindingReachesTheChosenParts) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  const SweepArray ideal = D().Transmission;
+  QDir().mkpath(DRENIK_BINARY_DIR "/screenshots");
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<PartModelsDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->CapacitorQ()->text() == "inf" &&
+                dialog->WindingCapacitance()->text() == "");
+    dialog->Law()->setCurrentIndex(1);
+    dialog->CapacitorQ()->setText("500");
+    dialog->WindingCapacitance()->setText("40p");
+    QComboBox* formers = dialog->Winding()->Formers();
+    formers->setCurrentIndex(formers->count() - 1);  // the air-core coil
+    dialog->Winding()->FormMm()->setValue(10);
+    dialog->grab().save(DRENIK_BINARY_DIR "/screenshots/part-models-dialog.png");
+    dialog->accept();
+  });
+  Click(Button(window->DisplayView(), "cmdPartModels"));
+  EXPECT_TRUE(D().InductorQLaw == QLaw::Sqrt && D().CapacitorQ == 500 &&
+              D().WindingCapacitance == 40e-12f);
+  EXPECT_NE(D().Transmission, ideal);
+  EXPECT_TRUE(HasText(app->DisplayCanvas(), "Self-resonance:"));
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/display-part-models.png");
+
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<PartsDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_FALSE(dialog->Inductors()->isEnabled());
+    EXPECT_EQ(dialog->Request().former->air.formMm, 10);
+    dialog->Winding()->Formers()->setCurrentIndex(2);  // T50-2, second in the core table
+    dialog->accept();
+  });
+  Click(Button(window->DisplayView(), "cmdChosenParts"));
+  ASSERT_TRUE(app->Display().ChosenParts());
+  EXPECT_EQ(app->Display().ChosenParts()->request.former->Name(), "T50-2");
+  EXPECT_GT(app->Display().ChosenParts()->positions[1].turns, 0);
 }
 
 }  // namespace

@@ -1,0 +1,58 @@
+// The display page's part models: the dialog's entries into the record, the
+// curves and the schematic redrawn with them, and each inductor's
+// self-resonant frequency with its winding capacitance.
+
+#include <algorithm>
+
+#include "analysis/part_resonances.h"
+#include "core/formatters.h"
+#include "pages/display_page.h"
+#include "pages/part_model_entries.h"
+
+namespace drenik {
+
+void DisplayPage::OnPartModels() {
+  controls_.RunEvent([this] {
+    PartModelEntries entries = EntriesOf(d_, partsRequest_.former);
+    if (!host_.AskPartModels(entries)) return;
+    if (const std::string bad = ReadEntries(entries, d_, partsRequest_.former); !bad.empty()) {
+      platform_.ShowMessage(bad, "Part models", MessageIcon::Exclamation);
+      return;
+    }
+    Remodel();
+    if (chosen_) ChosenPartsStage();
+  });
+}
+
+// Every stage on the page is analysed again with the new parts: with the 5% L
+// curve shown the whole retune sequence (exact, 5% C, 5% L), otherwise the
+// exact and 5% C curves. The first draw clears the plots.
+void DisplayPage::Remodel() {
+  if (d_.InductorMode == 1) {
+    RetuneSequence();
+    return;
+  }
+  ExactAndStandardCurves();
+  DrawSidePlots();
+}
+
+// A column right of the schematic, for the values last analysed: right of
+// the load's texts of the widest ladder (they end left of x = 9500) and
+// above the bandwidth label (y = 2700); seven inductors and the heading fit.
+// Ideal inductors draw nothing; a column drawn before is erased.
+void DisplayPage::DrawSelfResonances() {
+  constexpr float kLeft = 9900, kTop = 950, kRight = 11950, kBottom = 2650, kLine = 180;
+  if (resonancesShown_) canvas_.FilledBox(kLeft, kTop, kRight, kBottom, kWhite);
+  const std::vector<float> hertz = InductorResonances(d_);
+  resonancesShown_ = std::ranges::any_of(hertz, [](float f) { return f > 0; });
+  if (!resonancesShown_) return;
+  float y = kTop;
+  PrintAt(kLeft, y, "Self-resonance:");
+  for (size_t j = 1; j < hertz.size(); ++j) {
+    if (!(hertz[j] > 0)) continue;
+    y += kLine;
+    PrintAt(kLeft, y, "L" + std::to_string(j) + "  " + TrimBlanks(FormatFrequency(hertz[j])));
+  }
+}
+
+}  // namespace drenik
