@@ -402,5 +402,21 @@ TEST(Cli, PartsJsonTableAndPartsList) {
   EXPECT_NE(RunLine("parts --help").out.find("--cseries E6|E12|E24|E48|E96"), std::string::npos);
 }
 
+// The README's usage block is the program's own, line for line.
+TEST(Cli, ReadmeShowsTheUsageLinesAsTheProgramPrintsThem) {
+  const std::string usage = cli::UsageText();
+  const std::string readme = ReadWhole(DRENIK_SOURCE_DIR "/README.md");
+  std::string block;
+  for (size_t at = usage.find("\n  drenik"); at != std::string::npos;
+       at = usage.find("\n  ", at + 1)) {
+    const size_t end = usage.find('\n', at + 1);
+    const std::string line = usage.substr(at + 1, end - at - 1);
+    if (line.rfind("  --", 0) == 0) break;  // the choices follow the commands
+    block += "  " + line + "\n";
+  }
+  EXPECT_NE(block.find("drenik --help | --version"), std::string::npos) << usage;
+  EXPECT_NE(readme.find(block), std::string::npos) << block;
+}
+
 }  // namespace
 }  // namespace drenik::testing

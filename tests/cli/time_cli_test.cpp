@@ -54,14 +54,6 @@ TEST(TimeCli, JsonCsvAndBadValues) {
   }
   EXPECT_EQ(Drenik("design --span 1e-6").status, 2);
   EXPECT_EQ(Drenik("time --csv " + folder.Path() + "/missing/step.csv").status, 1);
-
-  // The README shows the usage line as the program prints it.
-  const std::string usage = Drenik("--help").out;
-  const size_t at = usage.find("  drenik time");
-  const std::string timeLine = usage.substr(at + 2, usage.find('\n', at) - at - 2);
-  EXPECT_NE(ReadWhole(DRENIK_SOURCE_DIR "/README.md").find("    " + timeLine + "\n"),
-            std::string::npos)
-      << timeLine;
 }
 
 }  // namespace
