@@ -19,16 +19,16 @@ constexpr LabelPlace kShuntCLabel{{10, 10, 10, 10}, {1100, 1300, 1480, 1680}, 62
 // The trap's inductance stands right of its coil, within the element; under
 // the ground rail the resonance rows follow the second capacitance row, so
 // the third stands right of the plates (its box stops short of the rail).
-// A resonant branch has no room left between its rails or under them for a
-// fourth inductance and capacitance: those stand above the upper rail, where
-// its neighbours print nothing over it, the inductance level with a series
-// inductor's fourth row.
-constexpr LabelPlace kTrapLLabel{{300, 300, 300, 200}, {250, 450, 650, -930}, 660};
-constexpr LabelPlace kTrapCLabel{{40, 40, 300, 200}, {1100, 1300, 830, -730}, 620};
+// A trap has no room left between its rails or under them for a fourth
+// inductance and capacitance: those stand just above its upper rail, one and
+// two rows up, where its neighbours print nothing over it.
+constexpr LabelPlace kTrapLLabel{{300, 300, 300, 200}, {250, 450, 650, -530}, 660};
+constexpr LabelPlace kTrapCLabel{{40, 40, 300, 200}, {1100, 1300, 830, -330}, 620};
 // The tank's inductance under the capacitor path on the left, its
-// capacitance on the right.
-constexpr LabelPlace kTankLLabel{{-320, -320, -320, 200}, {440, 640, 840, -930}, 680};
-constexpr LabelPlace kTankCLabel{{370, 370, 370, 200}, {400, 600, 800, -730}, 620};
+// capacitance on the right; the fourth row has no room between the rails and
+// stands under the ground rail, above the resonance rows.
+constexpr LabelPlace kTankLLabel{{-320, -320, -320, 40}, {440, 640, 840, 1100}, 680};
+constexpr LabelPlace kTankCLabel{{370, 370, 370, 40}, {400, 600, 800, 1300}, 620};
 // The series L-C branch: the inductance above its coil, the capacitance
 // under the rail beside its plates. The tank of a band design: both values
 // under the ground rail, the inductance reaching left under the wire step

@@ -4,7 +4,9 @@
 #include <QGroupBox>
 #include <QPixmap>
 
+#include "core/element_kinds.h"
 #include "fixture.h"
+#include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
 
 namespace drenik::testing {
@@ -41,6 +43,12 @@ void ExpectClear(const RecordingCanvas& page, const std::string& name, QRectF bu
   }
 }
 
+// Where a text's letters stand.
+QRectF TextBox(const DrawOp& op) {
+  return QRectF(QPointF(op.x1, op.y1 + op.fontSize * 3),
+                QPointF(op.x1 + op.textWidth, op.y1 + op.fontSize * 20 * 1.05f));
+}
+
 // Every family, topology and order, 5% C and 5% L, each with the chosen
 // parts over them (an even Chebyshev has a note), the 5% L ones with a
 // winding capacitance.
@@ -68,10 +76,7 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
           std::vector<std::pair<QRectF, std::string>> boxes;
           for (const DrawOp& op : page.Ops())
             if (op.kind == DrawOp::Kind::Text && !op.text.empty())
-              boxes.push_back(
-                  {QRectF(QPointF(op.x1, op.y1 + op.fontSize * 3),
-                          QPointF(op.x1 + op.textWidth, op.y1 + op.fontSize * 20 * 1.05f)),
-                   op.text});
+              boxes.push_back({TextBox(op), op.text});
           for (size_t i = 0; i < boxes.size(); ++i) {
             const auto& [box, text] = boxes[i];
             EXPECT_TRUE(QRectF(0, 0, kPageWidth, kPageHeight).contains(box)) << text;
@@ -83,6 +88,56 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
                   << "'" << text << "' and '" << boxes[j].second << "'";
           }
         }
+}
+
+// The chosen parts' inductance and capacitance texts, in green, stand inside
+// their part's width (as far left as its exact value), at most one row above
+// the highest text of the earlier stages and clear of every other text, for
+// the Cauer ladders.
+TEST(DisplayLayout, ChosenValuesStandWithTheirParts) {
+  PrepareQtDrawing();
+  auto isValue = [](const DrawOp& op) {
+    return op.kind == DrawOp::Kind::Text && !op.text.empty() &&
+           (op.text.back() == 'H' || op.text.back() == 'F');
+  };
+  for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"})
+    for (int16_t order = 3; order <= 7; ++order) {
+      SCOPED_TRACE(::testing::Message() << topology << order);
+      DesignRecord d = FirstStartDesign(kCauer, order);
+      d.Topology = topology;
+      RecordingCanvas page;
+      ASSERT_TRUE(DrawDisplayPageLoad(d, page, true, true));
+      std::vector<const DrawOp*> exact, chosen, texts;
+      float top = kPageHeight;  // of the earlier stages' schematic texts
+      for (const DrawOp& op : page.Ops()) {
+        if (op.kind == DrawOp::Kind::Text && !op.text.empty()) texts.push_back(&op);
+        if (op.kind == DrawOp::Kind::Text && op.y1 > 300 && op.y1 < 1400 &&
+            op.color != kChosenTransmissionColor)
+          top = std::min(top, op.y1);
+        if (isValue(op) && op.color == kBlack) exact.push_back(&op);
+        if (isValue(op) && op.color == kChosenTransmissionColor) chosen.push_back(&op);
+      }
+      // The parts in drawing order, each with its left edge from its exact text.
+      size_t k = 0;
+      for (int j = 1; j <= d.Stages; ++j) {
+        const ElementFacts* f = FactsOf(d.ElementType[j]);
+        for (const LabelPlace* place : {f->lLabel, f->cLabel}) {
+          if (!place) continue;
+          ASSERT_LT(k, std::min(exact.size(), chosen.size()));
+          const DrawOp& green = *chosen[k];
+          const float x0 = exact[k]->x1 - place->dx[0];
+          EXPECT_GE(green.x1, x0 + std::min(0.f, place->dx[0]))
+              << green.text << " left of its part";
+          EXPECT_LE(green.x1 + green.textWidth, x0 + f->drawWidth) << green.text;
+          EXPECT_GE(green.y1, top - 200) << green.text << " above the schematic";
+          for (const DrawOp* other : texts)
+            EXPECT_TRUE(other == &green || !TextBox(green).intersects(TextBox(*other)))
+                << green.text << " on " << other->text;
+          ++k;
+        }
+      }
+      EXPECT_EQ(k, chosen.size());
+    }
 }
 
 TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
