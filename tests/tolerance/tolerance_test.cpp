@@ -468,6 +468,11 @@ TEST(ToleranceBand, BandpassMaskHasThePassbandBetweenItsEdgesAndTwoSkirts) {
   ASSERT_TRUE(RunTolerance(design, setup, r).Ok());
   EXPECT_TRUE(r.nominalPasses && r.yield == 1.0) << r.yield;
   EXPECT_GT(r.nominalReturnLoss, *mask.passRl);
+  // The stopband figure is the skirts' least attenuation, never the passband
+  // between them: at least the shallower skirt's depth, in every trial.
+  const double shallower = std::min(mask.stops[0].depth, mask.stops[1].depth);
+  EXPECT_GE(r.nominalStopAttenuation, shallower);
+  for (float a : r.worstStopAttenuation) EXPECT_GE(a, shallower);
 }
 
 }  // namespace
