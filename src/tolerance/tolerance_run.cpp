@@ -62,6 +62,12 @@ struct Plan {
       PointsBeyond(grid, s.mask.passStart, false, first, last);
       passFirst = std::max(passFirst, first);
     }
+    passSpans.push_back({passFirst, passLast});
+    if (s.mask.passResume > 0) {  // a bandstop's upper passband
+      int first, last;
+      PointsBeyond(grid, s.mask.passResume, false, first, last);
+      passSpans.push_back({first, last});
+    }
     for (const MaskCheck& c : checks) stopped = stopped || Stop(c);
     // A part already at or under the tightened tolerance keeps the yield.
     if (s.sensitivity)
@@ -82,6 +88,9 @@ struct Plan {
   int sweepFirst = 0;
   int blocks = 0;
   int passFirst = 0, passLast = -1;  // the passband
+  // The passband's stretches: one, or a bandstop's two either side of its
+  // notch, whose reflection is total and no figure of the passband.
+  std::vector<std::pair<int, int>> passSpans;
   // Whether some stopband check covers points. The stopband figure is the
   // least attenuation over those checks' own points: a bandpass's two
   // skirts, never the passband that lies between them.
@@ -184,7 +193,8 @@ void TakeStretch(const Plan& p, int first, int count, bool envelope, WorkerSums&
     const MaskCheck& check = p.checks[c];
     extremes(check.first, check.last, check.kind == CheckKind::ReturnLoss ? s11 : s21, e.check[c]);
   }
-  if (envelope) extremes(p.passFirst, p.passLast, s11, e.pass);
+  if (envelope)
+    for (const auto& [from, to] : p.passSpans) extremes(from, to, s11, e.pass);
 }
 
 // Run 0 on one block: every point, the envelope, the failures and the
@@ -263,7 +273,8 @@ void Nominal(const Plan& p, ToleranceResult& r) {
       r.nominalTransmission[at] = static_cast<float>(TransmissionDbOf(a));
       r.nominalReflection[at] = static_cast<float>(ReflectionDbOf(b));
     }
-    if (i >= p.passFirst && i <= p.passLast) passS11 = std::max(passS11, b);
+    for (const auto& [from, to] : p.passSpans)
+      if (i >= from && i <= to) passS11 = std::max(passS11, b);
   }
   r.nominalPasses = true;
   for (CheckOutcome& c : r.checks) {
