@@ -195,7 +195,8 @@ std::string ToleranceLines() {
          " [--dist uniform|normal]\n"
          "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
          " [--pass-il DB]\n"
-         "                   [--stop FREQ:DB]... [--tighten PCT] [--json] [--quiet]\n";
+         "                   [--stop FREQ:DB]... [--stop-below FREQ:DB]... [--tighten PCT]\n"
+         "                   [--json] [--quiet]\n";
 }
 std::string PartsLines() {
   return "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
@@ -240,9 +241,12 @@ std::string ToleranceHelp() {
       "  --pass-edge FREQ       the passband edge (the cutoff)\n"
       "  --pass-rl DB, --pass-il DB   least return loss, most loss in the passband\n"
       "  --stop FREQ:DB         least attenuation from FREQ on (away from the passband)\n"
+      "  --stop-below FREQ:DB   least attenuation at and below FREQ (a bandpass's lower skirt)\n"
       "  --tighten PCT          the tolerance each part is tightened to in the\n"
       "                         sensitivity table (0: held at nominal)\n"
-      "Without --pass-rl, --pass-il and --stop the default mask of the design is used.\n");
+      "Without --pass-rl, --pass-il, --stop and --stop-below the default mask of the\n"
+      "design is used; a band design's passband lies between its edges (a bandstop's\n"
+      "outside them).\n");
 }
 
 std::string TimeHelp() {

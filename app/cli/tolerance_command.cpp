@@ -96,9 +96,18 @@ void WriteJson(const ToleranceSetup& s, const ToleranceResult& r, const std::str
 
   std::string stops = "[";
   for (size_t i = 0; i < s.mask.stops.size(); ++i)
-    stops += (i ? ", " : "") + ("{\"frequency\": " + JsonDouble(s.mask.stops[i].frequency) +
-                                ", \"depth\": " + JsonDouble(s.mask.stops[i].depth) + "}");
+    stops += (i ? ", " : "") +
+             ("{\"frequency\": " + JsonDouble(s.mask.stops[i].frequency) +
+              ", \"depth\": " + JsonDouble(s.mask.stops[i].depth) +
+              (s.mask.stops[i].below ? ", \"below\": true" : "") +
+              (s.mask.stops[i].to > 0 ? ", \"to\": " + JsonDouble(s.mask.stops[i].to) : "") + "}");
+  // A band's other edge only where there is one, so a lowpass's mask reads as before.
+  const double otherEdge = s.mask.passStart > 0 ? s.mask.passStart : s.mask.passResume;
   add("mask", "{\"pass_edge\": " + JsonDouble(s.mask.passEdge) +
+                  (otherEdge > 0 ? std::string(s.mask.passStart > 0 ? ", \"pass_start\": "
+                                                                    : ", \"pass_resume\": ") +
+                                       JsonDouble(otherEdge)
+                                 : "") +
                   ", \"pass_rl\": " + (s.mask.passRl ? JsonDouble(*s.mask.passRl) : "null") +
                   ", \"pass_il\": " + (s.mask.passIl ? JsonDouble(*s.mask.passIl) : "null") +
                   ", \"stop\": " + stops + "]}");
@@ -200,7 +209,7 @@ void WriteSummary(const DesignRecord& d, const ToleranceSetup& s, const Toleranc
 
 bool IsToleranceOption(const std::string& name) {
   for (const char* option : {"--ctol", "--ltol", "--dist", "--trials", "--seed", "--pass-edge",
-                             "--pass-rl", "--pass-il", "--stop", "--tighten"})
+                             "--pass-rl", "--pass-il", "--stop", "--stop-below", "--tighten"})
     if (name == option) return true;
   return false;
 }
@@ -230,11 +239,12 @@ void ParseToleranceOption(const std::string& name, const std::string& value, Tol
     o.passRl = Decibels(name, value);
   } else if (name == "--pass-il") {
     o.passIl = Decibels(name, value);
-  } else if (name == "--stop") {
+  } else if (name == "--stop" || name == "--stop-below") {
     const size_t colon = value.find(':');
     if (colon == std::string::npos) Bad(name, "FREQ:DB such as 14M:40", value);
-    o.stops.push_back(
-        {Frequency(name, value.substr(0, colon)), Decibels(name, value.substr(colon + 1))});
+    o.stops.push_back({.frequency = Frequency(name, value.substr(0, colon)),
+                       .depth = Decibels(name, value.substr(colon + 1)),
+                       .below = name == "--stop-below"});
   }
 }
 
@@ -252,6 +262,10 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
   s.seed = t.seed.value_or(s.seed);
   if (t.passRl || t.passIl || !t.stops.empty()) {
     s.mask.passEdge = t.passEdge.value_or(d.cutoff);
+    // A band design's passband: between its edges (a bandpass), or below
+    // the lower and above the upper (a bandstop).
+    if (d.band && d.bandstop) s.mask.passEdge = t.passEdge.value_or(d.f1), s.mask.passResume = d.f2;
+    if (d.band && !d.bandstop) s.mask.passEdge = t.passEdge.value_or(d.f2), s.mask.passStart = d.f1;
     s.mask.passRl = t.passRl;
     s.mask.passIl = t.passIl;
     s.mask.stops = t.stops;

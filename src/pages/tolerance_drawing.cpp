@@ -172,10 +172,21 @@ void ResponsePlot(const ToleranceFigures& f, Canvas& c) {
   const Mask& m = setup.mask;
   const bool hp = FindTopology(d.Topology) && FindTopology(d.Topology)->highpass;
   const double lo = d.Fstart, hi = d.Fstop;
-  if (m.passRl) LimitLine(c, fx, s, hp ? m.passEdge : lo, hp ? hi : m.passEdge, -*m.passRl, true);
-  if (m.passIl) LimitLine(c, fx, s, hp ? m.passEdge : lo, hp ? hi : m.passEdge, -*m.passIl, false);
-  for (const StopCheck& stop : m.stops)
-    LimitLine(c, fx, s, hp ? lo : stop.frequency, hp ? stop.frequency : hi, -stop.depth, true);
+  // A bandpass's passband starts at its lower edge, a bandstop's resumes
+  // above its upper edge; a lower skirt runs down to the sweep's start and
+  // a notch ends at its upper stop edge.
+  const double from = hp ? m.passEdge : (m.passStart > 0 ? m.passStart : lo);
+  const double to = hp ? hi : m.passEdge;
+  for (const auto& [limit, reflection] : {std::pair{m.passRl, true}, {m.passIl, false}}) {
+    if (!limit) continue;
+    LimitLine(c, fx, s, from, to, -*limit, reflection);
+    if (m.passResume > 0) LimitLine(c, fx, s, m.passResume, hi, -*limit, reflection);
+  }
+  for (const StopCheck& stop : m.stops) {
+    const bool below = hp || stop.below;
+    LimitLine(c, fx, s, below ? lo : stop.frequency,
+              below ? stop.frequency : (stop.to > 0 ? stop.to : hi), -stop.depth, true);
+  }
 
   if (r) {
     Curve(c, fx, s, r->freq, r->nominalTransmission.data(), TransmissionColor(1));

@@ -52,6 +52,13 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
     }
     c.key = key;
     checks.push_back(c);
+    if (mask.passResume > 0) {  // a bandstop's upper passband, its own check
+      c.frequency = mask.passResume;
+      PointsBeyond(freq, mask.passResume, false, c.first, c.last);
+      c.name = what + (" " + Db(db)) + " dB from " + TrimBlanks(FormatFrequency(mask.passResume));
+      c.key = key + std::string(" upper");
+      checks.push_back(c);
+    }
   };
   if (mask.passRl) passband(CheckKind::ReturnLoss, *mask.passRl, "return loss", "pass-rl");
   if (mask.passIl) passband(CheckKind::Loss, *mask.passIl, "loss", "pass-il");
@@ -64,6 +71,12 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
     const std::string f = TrimBlanks(FormatFrequency(s.frequency));
     c.name = "attenuation " + Db(s.depth) + " dB" + (below ? " to " : " from ") + f;
     c.key = "stop " + f + ":" + Db(s.depth);
+    if (s.to > 0) {  // a notch ends at its upper stop edge
+      int first, last;
+      PointsBeyond(freq, s.to, true, first, last);
+      c.last = std::min(c.last, last);
+      c.name += " to " + TrimBlanks(FormatFrequency(s.to));
+    }
     checks.push_back(c);
   }
   return checks;
@@ -72,6 +85,7 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
 std::vector<Band> MaskBands(const Mask& mask, bool highpass) {
   std::vector<Band> bands;
   if (mask.passEdge > 0) bands.push_back(Passband(mask.passEdge, highpass));
+  if (mask.passResume > 0) bands.push_back(Passband(mask.passResume, true));
   for (const StopCheck& s : mask.stops)
     if (s.frequency > 0) bands.push_back(Stopband(s.frequency, highpass || s.below));
   return bands;
@@ -93,10 +107,15 @@ std::string MaskFault(const Mask& mask, bool highpass) {
     // A bandpass's lower skirt must stay below its lower edge.
     const bool below = highpass || s.below;
     const double near = s.below && mask.passStart > 0 ? mask.passStart : mask.passEdge;
-    if (below ? s.frequency < near : s.frequency > near) continue;
+    // A notch must also end below a bandstop's upper passband.
+    const bool inside = s.to <= 0 || mask.passResume <= 0 || s.to < mask.passResume;
+    // A lower skirt needs a passband above it: a lowpass has none.
+    const bool skirt = !s.below || highpass || mask.passStart > 0;
+    if ((below ? s.frequency < near : s.frequency > near) && inside && skirt) continue;
     const std::string f = TrimBlanks(FormatFrequency(s.frequency));
-    return "--stop " + f + ":" + Db(s.depth) + ": the stopband " + (highpass ? "to " : "from ") +
-           f + " overlaps the passband " + (highpass ? "from " : "to ") + edge + " (--pass-edge)";
+    return (s.below ? "--stop-below " : "--stop ") + f + ":" + Db(s.depth) + ": the stopband " +
+           (highpass ? "to " : "from ") + f + " overlaps the passband " +
+           (highpass ? "from " : "to ") + edge + " (--pass-edge)";
   }
   return {};
 }

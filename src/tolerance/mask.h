@@ -20,6 +20,9 @@ struct StopCheck {
   double depth = 0;      // dB of attenuation
   // The lower skirt of a bandpass: the points at or below the frequency.
   bool below = false;
+  // A bandstop's notch: the points from the frequency up to this one, Hz.
+  // 0 for a skirt, which runs on to the end of the sweep.
+  double to = 0;
 };
 
 struct Mask {
@@ -29,6 +32,9 @@ struct Mask {
   // A bandpass's lower edge, Hz: its passband is the points from here up to
   // passEdge. 0 for a lowpass or highpass.
   double passStart = 0;
+  // A bandstop's upper edge, Hz: its passband is the points at or below
+  // passEdge and those at or above this. 0 for any other filter.
+  double passResume = 0;
   std::optional<double> passRl{};  // reflection at or below -passRl dB over the passband
   std::optional<double> passIl{};  // transmission at or above -passIl dB over the passband
   std::vector<StopCheck> stops{};

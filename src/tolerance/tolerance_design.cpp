@@ -46,6 +46,37 @@ Mask BandpassMask(const ToleranceDesign& design, const std::vector<double>& s21,
   return mask;
 }
 
+// A bandstop: return loss over both passbands, below f1 and above f2, and
+// attenuation over the notch between the stop edges, each at the nominal
+// figure less the margin.
+Mask BandstopMask(const ToleranceDesign& design, const std::vector<double>& s21,
+                  const std::vector<double>& s11) {
+  Mask mask;
+  mask.passEdge = design.f1, mask.passResume = design.f2;
+  double s11Max = -1;
+  int first, last;
+  for (const auto& [edge, below] : {std::pair{design.f1, true}, {design.f2, false}}) {
+    PointsBeyond(design.freq, edge, below, first, last);
+    if (first <= last)
+      s11Max = std::max(s11Max, *std::max_element(s11.begin() + first, s11.begin() + last + 1));
+  }
+  if (s11Max >= 0) {
+    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - kMaskMarginDb) * 10) / 10;
+    if (returnLoss >= 3) mask.passRl = returnLoss;
+  }
+  int lo, hi;
+  PointsBeyond(design.freq, design.stopLow, false, first, last);
+  PointsBeyond(design.freq, design.stopHigh, true, lo, hi);
+  last = std::min(last, hi);
+  if (first <= last) {
+    const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
+    const double depth = std::floor(-TransmissionDbOf(s21Max) - kMaskMarginDb);
+    if (depth > 0)
+      mask.stops.push_back({.frequency = design.stopLow, .depth = depth, .to = design.stopHigh});
+  }
+  return mask;
+}
+
 }  // namespace
 
 ToleranceDesign ToleranceDesignOf(const DesignRecord& d) {
@@ -80,13 +111,12 @@ Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
   Mask mask;
   mask.passEdge = passEdge > 0 ? passEdge : design.cutoff;
   if (design.freq.empty() || !LadderFault(design.ladder).empty()) return mask;
-  // A bandstop's two passbands take masks the user gives; a bandpass is
-  // judged on the display sweep, which spans both skirts.
-  if (design.band && design.bandstop) return mask;
+  // A band design is judged on the display sweep, which spans both skirts
+  // of a bandpass and both passbands of a bandstop.
   if (design.band) {
     std::vector<double> s21, s11;
     NominalPowers(design, design.freq, s21, s11);
-    return BandpassMask(design, s21, s11);
+    return design.bandstop ? BandstopMask(design, s21, s11) : BandpassMask(design, s21, s11);
   }
   // A Cauer design's own edge, else the second harmonic of the cutoff; both
   // bands are judged at their own frequencies, wherever the sweep ends.

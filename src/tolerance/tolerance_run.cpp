@@ -37,6 +37,11 @@ std::vector<std::pair<int, int>> Spans(const std::vector<MaskCheck>& checks) {
   return spans;
 }
 
+// A stopband check that covers points.
+bool Stop(const MaskCheck& c) {
+  return c.kind == CheckKind::Stopband && c.Points() > 0;
+}
+
 // What every worker reads; fixed for the run.
 struct Plan {
   Plan(const ToleranceDesign& d, const ToleranceSetup& s)
@@ -50,7 +55,6 @@ struct Plan {
         sweepFirst(static_cast<int>(std::lower_bound(grid.begin(), grid.end(), d.freq.front()) -
                                     grid.begin())),
         blocks((s.trials + kBatchLanes - 1) / kBatchLanes),
-        stopFirst(points),
         verdictSpans(Spans(checks)) {
     PointsBeyond(grid, s.mask.passEdge, !d.highpass, passFirst, passLast);
     if (s.mask.passStart > 0) {  // a bandpass: from its lower edge up
@@ -58,11 +62,13 @@ struct Plan {
       PointsBeyond(grid, s.mask.passStart, false, first, last);
       passFirst = std::max(passFirst, first);
     }
-    for (const MaskCheck& c : checks) {
-      if (c.kind != CheckKind::Stopband || c.Points() == 0) continue;
-      stopFirst = std::min(stopFirst, c.first);
-      stopLast = std::max(stopLast, c.last);
+    passSpans.push_back({passFirst, passLast});
+    if (s.mask.passResume > 0) {  // a bandstop's upper passband
+      int first, last;
+      PointsBeyond(grid, s.mask.passResume, false, first, last);
+      passSpans.push_back({first, last});
     }
+    for (const MaskCheck& c : checks) stopped = stopped || Stop(c);
     // A part already at or under the tightened tolerance keeps the yield.
     if (s.sensitivity)
       for (size_t i = 0; i < parts.size(); ++i)
@@ -82,7 +88,13 @@ struct Plan {
   int sweepFirst = 0;
   int blocks = 0;
   int passFirst = 0, passLast = -1;  // the passband
-  int stopFirst = 0, stopLast = -1;  // every point some stopband check covers
+  // The passband's stretches: one, or a bandstop's two either side of its
+  // notch, whose reflection is total and no figure of the passband.
+  std::vector<std::pair<int, int>> passSpans;
+  // Whether some stopband check covers points. The stopband figure is the
+  // least attenuation over those checks' own points: a bandpass's two
+  // skirts, never the passband that lies between them.
+  bool stopped = false;
   // The stretches of points any check covers: all a verdict needs.
   std::vector<std::pair<int, int>> verdictSpans;
   // Runs: 0 is the full run; run r > 0 tightens part tightened[r - 1].
@@ -98,9 +110,16 @@ struct BlockExtremes {
     Extremes() { low.fill(kInf), high.fill(0.0); }
   };
   std::vector<Extremes> check;
-  Extremes pass, stop;  // |S11|^2 over the passband, |S21|^2 over the stopband
+  Extremes pass;  // |S11|^2 over the passband
 
   explicit BlockExtremes(size_t checks) : check(checks) {}
+  // Lane k's largest |S21|^2 over every stopband check's points.
+  double StopHigh(const Plan& p, int k) const {
+    double high = 0;
+    for (size_t c = 0; c < check.size(); ++c)
+      if (Stop(p.checks[c])) high = std::max(high, check[c].high[k]);
+    return high;
+  }
   // Whether lane k breaks check c.
   bool Fails(const Plan& p, size_t c, int k) const {
     const MaskCheck& m = p.checks[c];
@@ -174,10 +193,8 @@ void TakeStretch(const Plan& p, int first, int count, bool envelope, WorkerSums&
     const MaskCheck& check = p.checks[c];
     extremes(check.first, check.last, check.kind == CheckKind::ReturnLoss ? s11 : s21, e.check[c]);
   }
-  if (envelope) {
-    extremes(p.passFirst, p.passLast, s11, e.pass);
-    extremes(p.stopFirst, p.stopLast, s21, e.stop);
-  }
+  if (envelope)
+    for (const auto& [from, to] : p.passSpans) extremes(from, to, s11, e.pass);
 }
 
 // Run 0 on one block: every point, the envelope, the failures and the
@@ -203,7 +220,7 @@ void FullBlock(const Plan& p, int block, WorkerSums& w, ToleranceResult& r) {
     r.worstReturnLoss[trial] =
         p.passLast < p.passFirst ? kNaN : static_cast<float>(-ReflectionDbOf(e.pass.high[k]));
     r.worstStopAttenuation[trial] =
-        p.stopLast < p.stopFirst ? kNaN : static_cast<float>(-TransmissionDbOf(e.stop.high[k]));
+        p.stopped ? static_cast<float>(-TransmissionDbOf(e.StopHigh(p, k))) : kNaN;
   }
 }
 
@@ -256,8 +273,8 @@ void Nominal(const Plan& p, ToleranceResult& r) {
       r.nominalTransmission[at] = static_cast<float>(TransmissionDbOf(a));
       r.nominalReflection[at] = static_cast<float>(ReflectionDbOf(b));
     }
-    if (i >= p.passFirst && i <= p.passLast) passS11 = std::max(passS11, b);
-    if (i >= p.stopFirst && i <= p.stopLast) stopS21 = std::max(stopS21, a);
+    for (const auto& [from, to] : p.passSpans)
+      if (i >= from && i <= to) passS11 = std::max(passS11, b);
   }
   r.nominalPasses = true;
   for (CheckOutcome& c : r.checks) {
@@ -267,11 +284,12 @@ void Nominal(const Plan& p, ToleranceResult& r) {
       const double v = (m.kind == CheckKind::ReturnLoss ? s11 : s21)[i * kLanes];
       ext = m.kind == CheckKind::Loss ? std::min(ext, v) : std::max(ext, v);
     }
+    if (Stop(m)) stopS21 = std::max(stopS21, ext);
     c.nominalHolds = m.Holds(ext);
     r.nominalPasses = r.nominalPasses && c.nominalHolds;
   }
   r.nominalReturnLoss = p.passLast < p.passFirst ? kNaN : -ReflectionDbOf(passS11);
-  r.nominalStopAttenuation = p.stopLast < p.stopFirst ? kNaN : -TransmissionDbOf(stopS21);
+  r.nominalStopAttenuation = p.stopped ? -TransmissionDbOf(stopS21) : kNaN;
 }
 
 // Puts the workers' sums together into the result.

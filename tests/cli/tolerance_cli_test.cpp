@@ -40,6 +40,9 @@ TEST(ToleranceCli, BadValuesExitTwoWithOneLineNamingTheOption) {
                                                        {"--dist gauss", "--dist"},
                                                        {"--tighten 60", "--tighten"},
                                                        {"--stop 3M:40", "--stop"},
+                                                       {"--stop-below 6M", "--stop-below"},
+                                                       {"--stop-below 6M:x", "--stop-below"},
+                                                       {"--stop-below 3M:40", "--stop-below"},
                                                        {"--pass-edge 8.4M", "--pass-edge"}};
   for (const auto& [options, option] : cases) {
     const Outcome r = Drenik(std::string("tolerance ") + options);

@@ -468,6 +468,37 @@ TEST(ToleranceBand, BandpassMaskHasThePassbandBetweenItsEdgesAndTwoSkirts) {
   ASSERT_TRUE(RunTolerance(design, setup, r).Ok());
   EXPECT_TRUE(r.nominalPasses && r.yield == 1.0) << r.yield;
   EXPECT_GT(r.nominalReturnLoss, *mask.passRl);
+  // The stopband figure is the skirts' least attenuation, never the passband
+  // between them: at least the shallower skirt's depth, in every trial.
+  const double shallower = std::min(mask.stops[0].depth, mask.stops[1].depth);
+  EXPECT_GE(r.nominalStopAttenuation, shallower);
+  for (float a : r.worstStopAttenuation) EXPECT_GE(a, shallower);
+}
+
+// A bandstop is checked on both passbands, outside its edges, and over its
+// notch between the stop edges; its own nominal design meets that mask.
+TEST(ToleranceBand, BandstopMaskHasTwoPassbandsAndTheNotch) {
+  DesignRecord d;
+  d.Pi = 3.14159274f, d.TwoPi = 6.28318548f, d.Family = kChebyshev, d.Order = 5;
+  d.Topology = "Cinbandstop", d.Apass = 0.2f, d.Rsource = d.Rstandard = 50;
+  d.Width = 2e6f, d.Center = 1e7f, d.Qind = kInfiniteQind, d.Qcap = kInfiniteQcap;
+  ASSERT_TRUE(DesignPrototype(d).Ok() && Denormalize(d).Ok());
+  d.Fstart = 6e6f, d.Fstop = 16e6f, d.NrIntervals = 1000;
+  ASSERT_TRUE(AnalyzeSweep(d).Ok());
+  const ToleranceDesign design = ToleranceDesignOf(d);
+  const Mask mask = DefaultMask(design);
+  EXPECT_TRUE(mask.passEdge == design.f1 && mask.passResume == design.f2 && mask.passRl);
+  ASSERT_EQ(mask.stops.size(), 1u);
+  EXPECT_TRUE(mask.stops[0].frequency == design.stopLow && mask.stops[0].to == design.stopHigh);
+  EXPECT_EQ(MaskFault(mask, false), "");
+  ToleranceSetup setup;
+  setup.mask = mask, setup.trials = 16, setup.ctolPercent = setup.ltolPercent = 0;
+  ToleranceResult r;
+  ASSERT_TRUE(RunTolerance(design, setup, r).Ok());
+  // Return loss over the passbands only: the notch reflects nearly all.
+  EXPECT_TRUE(r.nominalPasses && r.yield == 1.0);
+  EXPECT_GE(r.nominalReturnLoss, *mask.passRl);
+  EXPECT_GE(r.nominalStopAttenuation, mask.stops[0].depth);
 }
 
 }  // namespace
