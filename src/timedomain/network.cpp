@@ -67,7 +67,9 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
   net.input = line;
   for (int j = 1; j <= ladder.stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
-    if (!f || !f->analysed) {
+    // The frequency analysis models codes 5 and 8 in band designs only; the
+    // same rule here, so both see the same circuit.
+    if (!Modelled(f, ladder.bandBranches)) {
       ++net.unmodelled;
       continue;
     }
@@ -87,18 +89,25 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
         if (f->hasC) capacitor(a, b, c, f->arm == Arm::Series);
         break;
       case Joining::InSeries:
-        if (c != 0) {  // without its capacitor the branch is open
+        // Without its capacitor a shunt trap is open; the series L-C of a
+        // bandpass keeps the 10 Mohm stand-in of a missing series capacitor.
+        if (c != 0 || f->arm == Arm::Series) {
           const int m = nodes.Add();
           inductor(a, m, l);
-          capacitor(m, b, c, false);
+          capacitor(m, b, c, f->arm == Arm::Series);
         }
         break;
       case Joining::Parallel:
-      case Joining::Separate:
         inductor(a, b, l);
         capacitor(a, b, c, false);
         // The frequency analysis puts a fixed 100 Gohm across every tank.
         parts.push_back({PartKind::R, a, b, models::kTankShunt});
+        break;
+      case Joining::Separate:
+        // A band design's shunt L beside a shunt C: the sum of the two
+        // parts' admittances, without the tank's fixed shunt.
+        inductor(a, b, l);
+        capacitor(a, b, c, false);
         break;
     }
   }
