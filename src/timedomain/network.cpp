@@ -51,6 +51,9 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
       return;
     }
     parts.push_back({PartKind::L, a, b, l, std::fabs(w0 * l / ladder.qind)});
+    // The winding capacitance is a lumped part across the whole inductor,
+    // its loss resistance included, as the frequency analysis puts it.
+    if (ladder.lcp > 0) parts.push_back({PartKind::C, a, b, ladder.lcp});
   };
   // A missing capacitor (0 F) is open, except in the series arm alone,
   // where the frequency analysis and the netlist take it as 10 Mohm.
@@ -58,6 +61,13 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
     if (c == 0) {
       if (aloneInSeries) parts.push_back({PartKind::R, a, b, models::kSeriesOpenReactance});
       return;
+    }
+    // The lead inductance is a lumped part in series with the capacitor and
+    // its parallel loss resistance.
+    if (ladder.cesl > 0) {
+      const int m = nodes.Add();
+      parts.push_back({PartKind::L, a, m, ladder.cesl});
+      a = m;
     }
     parts.push_back({PartKind::C, a, b, c});
     parts.push_back({PartKind::R, a, b, std::fabs(ladder.qcap / (w0 * c))});
