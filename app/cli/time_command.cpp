@@ -106,7 +106,11 @@ void ParseTimeOption(const std::string& name, const std::string& value, TimeOpti
 TimeRequest TimeRequestOf(const DesignRecord& d, const TimeOptions& o) {
   TimeRequest r;
   r.ladder = LadderOf(d);
-  r.lossFrequency = d.Width;
+  // A band design's losses are taken at its centre (where the Q law's
+  // reference is), and the carrier switched on at 0 is the centre frequency:
+  // the step shows its envelope. Lowpass and highpass have no carrier.
+  r.lossFrequency = r.ladder.qReference;
+  r.carrier = d.Center;
   r.span = o.span.value_or(0);
   r.points = o.points;
   return r;

@@ -62,7 +62,10 @@ TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double spa
     const DesignRecord& r = stages.At(v);
     TimeRequest request;
     request.ladder = LadderOf(r);
-    request.lossFrequency = r.Width;
+    // Band designs: losses at the centre, and the envelope of the switched
+    // carrier at the centre (see TimeRequestOf).
+    request.lossFrequency = request.ladder.qReference;
+    request.carrier = r.Center;
     request.span = data.stages.empty() ? span : data.stages.front().time.t.back();
     request.points = points;
     const int mode = static_cast<int>(v) + 1;

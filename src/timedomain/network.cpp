@@ -51,6 +51,9 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
       return;
     }
     parts.push_back({PartKind::L, a, b, l, std::fabs(w0 * l / ladder.qind)});
+    // The winding capacitance is a lumped part across the whole inductor,
+    // its loss resistance included, as the frequency analysis puts it.
+    if (ladder.lcp > 0) parts.push_back({PartKind::C, a, b, ladder.lcp});
   };
   // A missing capacitor (0 F) is open, except in the series arm alone,
   // where the frequency analysis and the netlist take it as 10 Mohm.
@@ -58,6 +61,13 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
     if (c == 0) {
       if (aloneInSeries) parts.push_back({PartKind::R, a, b, models::kSeriesOpenReactance});
       return;
+    }
+    // The lead inductance is a lumped part in series with the capacitor and
+    // its parallel loss resistance.
+    if (ladder.cesl > 0) {
+      const int m = nodes.Add();
+      parts.push_back({PartKind::L, a, m, ladder.cesl});
+      a = m;
     }
     parts.push_back({PartKind::C, a, b, c});
     parts.push_back({PartKind::R, a, b, std::fabs(ladder.qcap / (w0 * c))});
@@ -67,7 +77,9 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
   net.input = line;
   for (int j = 1; j <= ladder.stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
-    if (!f || !f->analysed) {
+    // The frequency analysis models codes 5 and 8 in band designs only; the
+    // same rule here, so both see the same circuit.
+    if (!Modelled(f, ladder.bandBranches)) {
       ++net.unmodelled;
       continue;
     }
@@ -87,18 +99,25 @@ LadderNetwork NetworkOf(const Ladder& ladder, double lossFrequency) {
         if (f->hasC) capacitor(a, b, c, f->arm == Arm::Series);
         break;
       case Joining::InSeries:
-        if (c != 0) {  // without its capacitor the branch is open
+        // Without its capacitor a shunt trap is open; the series L-C of a
+        // bandpass keeps the 10 Mohm stand-in of a missing series capacitor.
+        if (c != 0 || f->arm == Arm::Series) {
           const int m = nodes.Add();
           inductor(a, m, l);
-          capacitor(m, b, c, false);
+          capacitor(m, b, c, f->arm == Arm::Series);
         }
         break;
       case Joining::Parallel:
-      case Joining::Separate:
         inductor(a, b, l);
         capacitor(a, b, c, false);
         // The frequency analysis puts a fixed 100 Gohm across every tank.
         parts.push_back({PartKind::R, a, b, models::kTankShunt});
+        break;
+      case Joining::Separate:
+        // A band design's shunt L beside a shunt C: the sum of the two
+        // parts' admittances, without the tank's fixed shunt.
+        inductor(a, b, l);
+        capacitor(a, b, c, false);
         break;
     }
   }

@@ -46,7 +46,10 @@ class Transient {
     }
     initial_ = wc_ > 0 ? std::fabs(m.direct) : m.direct;
     Complex end = m.direct;
-    for (size_t k = 0; k < weight_.size(); ++k) end -= weight_[k];
+    // As t grows the exponentials die: the step ends at d - sum r/p, the
+    // carrier's envelope at |d + sum r/(j wc - p)| = |H(j wc)| (its sign
+    // matters where d is not 0, as in a bandstop).
+    for (size_t k = 0; k < weight_.size(); ++k) end += wc_ > 0 ? weight_[k] : -weight_[k];
     final_ = wc_ > 0 ? std::abs(end) : end.real();
   }
 
