@@ -42,8 +42,7 @@ unit: build
 # build, which treats them as errors.
 check-build: deps
 	CXX=clang++ cmake -S . -B $(CHECK_BUILD) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug \
-	  -DDRENIK_FUZZ=ON -DDRENIK_WITH_QT=OFF -DDRENIK_BENCH=OFF -DDRENIK_WERROR=OFF \
-	  -DCMAKE_CXX_FLAGS_DEBUG="-g -O1"
+	  -DDRENIK_FUZZ=ON -DDRENIK_WITH_QT=OFF -DDRENIK_BENCH=OFF -DDRENIK_WERROR=OFF
 	cmake --build $(CHECK_BUILD) -j $(JOBS)
 
 asan: check-build
