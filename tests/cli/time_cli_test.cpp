@@ -8,22 +8,10 @@
 #include "json_reader.h"
 #include "support/temp_folder.h"
 
+#include "support/run_cli.h"
+
 namespace drenik::testing {
 namespace {
-
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-Outcome Drenik(const std::string& line) {
-  std::vector<std::string> args;
-  std::istringstream words(line);
-  for (std::string word; words >> word;) args.push_back(word);
-  std::ostringstream out, err;
-  const int status = cli::RunCommandLine(args, out, err);
-  return {status, out.str(), err.str()};
-}
 
 TEST(TimeCli, JsonCsvAndBadValues) {
   TempFolder folder;

@@ -6,22 +6,10 @@
 #include "cli/cli.h"
 #include "json_reader.h"
 
+#include "support/run_cli.h"
+
 namespace drenik::testing {
 namespace {
-
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-Outcome Drenik(const std::string& line) {
-  std::vector<std::string> args;
-  std::istringstream words(line);
-  for (std::string word; words >> word;) args.push_back(word);
-  std::ostringstream out, err;
-  const int status = cli::RunCommandLine(args, out, err);
-  return {status, out.str(), err.str()};
-}
 
 TEST(ToleranceCli, BadValuesExitTwoWithOneLineNamingTheOption) {
   const std::pair<const char*, const char*> cases[] = {{"--ctol 51", "--ctol"},
