@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs every Debian package that the build, the program and the tests
-# need. Skips what is already there; uses sudo when not root.
+# need. Skips what is already there; uses sudo when not root. With --fuzz,
+# also clang and its runtime for the libFuzzer targets of `make fuzz`.
 set -euo pipefail
 
 packages=(
@@ -12,9 +13,11 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   ngspice                                   # independent check of the analysis
   poppler-utils                             # pdftotext: texts of the printed page
-  clang libclang-rt-14-dev                  # libFuzzer targets
   clang-format
 )
+if [ "${1:-}" = "--fuzz" ]; then
+  packages=(clang libclang-rt-14-dev)       # libFuzzer targets
+fi
 
 missing=()
 for p in "${packages[@]}"; do

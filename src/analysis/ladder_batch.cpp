@@ -279,8 +279,13 @@ inline __attribute__((always_inline)) void ExtremesBody(const double* ratio, int
 }
 
 // Each body once per instruction set: AVX-512 (8 doubles a register), AVX2
-// (4) and the SSE2 every x86-64 processor has (2).
-#if defined(__x86_64__)
+// (4) and the SSE2 every x86-64 processor has (2). A sanitized build keeps
+// only the SSE2 copy: instrumenting three force-inlined copies of the whole
+// ladder takes the compiler many minutes, and the wider copies are the same
+// template at another lane count (their results are compared with the SSE2
+// copy's in the ordinary build).
+#if defined(__x86_64__) && !defined(DRENIK_SANITIZED)
+#define DRENIK_VECTOR_UNITS 1
 #define DRENIK_ON_EACH_UNIT(name, params, args)                          \
   __attribute__((target("avx512f"), flatten)) void name##Avx512 params { \
     name##Body<8> args;                                                  \
@@ -340,7 +345,7 @@ constexpr double kRhoMin = 1e-7, kRhoMax = 0.9999999;
 }  // namespace
 
 bool BatchPathRuns(BatchPath path) {
-#if defined(__x86_64__)
+#if defined(DRENIK_VECTOR_UNITS)
   if (path == BatchPath::Avx512) return __builtin_cpu_supports("avx512f");
   if (path == BatchPath::Avx2) return __builtin_cpu_supports("avx2");
 #else
