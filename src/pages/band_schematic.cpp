@@ -112,91 +112,95 @@ const BandSymbol* BandSymbolOf(int16_t code) {
 }
 
 // A slot's left edge from the part's left node: centred over or under the
-// part, or between the rails right of what a shunt part takes there.
-float SlotLeft(const BandSymbol& s, BandRegion r, float centre) {
-  if (r == BandRegion::Between && s.shunt) return s.takenRight + kSlotGap;
+// part.
+float SlotLeft(float centre) {
   return centre - kBandSlotWidth / 2;
 }
 
-// The bands each text (inductance, capacitance, resonance) tries, best
-// first, when two ways give the part the same place: a series part's values
-// over the rail, a shunt part's beside it between the rails or under the
-// ground rail, a resonance lowest.
+// How much each band suits each text (inductance, capacitance, resonance),
+// best first: a series part's values over the rail, a shunt part's under the
+// ground rail, a resonance low.
 constexpr BandRegion kSeriesOrder[3][kBandRegions] = {
     {BandRegion::Above, BandRegion::Between, BandRegion::Below, BandRegion::Lowest},
     {BandRegion::Above, BandRegion::Between, BandRegion::Below, BandRegion::Lowest},
     {BandRegion::Below, BandRegion::Lowest, BandRegion::Between, BandRegion::Above},
 };
 constexpr BandRegion kShuntOrder[3][kBandRegions] = {
-    {BandRegion::Below, BandRegion::Between, BandRegion::Lowest, BandRegion::Above},
-    {BandRegion::Between, BandRegion::Below, BandRegion::Lowest, BandRegion::Above},
-    {BandRegion::Lowest, BandRegion::Below, BandRegion::Between, BandRegion::Above},
+    {BandRegion::Below, BandRegion::Lowest, BandRegion::Above, BandRegion::Between},
+    {BandRegion::Lowest, BandRegion::Below, BandRegion::Above, BandRegion::Between},
+    {BandRegion::Lowest, BandRegion::Below, BandRegion::Above, BandRegion::Between},
 };
-// The same with a shunt part's values stacked under the ground rail, which
-// packs a long chain of shunt pairs (the coupled form) tighter.
-constexpr BandRegion kStackedShuntOrder[3][kBandRegions] = {
-    {BandRegion::Below, BandRegion::Lowest, BandRegion::Between, BandRegion::Above},
-    {BandRegion::Lowest, BandRegion::Below, BandRegion::Between, BandRegion::Above},
-    {BandRegion::Between, BandRegion::Lowest, BandRegion::Below, BandRegion::Above},
+
+int Rank(bool shunt, int text, BandRegion r) {
+  const auto& order = shunt ? kShuntOrder : kSeriesOrder;
+  return static_cast<int>(std::find(order[text], order[text] + kBandRegions, r) - order[text]);
+}
+
+// The bands of a kind's three texts; texts it does not have are ignored.
+using Assignment = std::array<BandRegion, 3>;
+
+struct Texts {
+  bool has[3];
 };
-using RegionOrder = BandRegion[3][kBandRegions];
+Texts TextsOf(const ElementFacts& f) {
+  return {{f.hasL, f.hasC, f.resonanceLabel != nullptr}};
+}
+
+// Every way of giving a kind's texts different bands. A shunt part's text
+// between the rails would stand under the next series part and be read as
+// its value, so shunt parts keep to the bands over and under the rails.
+std::vector<Assignment> AssignmentsFor(const Texts& t, bool shunt) {
+  std::vector<Assignment> out;
+  for (int i = 0; i < (t.has[0] ? kBandRegions : 1); ++i)
+    for (int j = 0; j < (t.has[1] ? kBandRegions : 1); ++j)
+      for (int k = 0; k < (t.has[2] ? kBandRegions : 1); ++k) {
+        if ((t.has[0] && t.has[1] && i == j) || (t.has[0] && t.has[2] && i == k) ||
+            (t.has[1] && t.has[2] && j == k))
+          continue;
+        constexpr int kBetween = static_cast<int>(BandRegion::Between);
+        if (shunt && ((t.has[0] && i == kBetween) || (t.has[1] && j == kBetween) ||
+                      (t.has[2] && k == kBetween)))
+          continue;
+        out.push_back(
+            {static_cast<BandRegion>(i), static_cast<BandRegion>(j), static_cast<BandRegion>(k)});
+      }
+  return out;
+}
 
 struct Placing {
   float frontier[kBandRegions];  // right end of the last slot in each band
   float railEnd;                 // right node of the last part
 };
 
-// Places one part as far left as its texts allow, trying every way of
-// giving its texts different bands.
-BandPart Place(const BandSymbol& s, const ElementFacts& f, const RegionOrder& shuntOrder,
-               Placing& p) {
-  const bool has[3] = {f.hasL, f.hasC, f.resonanceLabel != nullptr};
+// Places one part as far left as its texts allow in the bands given.
+BandPart Place(const BandSymbol& s, const Texts& t, const Assignment& r, Placing& p) {
   const float centre[3] = {s.lAt, s.cAt, (s.lAt + s.cAt) / 2};
-  const RegionOrder& order = s.shunt ? shuntOrder : kSeriesOrder;
-  float best = 1e30f;
-  int bestPick[3] = {0, 0, 0};
-  for (int i = 0; i < (has[0] ? kBandRegions : 1); ++i)
-    for (int j = 0; j < (has[1] ? kBandRegions : 1); ++j)
-      for (int k = 0; k < (has[2] ? kBandRegions : 1); ++k) {
-        const BandRegion r[3] = {order[0][i], order[1][j], order[2][k]};
-        if ((has[0] && has[1] && r[0] == r[1]) || (has[0] && has[2] && r[0] == r[2]) ||
-            (has[1] && has[2] && r[1] == r[2]))
-          continue;
-        float a = p.railEnd + kLead;
-        for (int t = 0; t < 3; ++t)
-          if (has[t])
-            a = std::max(
-                a, p.frontier[static_cast<int>(r[t])] + kSlotGap - SlotLeft(s, r[t], centre[t]));
-        if (s.shunt)
-          a = std::max(a,
-                       p.frontier[static_cast<int>(BandRegion::Between)] + kSlotGap - s.takenLeft);
-        if (a < best) {
-          best = a;
-          bestPick[0] = i, bestPick[1] = j, bestPick[2] = k;
-        }
-      }
-  BandPart part{.code = CodeOf(s.kind), .x = best};
+  float a = p.railEnd + kLead;
+  for (int k = 0; k < 3; ++k)
+    if (t.has[k])
+      a = std::max(a, p.frontier[static_cast<int>(r[k])] + kSlotGap - SlotLeft(centre[k]));
+  if (s.shunt)
+    a = std::max(a, p.frontier[static_cast<int>(BandRegion::Between)] + kSlotGap - s.takenLeft);
+  BandPart part{.code = CodeOf(s.kind), .x = a};
   BandSlot* slots[3] = {&part.l, &part.c, &part.f};
   bool* present[3] = {&part.hasL, &part.hasC, &part.hasF};
-  for (int t = 0; t < 3; ++t) {
-    if (!has[t]) continue;
-    const BandRegion r = order[t][bestPick[t]];
-    *present[t] = true;
-    *slots[t] = {r, best + SlotLeft(s, r, centre[t])};
-    float& end = p.frontier[static_cast<int>(r)];
-    end = std::max(end, slots[t]->left + kBandSlotWidth);
+  for (int k = 0; k < 3; ++k) {
+    if (!t.has[k]) continue;
+    *present[k] = true;
+    *slots[k] = {r[k], a + SlotLeft(centre[k])};
+    float& end = p.frontier[static_cast<int>(r[k])];
+    end = std::max(end, slots[k]->left + kBandSlotWidth);
   }
   if (s.shunt) {
     float& end = p.frontier[static_cast<int>(BandRegion::Between)];
-    end = std::max(end, best + s.takenRight);
+    end = std::max(end, a + s.takenRight);
   }
-  p.railEnd = best + s.width;
+  p.railEnd = a + s.width;
   return part;
 }
 
-// Prints a value centred in its slot (left-aligned between the rails beside
-// a shunt part) after clearing the slot's row.
-void PrintInSlot(DesignRecord& d, Canvas& canvas, const BandSlot& slot, bool centred, float x0,
+// Prints a value centred in its slot after clearing the slot's row.
+void PrintInSlot(DesignRecord& d, Canvas& canvas, const BandSlot& slot, float x0,
                  const std::string& text) {
   if (text.empty()) return;
   const int row = LabelRow(d);
@@ -205,7 +209,7 @@ void PrintInSlot(DesignRecord& d, Canvas& canvas, const BandSlot& slot, bool cen
   canvas.FilledBox(x0 + slot.left, y, x0 + slot.left + kBandSlotWidth, y + kRowPitch, kWhite);
   canvas.SetFont("Arial", kValueFontSize, false);
   const float width = std::min(canvas.TextWidth(text), kBandSlotWidth);
-  d.LabelX = x0 + slot.left + (centred ? (kBandSlotWidth - width) / 2 : 0);
+  d.LabelX = x0 + slot.left + (kBandSlotWidth - width) / 2;
   d.LabelY = y;
   canvas.SetForeColor(kRowColor[row]);
   canvas.SetTextPosition(d.LabelX, d.LabelY);
@@ -244,7 +248,10 @@ bool DrawsAsBand(const DesignRecord& d) {
 
 namespace {
 
-BandLayout LayOut(const DesignRecord& d, const RegionOrder& shuntOrder) {
+// The ladder with every part of a kind giving its texts the same bands
+// (assignment[i] for kBandSymbols[i]), so that like parts read alike.
+BandLayout LayOut(const DesignRecord& d,
+                  const std::array<Assignment, std::size(kBandSymbols)>& assignment) {
   Placing p{};
   p.frontier[static_cast<int>(BandRegion::Above)] = kSourceLabelRight;
   p.frontier[static_cast<int>(BandRegion::Between)] = kSourceCircle;
@@ -255,7 +262,9 @@ BandLayout LayOut(const DesignRecord& d, const RegionOrder& shuntOrder) {
   for (int j = 1; j <= stages; ++j) {
     const BandSymbol* s = BandSymbolOf(d.ElementType[j]);
     const ElementFacts* f = FactsOf(d.ElementType[j]);
-    if (s && f) out.parts.push_back(Place(*s, *f, shuntOrder, p));
+    if (s && f)
+      out.parts.push_back(
+          Place(*s, TextsOf(*f), assignment[static_cast<size_t>(s - kBandSymbols)], p));
   }
   out.loadX = std::max(p.railEnd + 2 * kStep, p.frontier[static_cast<int>(BandRegion::Between)] +
                                                   kSlotGap + kResistorTeeth);
@@ -265,14 +274,60 @@ BandLayout LayOut(const DesignRecord& d, const RegionOrder& shuntOrder) {
   return out;
 }
 
+// A layout this much wider than the narrowest is still taken when its texts
+// stand where they read better.
+constexpr float kWidthForReadability = 400;
+
 }  // namespace
 
-// Each part goes as far left as it can; of the two ways of ordering a shunt
-// part's values the one giving the shorter ladder wins.
+// Tries every way of giving each kind's texts their bands (a band ladder
+// holds two kinds, so at most 24 x 24 ways) and keeps the narrowest, or a
+// little wider one whose texts stand in better bands.
 BandLayout LayOutBandLadder(const DesignRecord& d) {
-  BandLayout beside = LayOut(d, kShuntOrder);
-  BandLayout stacked = LayOut(d, kStackedShuntOrder);
-  return stacked.right < beside.right ? stacked : beside;
+  constexpr size_t kKinds = std::size(kBandSymbols);
+  std::vector<size_t> kinds;
+  std::array<std::vector<Assignment>, kKinds> ways;
+  const int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
+  for (int j = 1; j <= stages; ++j) {
+    const BandSymbol* s = BandSymbolOf(d.ElementType[j]);
+    const ElementFacts* f = FactsOf(d.ElementType[j]);
+    if (!s || !f) continue;
+    const size_t i = static_cast<size_t>(s - kBandSymbols);
+    if (ways[i].empty()) {
+      ways[i] = AssignmentsFor(TextsOf(*f), s->shunt);
+      kinds.push_back(i);
+    }
+  }
+  struct Candidate {
+    BandLayout layout;
+    int rank;
+  };
+  std::vector<Candidate> candidates;
+  std::array<Assignment, kKinds> pick{};
+  std::array<size_t, kKinds> at{};
+  for (;;) {
+    int rank = 0;
+    for (size_t i : kinds) {
+      pick[i] = ways[i][at[i]];
+      const Texts t = TextsOf(*FactsOf(kBandSymbols[i].kind));
+      for (int k = 0; k < 3; ++k)
+        if (t.has[k]) rank += Rank(kBandSymbols[i].shunt, k, pick[i][static_cast<size_t>(k)]);
+    }
+    candidates.push_back({LayOut(d, pick), rank});
+    // The next combination, the first kind counting fastest.
+    size_t k = 0;
+    while (k < kinds.size() && ++at[kinds[k]] == ways[kinds[k]].size()) at[kinds[k++]] = 0;
+    if (k == kinds.size()) break;
+  }
+  float narrowest = 1e30f;
+  for (const Candidate& c : candidates) narrowest = std::min(narrowest, c.layout.right);
+  const Candidate* best = nullptr;
+  for (const Candidate& c : candidates)
+    if (c.layout.right <= narrowest + kWidthForReadability &&
+        (!best || c.rank < best->rank ||
+         (c.rank == best->rank && c.layout.right < best->layout.right)))
+      best = &c;
+  return best->layout;
 }
 
 float BandLadderOrigin(const BandLayout& layout) {
@@ -300,18 +355,13 @@ void DrawBandLadder(DesignRecord& d, Canvas& canvas) {
     s->draw(d, canvas, a);
     railEnd = a + s->width;
     const float l = d.L[j], c = d.C[j];
-    if (part.hasL)
-      PrintInSlot(d, canvas, part.l, !s->shunt || part.l.region != BandRegion::Between, x0,
-                  InductanceText(l));
-    if (part.hasC)
-      PrintInSlot(d, canvas, part.c, !s->shunt || part.c.region != BandRegion::Between, x0,
-                  CapacitanceText(c));
+    if (part.hasL) PrintInSlot(d, canvas, part.l, x0, InductanceText(l));
+    if (part.hasC) PrintInSlot(d, canvas, part.c, x0, CapacitanceText(c));
     if (part.hasF && l > 0 && c > 0) {
       d.ResonantFrequency =
           static_cast<float>(1.0 / (static_cast<double>(d.TwoPi > 0 ? d.TwoPi : 2 * Pi(d)) *
                                     std::sqrt(static_cast<double>(l) * c)));
-      PrintInSlot(d, canvas, part.f, !s->shunt || part.f.region != BandRegion::Between, x0,
-                  FormatFrequency(d.ResonantFrequency));
+      PrintInSlot(d, canvas, part.f, x0, FormatFrequency(d.ResonantFrequency));
     }
   }
   canvas.SetForeColor(kBlack);

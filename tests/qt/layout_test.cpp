@@ -216,6 +216,16 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   EXPECT_EQ(display.Surface().geometry(), QRect(180, 0, 640, 480));
   window->resize(1600, 900);  // wider than 4:3: margins left and right
   EXPECT_TRUE(window->grab().save(out.filePath("display-wide.png")));
+
+  // The design page with the 7.0-7.3 MHz preselector of the user guide.
+  window->resize(1280, 960);
+  Click(Button(display, "cmdDesign"));
+  Click(Radio("optChebycheff"));
+  Click(Radio("opt200"));
+  Click(Radio("optCoupledbandpass"));
+  TypeInto(Widget<QLineEdit>(window->DesignView(), "txtCenter"), "7.1484M");
+  TypeInto(Widget<QLineEdit>(window->DesignView(), "txtBandwidth"), "300k");
+  save("design-band.png");
 }
 
 }  // namespace
