@@ -20,7 +20,7 @@ using namespace schematic_parts;
 namespace {
 
 // Room between two slots of a band, and the shortest wire between parts.
-constexpr float kSlotGap = 60;
+constexpr float kSlotGap = 100;
 constexpr float kLead = 120;
 constexpr float kRowPitch = 150;  // one line of 6.5-point text
 constexpr float kSourceLabelRight = 620;
