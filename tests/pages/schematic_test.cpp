@@ -141,6 +141,26 @@ TEST(Schematic, BandLadderPrintsEveryValueOnceInPlacesOfItsKinds) {
   ASSERT_EQ(a.parts.size(), 6u);
   for (size_t k = 0; k < a.parts.size(); ++k) EXPECT_EQ(a.parts[k].x, b.parts[k].x);
   EXPECT_EQ(a.right, b.right);
+
+  // Redrawing with changing values (Up 1%, Down 1%) does not grow the page.
+  const size_t settled = c.Ops().size();
+  for (int k = 0; k < 30; ++k) {
+    d.ValueMode = static_cast<int16_t>(1 + k % 2);
+    for (int j = 1; j <= d.Stages; ++j) d.C[j] *= k % 4 < 2 ? 1.01f : 1 / 1.01f;
+    DrawDisplaySchematic(d, c);
+  }
+  EXPECT_LE(c.Ops().size(), settled + 60);  // the last round's new texts
+
+  // The design page's strip: everything inside it, the note of an unequal
+  // load right of the resistor with the load's value.
+  d.Rload = 25;
+  RecordingCanvas strip;
+  RedrawSchematic(d, strip);
+  for (const DrawOp& op : strip.Ops()) {
+    const bool inside = op.x1 >= 100 && op.x1 < 12000 && op.y1 > 400 && op.y1 < 3500;
+    EXPECT_TRUE(op.kind == DrawOp::Kind::Box || inside) << op.text;
+  }
+  EXPECT_TRUE(HasText(strip, "(Even-ordered") && HasText(strip, FormatValue(25), 0x111199));
 }
 
 }  // namespace
