@@ -63,9 +63,10 @@ void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
 // (left of the VSWR plot's white box from x = 8560), the width in
 // the large bold font and then which centre and which edges: the geometric
 // centre, the edges where the family's cutoff label says. Baselines agree
-// (ascent 0.905 em).
+// (ascent 0.905 em). The printout's axis labels stand from y = 3670 under
+// it.
 void DrawBandLabel(DesignRecord& d, Canvas& canvas) {
-  constexpr float kLeft = 500, kTop = 3460;
+  constexpr float kLeft = 500, kTop = 3440;
   canvas.FilledBox(kLeft, kTop, 8500, 3780, kWhite);
   canvas.SetFont("Arial", 12, true);
   const std::string width = "Bandwidth: " + FormatFrequency(d.Width);
