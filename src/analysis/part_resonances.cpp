@@ -12,7 +12,9 @@ std::vector<PartResonance> PartResonances(const DesignRecord& d) {
   const int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
     const ElementFacts* f = FactsOf(d.ElementType[j]);
-    if (!f || !f->analysed) continue;
+    // The band branches (codes 5 and 8) are real parts wherever the kernel
+    // takes them so: in a design with a centre.
+    if (!Modelled(f, d.Center > 0)) continue;
     if (f->hasL)
       if (double hz = SelfResonance(d.L[j], d.WindingCapacitance); hz > 0)
         out.push_back({j, true, hz});

@@ -6,24 +6,14 @@
 
 #include "core/element_kinds.h"
 #include "core/formatters.h"
+#include "pages/band_schematic.h"
+#include "pages/schematic_parts.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
 
 namespace drenik {
 
-namespace {
-
-constexpr float kRailGap = 1040;  // upper rail to ground rail
-constexpr float kStep = 160;      // one wire step
-constexpr float kCoilRadius = 80;
-constexpr float kLabelHeight = 200;
-// Value texts: small enough that a resonant branch's inductance and
-// capacitance, printed side by side, fit between its neighbours.
-constexpr float kValueFontSize = 6.5f;
-constexpr int32_t kLoadMismatchColor = 0x111199;
-
-// Value texts: colour by label row 1 to 4.
-constexpr int32_t kRowColor[kLabelRows] = {kBlack, kBlue, kRed, kChosenTransmissionColor};
+namespace schematic_parts {
 
 int LabelRow(const DesignRecord& d) {
   return std::clamp<int>(d.ValueMode, 1, kLabelRows) - 1;
@@ -41,9 +31,9 @@ void Rails(DesignRecord& d, Canvas& canvas, float x1, float x2) {
 // Erases the label area from the label point, prints the text in the row's
 // colour and goes back to black.
 void PrintLabel(DesignRecord& d, Canvas& canvas, const std::string& text, float boxWidth,
-                int32_t color) {
+                int32_t color, float boxHeight) {
   if (text.empty()) return;
-  canvas.FilledBox(d.LabelX, d.LabelY, d.LabelX + boxWidth, d.LabelY + kLabelHeight, kWhite);
+  canvas.FilledBox(d.LabelX, d.LabelY, d.LabelX + boxWidth, d.LabelY + boxHeight, kWhite);
   canvas.SetFont("Arial", kValueFontSize, false);
   canvas.SetForeColor(color);
   canvas.SetTextPosition(d.LabelX, d.LabelY);
@@ -58,11 +48,6 @@ std::string InductanceText(float l) {
 }
 std::string CapacitanceText(float c) {
   return c > 0 ? FormatCapacitance(c) : std::string();
-}
-
-void SetLabel(DesignRecord& d, float x, float yOffset) {
-  d.LabelX = x;
-  d.LabelY = d.Y + yOffset;
 }
 
 // Three half circles of a coil along the rail, upper halves, from x.
@@ -89,6 +74,36 @@ void HorizontalPlates(Canvas& canvas, float x, float y, float gap) {
 void VerticalPlates(Canvas& canvas, float x1, float x2, float y) {
   canvas.Line(x1, y - 120, x1, y + 120);
   canvas.Line(x2, y - 120, x2, y + 120);
+}
+
+// A zig-zag of 60-unit steps along a lead from (x1, y1) to (x2, y2), which
+// is either horizontal or vertical; the teeth stand 60 to each side.
+void ZigZag(Canvas& canvas, float x1, float y1, float x2, float y2) {
+  bool vertical = x1 == x2;
+  float length = vertical ? y2 - y1 : x2 - x1;
+  int teeth = std::max(1, static_cast<int>(std::lround(length / 60)));
+  float step = length / static_cast<float>(teeth);
+  float px = x1, py = y1;
+  for (int k = 0; k <= teeth; ++k) {
+    float along = k == teeth ? length : step * (static_cast<float>(k) + 0.5f);
+    float side = k == teeth ? 0.f : (k % 2 == 0 ? 60.f : -60.f);
+    float nx = vertical ? x1 + side : x1 + along;
+    float ny = vertical ? y1 + along : y1 - side;
+    canvas.Line(px, py, nx, ny);
+    px = nx;
+    py = ny;
+  }
+}
+
+}  // namespace schematic_parts
+
+namespace {
+
+using namespace schematic_parts;
+
+void SetLabel(DesignRecord& d, float x, float yOffset) {
+  d.LabelX = x;
+  d.LabelY = d.Y + yOffset;
 }
 
 // A value text at its place for the current label row.
@@ -240,25 +255,6 @@ SymbolRoutine SymbolOf(int16_t code) {
   return nullptr;
 }
 
-// A zig-zag of 60-unit steps along a lead from (x1, y1) to (x2, y2), which
-// is either horizontal or vertical; the teeth stand 60 to each side.
-void ZigZag(Canvas& canvas, float x1, float y1, float x2, float y2) {
-  bool vertical = x1 == x2;
-  float length = vertical ? y2 - y1 : x2 - x1;
-  int teeth = std::max(1, static_cast<int>(std::lround(length / 60)));
-  float step = length / static_cast<float>(teeth);
-  float px = x1, py = y1;
-  for (int k = 0; k <= teeth; ++k) {
-    float along = k == teeth ? length : step * (static_cast<float>(k) + 0.5f);
-    float side = k == teeth ? 0.f : (k % 2 == 0 ? 60.f : -60.f);
-    float nx = vertical ? x1 + side : x1 + along;
-    float ny = vertical ? y1 + along : y1 - side;
-    canvas.Line(px, py, nx, ny);
-    px = nx;
-    py = ny;
-  }
-}
-
 }  // namespace
 
 float ComputeSchematicWidth(DesignRecord& d) {
@@ -362,7 +358,12 @@ float LadderStart(float width) {
 
 void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
   canvas.FilledBox(1, 1, 12090, 3500, kWhite);
-  float w = ComputeSchematicWidth(d);
+  float w = ComputeSchematicWidth(d);  // the LTspice sheet's width as well
+  if (DrawsAsBand(d)) {
+    d.ValueMode = 1;
+    DrawBandLadder(d, canvas);
+    return;
+  }
   d.X = LadderStart(w);
   d.Y = 1400;
   d.ValueMode = 1;
@@ -379,6 +380,10 @@ void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
 // under each other.
 void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
   float w = ComputeSchematicWidth(d);
+  if (DrawsAsBand(d)) {
+    DrawBandLadder(d, canvas);
+    return;
+  }
   d.X = LadderStart(w);
   d.Y = 1400;
   DrawLadder(d, canvas);

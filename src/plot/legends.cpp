@@ -48,19 +48,36 @@ void DrawChosenPartsLegends(Canvas& canvas) {
 }
 
 void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
+  if (IsBandDesign(d) && d.Center > 0) {
+    DrawBandLabel(d, canvas);
+    return;
+  }
   canvas.FilledBox(9000, 2700, eraseRight, 3300, kWhite);
   canvas.SetFont("Arial", 12, true);
   PrintAt(canvas, 9000, 2700, kBlack, "Bandwidth: " + FormatFrequency(d.Width));
   canvas.SetFont("Arial", 8, false);
-  if (IsBandDesign(d) && d.Center > 0) {
-    // Which centre and which edges: the geometric centre, the edges where
-    // the family's cutoff label says.
-    const BandEdges e = EdgesOfBand(d.Center, d.Width);
-    PrintAt(canvas, 9000, 3030, kBlack,
-            "f0 " + TrimBlanks(FormatFrequency(d.Center)) + ", f1 " +
-                TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
-                TrimBlanks(FormatFrequency(static_cast<float>(e.f2))));
-  }
+}
+
+// A band ladder's values take the schematic's whole width down to y = 3420,
+// so the band's label stands in one line over the legends and the main plot
+// (left of the VSWR plot's white box from x = 8560), the width in
+// the large bold font and then which centre and which edges: the geometric
+// centre, the edges where the family's cutoff label says. Baselines agree
+// (ascent 0.905 em). The printout's axis labels stand from y = 3670 under
+// it.
+void DrawBandLabel(DesignRecord& d, Canvas& canvas) {
+  constexpr float kLeft = 500, kTop = 3440;
+  canvas.FilledBox(kLeft, kTop, 8500, 3780, kWhite);
+  canvas.SetFont("Arial", 12, true);
+  const std::string width = "Bandwidth: " + FormatFrequency(d.Width);
+  PrintAt(canvas, kLeft, kTop, kBlack, width);
+  const float next = kLeft + canvas.TextWidth(width) + 300;
+  canvas.SetFont("Arial", 8, false);
+  const BandEdges e = EdgesOfBand(d.Center, d.Width);
+  PrintAt(canvas, next, kTop + 0.905f * (12 - 8) * 20, kBlack,
+          "f0 " + TrimBlanks(FormatFrequency(d.Center)) + ", f1 " +
+              TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
+              TrimBlanks(FormatFrequency(static_cast<float>(e.f2))));
 }
 
 }  // namespace drenik

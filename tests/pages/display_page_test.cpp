@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "analysis/part_resonances.h"
@@ -100,6 +101,16 @@ TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
   Display().Load();
   for (const DrawOp& op : Page().Ops())
     EXPECT_TRUE(op.kind != DrawOp::Kind::Text || op.text.find("resonance") == std::string::npos);
+
+  // A band design's series branches and tanks (codes 5 and 8) carry real
+  // inductors, which resonate too; elsewhere the kernel takes them as wires.
+  DesignRecord band;
+  band.Stages = 2, band.ElementType = {0, 5, 8}, band.L = {0, 1e-6f, 2e-6f};
+  band.C = {0, 1e-10f, 1e-10f}, band.WindingCapacitance = 1e-12f;
+  EXPECT_TRUE(PartResonances(band).empty());
+  band.Center = 7e6f;
+  ASSERT_EQ(PartResonances(band).size(), 2u);
+  EXPECT_NEAR(PartResonances(band)[1].hertz, 1 / (2 * M_PI * std::sqrt(2e-18)), 1e3);
 }
 
 TEST(Readout, InsideThePlotReadsSignedTextsWithUnits) {

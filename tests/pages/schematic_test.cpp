@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/formatters.h"
+#include "pages/band_schematic.h"
 #include "plot/recording_canvas.h"
 
 namespace drenik {
@@ -108,6 +109,58 @@ TEST(Schematic, LabelRowsResonanceAndBoundedRedraw) {
     DrawDisplaySchematic(d, c);
   }
   EXPECT_EQ(c.Ops().size(), settled);
+}
+
+// A band ladder (a Cauer arm split into two tanks, with tanks and shunt pairs
+// side by side) prints every value of each label row once, in that row's
+// colour; its places follow from the kinds alone, so the rows of other
+// values land on the same places, and two ladders of the same kinds lay out
+// alike whatever their values.
+TEST(Schematic, BandLadderPrintsEveryValueOnceInPlacesOfItsKinds) {
+  DesignRecord d = Ladder({8, 7, 7, 8, 3, 8});
+  d.Topology = "Cinbandpass";
+  d.Center = 7e6f;
+  RecordingCanvas c;
+  for (int16_t mode : {1, 2}) {
+    d.ValueMode = mode;
+    for (int j = 1; j <= d.Stages; ++j) d.C[j] *= mode == 2 ? 1.5f : 1;
+    DrawDisplaySchematic(d, c);
+    for (int j = 1; j <= d.Stages; ++j) {
+      const int32_t color = mode == 1 ? kBlack : kBlue;
+      int count = 0;
+      for (const DrawOp& op : Ops(c, DrawOp::Kind::Text))
+        count += op.color == color && op.text == FormatCapacitance(d.C[j]);
+      EXPECT_EQ(count, 1) << j << " " << FormatCapacitance(d.C[j]);
+      EXPECT_EQ(HasText(c, FormatInductance(d.L[j]), color), d.ElementType[j] != 3) << j;
+    }
+  }
+  EXPECT_EQ(d.Y, kBandRailY);
+  DesignRecord other = d;
+  for (int j = 1; j <= d.Stages; ++j) other.L[j] *= 1e3f, other.C[j] /= 7;
+  const BandLayout a = LayOutBandLadder(d), b = LayOutBandLadder(other);
+  ASSERT_EQ(a.parts.size(), 6u);
+  for (size_t k = 0; k < a.parts.size(); ++k) EXPECT_EQ(a.parts[k].x, b.parts[k].x);
+  EXPECT_EQ(a.right, b.right);
+
+  // Redrawing with changing values (Up 1%, Down 1%) does not grow the page.
+  const size_t settled = c.Ops().size();
+  for (int k = 0; k < 30; ++k) {
+    d.ValueMode = static_cast<int16_t>(1 + k % 2);
+    for (int j = 1; j <= d.Stages; ++j) d.C[j] *= k % 4 < 2 ? 1.01f : 1 / 1.01f;
+    DrawDisplaySchematic(d, c);
+  }
+  EXPECT_LE(c.Ops().size(), settled + 60);  // the last round's new texts
+
+  // The design page's strip: everything inside it, the note of an unequal
+  // load right of the resistor with the load's value.
+  d.Rload = 25;
+  RecordingCanvas strip;
+  RedrawSchematic(d, strip);
+  for (const DrawOp& op : strip.Ops()) {
+    const bool inside = op.x1 >= 100 && op.x1 < 12000 && op.y1 > 400 && op.y1 < 3500;
+    EXPECT_TRUE(op.kind == DrawOp::Kind::Box || inside) << op.text;
+  }
+  EXPECT_TRUE(HasText(strip, "(Even-ordered") && HasText(strip, FormatValue(25), 0x111199));
 }
 
 }  // namespace

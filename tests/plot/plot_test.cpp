@@ -167,6 +167,21 @@ TEST(Legends, StayAboveTheReadoutBoxAndEraseTheBandwidth) {
   EXPECT_EQ(box.x2, 11700);
   EXPECT_EQ(text.text, "Bandwidth: " + FormatFrequency(4.2e6));
   EXPECT_LE(text.x1 + text.textWidth, 11700);
+
+  // A band design's label: one line over the legends and the plot, the
+  // edges after the width on the same baseline, left of the VSWR plot's box.
+  d.Topology = "Coupledbandpass", d.Center = 7.1484e6f, d.Width = 3e5f;
+  RecordingCanvas band;
+  DrawBandwidthLabel(d, band, 11700);
+  const DrawOp &width = band.Ops()[band.Ops().size() - 2], &edges = band.Ops().back();
+  EXPECT_EQ(width.text, "Bandwidth: " + FormatFrequency(3e5));
+  EXPECT_EQ(edges.text, "f0 7.1484MHz, f1 7MHz, f2 7.3MHz");
+  EXPECT_NEAR(width.y1 + 0.905f * width.fontSize * 20, edges.y1 + 0.905f * edges.fontSize * 20, 1);
+  EXPECT_GT(edges.x1, width.x1 + width.textWidth);
+  EXPECT_LT(edges.x1 + edges.textWidth, 8560);
+  EXPECT_GT(width.y1, 3420);  // under the band ladder's lowest values
+  // Letters end over those of the printout's 8-point axis labels from y = 3670.
+  EXPECT_LT(edges.y1 + edges.fontSize * 20 * 1.05f, 3670 + 8 * 3);
 }
 
 // An opaque box drops what it hides wholly, so redrawing does not grow the display list.

@@ -4,10 +4,13 @@
 #include <QGroupBox>
 #include <QPixmap>
 
+#include <cmath>
+
 #include "core/element_kinds.h"
 #include "fixture.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::testing {
 namespace {
@@ -49,34 +52,56 @@ QRectF TextBox(const DrawOp& op) {
                 QPointF(op.x1 + op.textWidth, op.y1 + op.fontSize * 20 * 1.05f));
 }
 
-// Every family, topology and order, 5% C and 5% L, each with the chosen
-// parts over them (an even Chebyshev has a note), the 5% L ones with a
-// winding capacitance.
+// Where a line or the drawn part of an arc runs.
+QRectF StrokeBox(const DrawOp& op) {
+  if (op.kind == DrawOp::Kind::Line)
+    return QRectF(QPointF(op.x1, op.y1), QPointF(op.x2, op.y2)).normalized().adjusted(-1, -1, 1, 1);
+  float span = op.end - op.start;
+  while (span < 0) span += 6.2831853f;
+  QRectF box;
+  for (int k = 0; k <= 16; ++k) {
+    const float t = op.start + span * static_cast<float>(k) / 16;
+    box |= QRectF(op.x1 + op.radius * std::cos(t) - 1, op.y1 - op.radius * std::sin(t) - 1, 2, 2);
+  }
+  return box;
+}
+
+// Every topology of the table, family and order, 5% C and 5% L, each with
+// the chosen parts over them (an even Chebyshev has a note), the 5% L ones
+// with a winding capacitance. The band ladders (a 7.15 MHz band 300 kHz
+// wide) also keep their value texts off every wire and symbol. The page is
+// drawn in page units and the window only scales it (unhinted fonts), so
+// this holds at every window size.
 TEST(DisplayLayout, NothingCollidesForAnyDesign) {
   PrepareQtDrawing();
-  for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"})
+  for (const TopologyInfo& topology : Topologies())
     for (int16_t family = 1; family <= 5; ++family)
-      for (int16_t order : {3, 6, 7})
+      for (int16_t order : {3, 5, 6, 7})
         for (bool inductors : {false, true}) {
-          SCOPED_TRACE(::testing::Message() << topology << family << order << inductors);
+          SCOPED_TRACE(::testing::Message() << topology.name << family << order << inductors);
           DesignRecord d = FirstStartDesign(family, order);
-          d.Topology = topology;
+          d.Topology = topology.name;
+          if (topology.band) d.Center = 7.15e6f, d.Width = 3e5f;
           d.Rload = family == kChebyshev && order % 2 == 0 ? 25 : 50;
           d.ShowVSWR = d.ShowDelay = 1;
           // Half the designs with a winding capacitance that resonates every
           // inductor inside the sweep: the self-resonance column and the
           // warning line are drawn too.
-          d.WindingCapacitance = inductors ? 100e-12f : 0;
+          d.WindingCapacitance = inductors ? (topology.band ? 1e-12f : 100e-12f) : 0;
           RecordingCanvas page;
           if (!DrawDisplayPageLoad(d, page, inductors, true)) continue;  // never offered
-          EXPECT_EQ(HasText(page, "Self-resonance:"), inductors);
+          EXPECT_EQ(HasText(page, "Self-resonance:"), inductors) << d.Stages;
           for (const ControlPlace& p : DisplayPlaces())
             ExpectClear(page, p.name, QRectF(QPointF(p.x1, p.y1), QPointF(p.x2, p.y2)));
 
           std::vector<std::pair<QRectF, std::string>> boxes;
-          for (const DrawOp& op : page.Ops())
+          std::vector<QRectF> strokes;
+          for (const DrawOp& op : page.Ops()) {
             if (op.kind == DrawOp::Kind::Text && !op.text.empty())
               boxes.push_back({TextBox(op), op.text});
+            if (topology.band && (op.kind == DrawOp::Kind::Line || op.kind == DrawOp::Kind::Arc))
+              strokes.push_back(StrokeBox(op));
+          }
           for (size_t i = 0; i < boxes.size(); ++i) {
             const auto& [box, text] = boxes[i];
             EXPECT_TRUE(QRectF(0, 0, kPageWidth, kPageHeight).contains(box)) << text;
@@ -86,6 +111,8 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
             for (size_t j = 0; j < i; ++j)
               EXPECT_FALSE(box.intersects(boxes[j].first))
                   << "'" << text << "' and '" << boxes[j].second << "'";
+            for (const QRectF& stroke : strokes)
+              EXPECT_FALSE(box.intersects(stroke)) << "'" << text << "' on a line";
           }
         }
 }
@@ -189,6 +216,16 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   EXPECT_EQ(display.Surface().geometry(), QRect(180, 0, 640, 480));
   window->resize(1600, 900);  // wider than 4:3: margins left and right
   EXPECT_TRUE(window->grab().save(out.filePath("display-wide.png")));
+
+  // The design page with the 7.0-7.3 MHz preselector of the user guide.
+  window->resize(1280, 960);
+  Click(Button(display, "cmdDesign"));
+  Click(Radio("optChebycheff"));
+  Click(Radio("opt200"));
+  Click(Radio("optCoupledbandpass"));
+  TypeInto(Widget<QLineEdit>(window->DesignView(), "txtCenter"), "7.1484M");
+  TypeInto(Widget<QLineEdit>(window->DesignView(), "txtBandwidth"), "300k");
+  save("design-band.png");
 }
 
 }  // namespace
