@@ -227,16 +227,17 @@ TEST(Reliability, ThePartsProgressLineGivesTheShareDone) {
     EXPECT_EQ(err.str(), "");  // a short run needs no sign of life
     std::this_thread::sleep_for(std::chrono::milliseconds(600));
     line.Update(0.5);
-    EXPECT_TRUE(err.str().starts_with("\r\x1b[Kparts: 50% done, 1 s left")) << err.str();
+    EXPECT_TRUE(err.str().starts_with("\r\x1b[Kparts: 50% done, ") &&
+                err.str().ends_with(" s left"))
+        << err.str();
   }
   EXPECT_TRUE(err.str().ends_with("\r\x1b[K"));
   const auto quiet = [](const char* command) {
     return Drenik({command, "--quiet"}, [] { StdoutTo("/dev/null"); });
   };
   EXPECT_EQ(quiet("parts"), std::make_pair(0, std::string()));
-  EXPECT_EQ(quiet("design").first, 2);
-  EXPECT_NE(quiet("design").second.find("--quiet: only for 'tolerance' or 'parts'"),
-            std::string::npos);
+  EXPECT_TRUE(
+      quiet("design").second.starts_with("drenik: --quiet: only for 'tolerance' or 'parts'"));
 }
 
 TEST(Reliability, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {

@@ -98,14 +98,10 @@ TEST_F(DisplayPageTest, UpAndDownMoveABandWholeWithinTheBoxesRange) {
   Display().Controls().FindButton("cmdUp")->Click();
   EXPECT_TRUE(D().Center == float(center * 1.01) && D().Width == float(width * 1.01));
   EXPECT_TRUE(Shows("f0 7.2215MHz, f1 7.0716MHz, f2 7.3746MHz", 9000, 3030));
-  Display().Controls().FindButton("cmdDown")->Click();
-  EXPECT_EQ(D().Center, float(float(center * 1.01) * 0.99));
   D().Center = 9.95e9f, D().Width = 1e9f;
   Display().Controls().FindButton("cmdUp")->Click();
   EXPECT_EQ(D().Center, 1e10f);
   EXPECT_NEAR(D().Width, 1e9 * 1e10 / 9.95e9, 1e3);
-  Display().Controls().FindButton("cmdUp")->Click();
-  EXPECT_EQ(D().Center, 1e10f);
 }
 
 TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
