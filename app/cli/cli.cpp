@@ -5,6 +5,7 @@
 #include "cli/json_output.h"
 #include "cli/messages.h"
 #include "cli/options.h"
+#include "cli/progress_line.h"
 #include "cli/run_design.h"
 #include "cli/table_output.h"
 #include "cli/time_command.h"
@@ -103,7 +104,9 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
   ConsolePlatform platform;
   std::unique_ptr<DesignResult> result;
   try {
-    result = RunDesign(o, platform);
+    // The stock-part chooser shows its progress as a tolerance run does.
+    ProgressLine line(err, errIsTerminal && !o.quiet && o.command == Command::Parts, "parts");
+    result = RunDesign(o, platform, [&line](double done) { line.Update(done); });
   } catch (const std::exception& e) {
     err << "drenik: " << Printable(e.what()) << "\n";
     return 2;

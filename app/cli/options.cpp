@@ -201,7 +201,7 @@ std::string ToleranceLines() {
 std::string PartsLines() {
   return "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
          " [--json]\n"
-         "               [--bom FILE]      (drenik parts --help)\n";
+         "               [--bom FILE] [--quiet]      (drenik parts --help)\n";
 }
 
 std::string TimeLines() {
@@ -383,7 +383,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         only(Command::Design, "design");
       o.json = true;
     } else if (name == "--quiet") {
-      only(Command::Tolerance, "tolerance");
+      if (o.command != Command::Parts) only(Command::Tolerance, "tolerance' or 'parts");
       o.quiet = true;
     } else if (IsToleranceOption(name)) {
       only(Command::Tolerance, "tolerance");

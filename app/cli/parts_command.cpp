@@ -230,12 +230,13 @@ std::string PartsUsageText() {
          SeriesWords("|") + "] [--lseries exact|" + SeriesWords("|") +
          "|CORE]\n"
          "               [--air-core FORM_MM:WIRE_MM]\n"
-         "               [--pairs] [--json] [--bom FILE]\n"
+         "               [--pairs] [--json] [--bom FILE] [--quiet]\n"
          "Stock parts for the design that keep its response: capacitors from the series\n"
          "(default E24), with --pairs also two in parallel; inductors wound to value\n"
          "(exact, default), from a series, or in whole turns on a toroid core\n"
          "(--lseries T50-2) or an air-core form (--air-core 6:0.8, mm).\n"
-         "--bom writes the parts list (CSV).\n"
+         "--bom writes the parts list (CSV). A long search shows its progress on a\n"
+         "terminal; --quiet turns that off.\n"
          "choices as for 'drenik design' (see drenik --help)\n";
 }
 

@@ -29,10 +29,14 @@ void ProgressLine::Update(double done) {
   drawn_ = true;
   const double seconds = std::chrono::duration<double>(now - start_).count();
   const double trials = done * static_cast<double>(total_);
+  const double left = done > 0 ? std::ceil(seconds * (1 - done) / done) : 0.0;
   char text[160];
-  std::snprintf(text, sizeof text, "%s: %.0f of %lld trials, %.0f trials/s, %.0f s left",
-                what_.c_str(), trials, total_, trials / seconds,
-                done > 0 ? std::ceil(seconds * (1 - done) / done) : 0.0);
+  if (total_ > 0)
+    std::snprintf(text, sizeof text, "%s: %.0f of %lld trials, %.0f trials/s, %.0f s left",
+                  what_.c_str(), trials, total_, trials / seconds, left);
+  else
+    std::snprintf(text, sizeof text, "%s: %.0f%% done, %.0f s left", what_.c_str(), 100 * done,
+                  left);
   err_ << kClearLine << text << std::flush;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // A long run's sign of life on a terminal: one line with the trials done,
-// the rate and the time left, redrawn in place a few times a second and
+// the rate and the time left (or, for a run that counts no trials, the
+// share done and the time left), redrawn in place a few times a second and
 // cleared when the run ends. Off when standard error is not a terminal or
 // the user asked for quiet.
 
@@ -12,7 +13,8 @@ namespace drenik::cli {
 
 class ProgressLine {
  public:
-  ProgressLine(std::ostream& err, bool show, std::string what, long long total);
+  // total: the trials of the run; 0 for a run told only its share done.
+  ProgressLine(std::ostream& err, bool show, std::string what, long long total = 0);
   ~ProgressLine();
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;

@@ -73,7 +73,8 @@ void NoteClamp(const std::string& option, const std::optional<std::string>& type
 
 }  // namespace
 
-std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform) {
+std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform,
+                                        const PartsProgress& partsProgress) {
   auto result = std::make_unique<DesignResult>();
   // No session path: the last-session file is neither read nor written.
   Application app(platform, ApplicationOptions{"", ""});
@@ -99,6 +100,7 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   Fail(platform);
   if (options.command == Command::Parts) {
     app.Display().SetPartsRequest(options.parts.request);
+    app.Display().SetPartsProgress(partsProgress);
     app.Display().OnChosenParts();
     Fail(platform);
     result->parts = app.Display().ChosenParts();

@@ -35,7 +35,8 @@ struct DesignResult {
 
 // Throws UsageError for a choice the design page does not offer with the
 // other choices (e.g. --ripple for a family without ripple), DesignFailure for an
-// engine error.
-std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform);
+// engine error. `partsProgress` follows the chooser of `parts` as it runs.
+std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatform& platform,
+                                        const PartsProgress& partsProgress = {});
 
 }  // namespace drenik::cli

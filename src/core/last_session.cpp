@@ -90,7 +90,8 @@ std::vector<std::string_view> SplitFields(std::string_view line) {
 std::string LastSessionLine(const DesignRecord& d) {
   return std::to_string(d.Order) + "," + ShortestText(d.Width) + "," + std::to_string(d.Family) +
          "," + ShortestText(d.Apass) + "," + ShortestText(d.Astop) + ",\"" + d.Topology + "\"," +
-         ShortestText(d.Rsource) + "," + ShortestText(d.Qind);
+         ShortestText(d.Rsource) + "," + ShortestText(d.Qind) +
+         (d.Center > 0 ? "," + ShortestText(d.Center) + "," + ShortestText(d.ResonatorL) : "");
 }
 
 bool ParseLastSession(std::string_view text, DesignRecord& d) {
@@ -98,7 +99,7 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   size_t lineEnd = text.find_first_of("\r\n");
   std::string_view line = text.substr(0, lineEnd);
   std::vector<std::string_view> fields = SplitFields(line);
-  if (fields.size() != 8) return false;
+  if (fields.size() != 8 && fields.size() != 10) return false;
 
   auto order = ReadInteger(fields[0]);
   auto width = ReadReal(fields[1]);
@@ -110,6 +111,9 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   auto qind = ReadReal(fields[7]);
   if (!order || !width || !family || !apass || !astop || !topology || !rsource || !qind)
     return false;
+  std::optional<float> center = 0.0f, resonatorL = 0.0f;
+  if (fields.size() == 10) center = ReadReal(fields[8]), resonatorL = ReadReal(fields[9]);
+  if (!center || !resonatorL) return false;
 
   // Values outside the design page's choices are kept as they are; the page
   // sorts them out when it loads.
@@ -121,6 +125,8 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.Topology = *topology;
   d.Rsource = *rsource;
   d.Qind = *qind;
+  d.Center = *center;
+  d.ResonatorL = *resonatorL;
   return true;
 }
 
@@ -133,6 +139,8 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;
+  d.Center = 0;
+  d.ResonatorL = 0;
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {

@@ -2,6 +2,11 @@
 // The last design, kept between runs in "Drenikfilter.dat" in the working
 // folder: one line of eight comma-separated fields
 //   Order,Width,Family,Apass,Astop,"Topology",Rsource,Qind
+// and, for a band design only, two more: its geometric centre (Hz) and the
+// coupled resonators' inductance (H, 0 for the design's own choice)
+//   ...,Qind,Center,ResonatorL
+// A lowpass or highpass line is the eight fields alone, as it always was,
+// and a line of eight fields reads with no band (Center and ResonatorL 0).
 
 #include <string>
 #include <string_view>
@@ -21,14 +26,14 @@ inline constexpr const char* kFirstStartTopology = "Cinlowpass";
 inline constexpr float kFirstStartRipple = 0.044f;
 inline constexpr float kFirstStartDepth = 40;
 
-// Writes the eight fields whole or not at all (core/atomic_file.h), so a
+// Writes the fields whole or not at all (core/atomic_file.h), so a
 // failure never loses the previous session. On failure shows
 // "We did not read the last-session file." (the established wording).
 void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);
-// Reads the eight fields; on any failure all eight take their defaults
-// (order 5, 4.2 MHz, the first-start family and topology, 0.044 dB, 40 dB,
-// 50 ohms, 1e6).
+// Reads the fields; on any failure all take their defaults (order 5,
+// 4.2 MHz, the first-start family and topology, 0.044 dB, 40 dB, 50 ohms,
+// 1e6, no band).
 void ReadLastSession(DesignRecord& d, const std::string& path = kLastSessionFile);
 
 // The text of the session line (without the line end) and its parser.

@@ -43,6 +43,11 @@ inline constexpr BoxRange kImpedanceRange{0.1f, 1e6f};
 // The least inductor Q the Q box takes (no upper bound: 1e6 and above is
 // infinite).
 inline constexpr float kLeastQ = 2;
+// The band centre box's text when the page is made, and the centre (Hz) a
+// band design takes when its last session kept none (the middle of the
+// 40 m band).
+inline constexpr const char* kDefaultCenterText = "7.15M";
+inline constexpr float kDefaultCenter = 7.15e6f;
 // The largest resonator inductance the coupled-resonator box takes, H.
 inline constexpr float kResonatorLMax = 1;
 

@@ -1,5 +1,11 @@
 // Loading the design page: every control is set from the record, selecting
 // options from code so that their handlers (and the enabling rules) run.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <iterator>
+#include <utility>
+
 #include "core/formatters.h"
 #include "core/last_session.h"
 #include "pages/design_choices.h"
@@ -8,6 +14,29 @@
 #include "synthesis/topologies.h"
 
 namespace drenik {
+
+namespace {
+
+// A box's text for a value the record holds: the page's own format where it
+// reads back to the same float, else the fewest digits (under a prefix
+// letter, within the box's twelve characters) that do. A band design then
+// comes back on the same centre and width, not one rounded to five digits.
+std::string ExactEntry(float value, const std::string& formatted) {
+  auto reads = [value](std::string text) { return CheckEntry(text) == value; };
+  if (reads(formatted)) return formatted;
+  static constexpr std::pair<double, const char*> kPrefixes[] = {
+      {1e9, "G"}, {1e6, "M"}, {1e3, "k"}, {1, ""}, {1e-3, "m"}, {1e-6, "u"}, {1e-9, "n"}};
+  const auto* prefix = std::find_if(std::begin(kPrefixes), std::end(kPrefixes) - 1,
+                                    [value](const auto& p) { return std::fabs(value) >= p.first; });
+  for (int digits = 1; digits <= 9; ++digits) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*g%s", digits, value / prefix->first, prefix->second);
+    if (reads(text)) return text;
+  }
+  return formatted;
+}
+
+}  // namespace
 
 // What the option selections report is dropped (the controls are half set
 // then); the design the load ends with has its say, and the strip is drawn
@@ -27,7 +56,15 @@ void DesignPage::LoadControls() {
     caption_ = d_.ProgramTitle + " " + d_.Version + " - Design";
 
     if (d_.Width == 0) d_.Width = 4.5e6f;
-    Box("txtBandwidth").SetText(FormatFrequency(d_.Width));
+    // A band design's boxes hold its band exactly; they are set before its
+    // topology is selected, whose redesign reads them.
+    const bool band = IsBandDesign(d_) && d_.Center > 0;
+    Box("txtBandwidth")
+        .SetText(band ? ExactEntry(d_.Width, FormatFrequency(d_.Width))
+                      : FormatFrequency(d_.Width));
+    if (band) Box("txtCenter").SetText(ExactEntry(d_.Center, FormatFrequency(d_.Center)));
+    if (band && d_.ResonatorL > 0)
+      Box("txtResonatorL").SetText(ExactEntry(d_.ResonatorL, FormatInductance(d_.ResonatorL)));
 
     if (d_.Rsource == 0) {
       d_.Rsource = 50;

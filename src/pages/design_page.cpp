@@ -84,7 +84,7 @@ void DesignPage::Build() {
   // f2 - f1 at the family's edges, this box its geometric centre.
   c.AddFrame("frmCenter", "Band centre");
   c.AddLabel("lblCenter", "Hz:");
-  c.AddTextBox("txtCenter", "7.15M").SetChangeHandler([this] { OnCenterChange(); });
+  c.AddTextBox("txtCenter", kDefaultCenterText).SetChangeHandler([this] { OnCenterChange(); });
   c.AddLabel("lblResonatorL", "L, H:");
   c.AddTextBox("txtResonatorL", "").SetChangeHandler([this] { OnResonatorLChange(); });
   c.AddLabel("lblBandEdges", "");

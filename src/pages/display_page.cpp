@@ -1,10 +1,13 @@
 #include "pages/display_page.h"
 
+#include <algorithm>
+
 #include "analysis/part_resonances.h"
 
 #include "analysis/sweep.h"
 #include "core/formatters.h"
 #include "export/formats.h"
+#include "pages/design_choices.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
 #include "plot/legends.h"
@@ -162,7 +165,21 @@ void DisplayPage::DrawSidePlots() {
 
 // Up and Down use 1.01 and 0.99, which are not reciprocal: Up then Down
 // leaves 0.9999 of the width.
+//
+// On a lowpass they move the cutoff, every part scaled alike, so the whole
+// response slides along the frequency axis. A band design slides the same
+// way: centre and width together, its fractional bandwidth (and so the
+// shape of its skirts) kept, as retuning a built filter would. Neither may
+// leave the range the design page's boxes take; at a bound the step is
+// cut short for both.
 void DisplayPage::Retune(double factor, float eraseRight) {
+  if (IsBandDesign(d_) && d_.Center > 0) {
+    const double low = std::min(d_.Center, d_.Width), high = std::max(d_.Center, d_.Width);
+    factor = std::clamp(factor, std::min(1.0, kBandwidthRange.low / low),
+                        std::max(1.0, kBandwidthRange.high / high));
+    d_.Center = std::clamp(static_cast<float>(d_.Center * factor), kBandwidthRange.low,
+                           kBandwidthRange.high);
+  }
   d_.Width = static_cast<float>(static_cast<double>(d_.Width) * factor);
   d_.InductorMode = 1;
   DrawBandwidthLabel(d_, canvas_, eraseRight);

@@ -77,6 +77,9 @@ class DisplayPage {
 
   const PartsRequest& GetPartsRequest() const { return partsRequest_; }
   void SetPartsRequest(const PartsRequest& request) { partsRequest_ = request; }
+  // Told how far the chooser has got while it runs (the command line's
+  // progress line); nothing by default.
+  void SetPartsProgress(PartsProgress progress) { partsProgress_ = std::move(progress); }
   // The parts of the chosen-parts stage while it is shown.
   const std::optional<PartsChoice>& ChosenParts() const { return chosen_; }
 
@@ -117,6 +120,7 @@ class DisplayPage {
   std::string caption_;
   std::function<void(int)> analysisObserver_;
   PartsRequest partsRequest_;
+  PartsProgress partsProgress_;
   std::optional<PartsChoice> chosen_;
   bool warningShown_ = false;     // the resonance warning is on the page
   bool resonancesShown_ = false;  // the inductors' self-resonances are on the page

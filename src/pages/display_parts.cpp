@@ -27,7 +27,7 @@ void DisplayPage::ChosenPartsStage() {
   DesignRecord exact = d_;
   Act(Denormalize(exact), controls_);
   PartsChoice choice;
-  Act(ChooseParts(exact, partsRequest_, choice), controls_);
+  Act(ChooseParts(exact, partsRequest_, choice, partsProgress_), controls_);
   ApplyParts(choice, d_);
   // Another run's curves go at once: the new ones need not cover them.
   if (chosen_) {

@@ -25,7 +25,9 @@ bool FieldsInRange(const DesignRecord& s) {
   return s.Order >= 3 && s.Order <= 7 && FindFamily(s.Family) && FindTopology(s.Topology) &&
          Within(s.Width, kBandwidthRange) && Within(s.Rsource, kImpedanceRange) &&
          s.Qind >= kLeastQ && std::isfinite(s.Qind) && s.Apass >= 0 && std::isfinite(s.Apass) &&
-         s.Astop >= 0 && std::isfinite(s.Astop);
+         s.Astop >= 0 && std::isfinite(s.Astop) &&
+         (s.Center == 0 || Within(s.Center, kBandwidthRange)) && s.ResonatorL >= 0 &&
+         s.ResonatorL <= kResonatorLMax;
 }
 
 // The design the page's load would start from, as far as the prototype, the
@@ -43,6 +45,8 @@ bool Designable(const DesignRecord& session) {
   if (t.Astop == 0) t.Astop = kFirstStartDepth;
   if (family.readsDesignInputs) SnapRipple(t.Apass, SnapBounds::Driver);
   t.Qcap = kInfiniteQcap;
+  // A band design from a file that kept no centre takes the page's own.
+  if (IsBandDesign(t) && t.Center == 0) t.Center = kDefaultCenter;
   const EngineReport prototype = family.prototype(t);
   return prototype.Ok() && prototype.notice.empty() && Denormalize(t).Ok() &&
          LadderFault(LadderOf(t)).empty();

@@ -1,5 +1,5 @@
 #pragma once
-// Whether the eight choices read from the last-session file are ones the
+// Whether the choices read from the last-session file are ones the
 // program can design from. The opening page treats a file that fails like
 // one it cannot read: every choice takes its first-start default, quietly.
 //
@@ -9,7 +9,9 @@
 // and a finite ripple and depth of zero or more (a zero takes the page's
 // default); and the family's prototype, the scaling into parts and the
 // ladder the display page analyses work out with them (a Cauer ripple above
-// its stopband depth cannot). Values
+// its stopband depth cannot). A band's centre is 0 (none kept: the page's
+// default centre) or within the bandwidth box's range, its resonator
+// inductance 0 to what the page's box takes. Values
 // that pass but match no option stay as the file has them: a ripple of
 // 0.015 dB keeps 0.015 with no ripple option selected.
 

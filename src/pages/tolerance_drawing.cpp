@@ -435,12 +435,23 @@ void DrawToleranceSettings(Canvas& c, const ToleranceSetup& s, const std::string
   line(s.tightenPercent > 0 ? text : "Sensitivity: one part held at nominal");
   y += 120;
   line("Mask", true);
-  line("Passband edge: " + TrimBlanks(FormatFrequency(s.mask.passEdge)));
+  // A band's mask names each band's span, a lowpass's or highpass's its
+  // edges alone.
+  const bool band = s.mask.passStart > 0 || s.mask.passResume > 0;
+  if (band) {
+    std::string spans;
+    for (const Span& pass : PassSpans(s.mask, false))
+      spans += (spans.empty() ? "" : ", ") + SpanText(pass);
+    line("Passband " + spans);
+  } else {
+    line("Passband edge: " + TrimBlanks(FormatFrequency(s.mask.passEdge)));
+  }
   if (s.mask.passRl) line("Return loss at least " + Fixed(*s.mask.passRl, 1) + " dB");
   if (s.mask.passIl) line("Loss at most " + Fixed(*s.mask.passIl, 1) + " dB");
   for (const StopCheck& stop : s.mask.stops)
-    line("Stopband " + TrimBlanks(FormatFrequency(stop.frequency)) + ": " + Fixed(stop.depth, 1) +
-         " dB");
+    line("Stopband " +
+         (band ? SpanText(StopSpan(stop, false)) : TrimBlanks(FormatFrequency(stop.frequency))) +
+         ": " + Fixed(stop.depth, 1) + " dB");
   Text(c, 300, kStatusTop, status, 8);
   Text(c, 300, 8600, std::string(kProgramTitle) + " " + kProgramVersion, 7, false, kFrameGrey);
   SetDefaultPageFont(c);

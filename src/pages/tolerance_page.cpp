@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "core/formatters.h"
 #include "core/whole_number.h"
@@ -28,6 +29,26 @@ std::string Number(double v) {
 
 std::string Row(const char* box, int row) {
   return box + std::to_string(row);
+}
+
+std::string Hz(double f) {
+  return TrimBlanks(FormatFrequency(f));
+}
+
+// A box's number as the program reads its boxes; false when it holds no
+// digit (an empty box where a value may be left out).
+bool ReadBox(const ControlSet& controls, const std::string& box, double& value) {
+  std::string text = controls.FindTextBox(box)->Text();
+  if (text.find_first_of("0123456789") == std::string::npos) return false;
+  value = CheckEntry(text);
+  return true;
+}
+
+// The boxes only a band's mask uses.
+std::vector<std::string> BandBoxes() {
+  std::vector<std::string> names = {"lblPassEdge2", "txtPassEdge2", "lblStopTo"};
+  for (int row = 1; row <= kStopRows; ++row) names.push_back(Row("txtStopTo", row));
+  return names;
 }
 
 // Whether two designs analyse alike at every value stage: the same ladder,
@@ -104,14 +125,22 @@ void TolerancePage::Build() {
   controls_.AddFrame("frmMask", "Mask");
   controls_.AddLabel("lblPassEdge", "Passband edge, Hz");
   controls_.AddTextBox("txtPassEdge", "");
+  // A band's upper edge: a bandpass's passband ends there, a bandstop's
+  // upper passband starts there.
+  controls_.AddLabel("lblPassEdge2", "to, Hz");
+  controls_.AddTextBox("txtPassEdge2", "");
   controls_.AddLabel("lblPassRl", "Return loss at least, dB");
   controls_.AddTextBox("txtPassRl", "");
   controls_.AddLabel("lblPassIl", "Loss at most, dB");
   controls_.AddTextBox("txtPassIl", "");
   controls_.AddLabel("lblStop", "Stopband from, Hz");
+  controls_.AddLabel("lblStopTo", "to, Hz");
   controls_.AddLabel("lblStopDepth", "at least, dB");
   for (int row = 1; row <= kStopRows; ++row) {
     controls_.AddTextBox(Row("txtStopFreq", row), "");
+    // Where a band's stopband ends: a lower skirt has only this, a notch
+    // both.
+    controls_.AddTextBox(Row("txtStopTo", row), "");
     controls_.AddTextBox(Row("txtStopDepth", row), "");
   }
   // Before a run the plot follows the mask as it is typed.
@@ -161,13 +190,29 @@ void TolerancePage::Load(const DesignRecord& d) {
   controls_.FindOption("opt5C")->SetSelectedQuietly(true);
   controls_.FindOption("optExact")->SetSelectedQuietly(false);
   controls_.FindOption("opt5L")->SetSelectedQuietly(false);
-  // A highpass's stopband lies below its frequency.
-  const bool highpass = ToleranceDesignOf(Stage()).highpass;
-  controls_.FindLabel("lblStop")->SetCaption(highpass ? "Stopband to, Hz" : "Stopband from, Hz");
+  ShowShape();
   Prefill();
   hasResult_ = false;
   status_ = "Ready";
   Redraw();
+}
+
+void TolerancePage::ShowShape() {
+  const ToleranceDesign design = ToleranceDesignOf(Stage());
+  shape_ = !design.band      ? MaskShape::Edge
+           : design.bandstop ? MaskShape::Bandstop
+                             : MaskShape::Bandpass;
+  const bool band = shape_ != MaskShape::Edge;
+  // A highpass's stopband lies below its frequency.
+  controls_.FindLabel("lblStop")->SetCaption(design.highpass ? "Stopband to, Hz"
+                                                             : "Stopband from, Hz");
+  controls_.FindLabel("lblPassEdge")
+      ->SetCaption(
+          !band ? "Passband edge, Hz"
+                : (shape_ == MaskShape::Bandpass ? "Passband from, Hz" : "Passbands to, Hz"));
+  controls_.FindLabel("lblPassEdge2")
+      ->SetCaption(shape_ == MaskShape::Bandstop ? "and from, Hz" : "to, Hz");
+  for (const std::string& name : BandBoxes()) controls_.Find(name)->SetEnabled(band);
 }
 
 void TolerancePage::Prefill() {
@@ -189,14 +234,22 @@ void TolerancePage::Prefill() {
   controls_.FindFrame("frmMask")->SetCaption(
       "Mask (filled in " + Number(kMaskMarginDb) + " dB inside the nominal" +
       (mask.passIl ? ", loss " + Number(kLossMarginDb) + " dB" : "") + ")");
-  set("txtPassEdge", TrimBlanks(FormatFrequency(mask.passEdge)));
+  // A band's boxes hold its lower edge first: where a bandpass's passband
+  // starts, where a bandstop's lower passband ends.
+  const bool band = shape_ != MaskShape::Edge, bandpass = shape_ == MaskShape::Bandpass;
+  set("txtPassEdge", Hz(bandpass ? mask.passStart : mask.passEdge));
+  set("txtPassEdge2", band ? Hz(bandpass ? mask.passEdge : mask.passResume) : "");
   set("txtPassRl", mask.passRl ? Number(*mask.passRl) : "");
   set("txtPassIl", mask.passIl ? Number(*mask.passIl) : "");
   for (int row = 1; row <= kStopRows; ++row) {
-    const bool has = row <= static_cast<int>(mask.stops.size());
-    set(Row("txtStopFreq", row).c_str(),
-        has ? TrimBlanks(FormatFrequency(mask.stops[row - 1].frequency)) : "");
-    set(Row("txtStopDepth", row).c_str(), has ? Number(mask.stops[row - 1].depth) : "");
+    const StopCheck* stop =
+        row <= static_cast<int>(mask.stops.size()) ? &mask.stops[row - 1] : nullptr;
+    // A band's lower skirt runs down to its frequency: a "to" alone.
+    const bool downTo = band && stop && stop->below;
+    const double to = !band || !stop ? 0 : (downTo ? stop->frequency : stop->to);
+    set(Row("txtStopFreq", row).c_str(), stop && !downTo ? Hz(stop->frequency) : "");
+    set(Row("txtStopTo", row).c_str(), to > 0 ? Hz(to) : "");
+    set(Row("txtStopDepth", row).c_str(), stop ? Number(stop->depth) : "");
   }
   prefilling_ = false;
   if (!ReadSetup(setup_, true)) setup_ = ToleranceSetup{};
@@ -216,14 +269,7 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
     if (!quiet) platform_.ShowMessage(why);
     return false;
   };
-  // A box's number as the program reads its boxes; false when it holds no
-  // digit (an empty box where `optional`).
-  auto read = [&](const std::string& box, double& value) {
-    std::string text = controls_.FindTextBox(box)->Text();
-    if (text.find_first_of("0123456789") == std::string::npos) return false;
-    value = CheckEntry(text);
-    return true;
-  };
+  auto read = [&](const std::string& box, double& value) { return ReadBox(controls_, box, value); };
   auto percent = [&](const char* box, double& value, const char* what) {
     if (!read(box, value) || value < 0 || value > kMaxTolerancePercent)
       return fail(std::string("The ") + what + " must be 0 to 50 %.");
@@ -247,7 +293,7 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
   s.seed = *seed;
 
   double edge = 0;
-  if (!read("txtPassEdge", edge) || !(edge > 0))
+  if (shape_ == MaskShape::Edge && (!read("txtPassEdge", edge) || !(edge > 0)))
     return fail("The passband edge must be a frequency above 0 Hz.");
   s.mask.passEdge = edge;
   double db = 0;
@@ -256,6 +302,11 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
     if (!read(box, db)) continue;
     if (db < 0) return fail(std::string("The passband ") + what + " must be 0 dB or more.");
     *limit = db;
+  }
+  if (shape_ != MaskShape::Edge) {
+    if (const std::string why = ReadBandMask(s.mask); !why.empty()) return fail(why);
+    out = s;
+    return true;
   }
   for (int row = 1; row <= kStopRows; ++row) {
     double f = 0, depth = 0;
@@ -271,6 +322,51 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
   }
   out = s;
   return true;
+}
+
+std::string TolerancePage::ReadBandMask(Mask& mask) {
+  const bool bandstop = shape_ == MaskShape::Bandstop;
+  const char* edgeBoxes = bandstop ? "(Passbands to, and from)" : "(Passband from, to)";
+  double lower = 0, upper = 0;
+  if (!ReadBox(controls_, "txtPassEdge", lower) || !ReadBox(controls_, "txtPassEdge2", upper) ||
+      !(lower > 0) || !(upper > lower))
+    return bandstop ? "The passbands need two edges above 0 Hz, where the lower one ends below "
+                      "where the upper one starts " +
+                          std::string(edgeBoxes) + "."
+                    : "The passband needs two edges above 0 Hz, the lower below the upper " +
+                          std::string(edgeBoxes) + ".";
+  if (bandstop)
+    mask.passEdge = lower, mask.passResume = upper;
+  else
+    mask.passStart = lower, mask.passEdge = upper;
+  const std::vector<Span> passbands = PassSpans(mask, false);
+  for (int row = 1; row <= kStopRows; ++row) {
+    double from = 0, to = 0, depth = 0;
+    const bool hasFrom = ReadBox(controls_, Row("txtStopFreq", row), from);
+    const bool hasTo = ReadBox(controls_, Row("txtStopTo", row), to);
+    const bool hasDepth = ReadBox(controls_, Row("txtStopDepth", row), depth);
+    if (!hasFrom && !hasTo && !hasDepth) continue;
+    const std::string where = " (row " + std::to_string(row) + ")";
+    if (!(hasFrom || hasTo) || !hasDepth || (hasFrom && !(from > 0)) || (hasTo && !(to > 0)) ||
+        depth < 0)
+      return "A stopband check needs where it starts (from), where it ends (to) or both, above "
+             "0 Hz, and an attenuation of 0 dB or more" +
+             where + ".";
+    if (hasFrom && hasTo && !(to > from))
+      return "A stopband check must end (to) above where it starts (from)" + where + ".";
+    // Up from a frequency, down to one, or between two.
+    const StopCheck stop = hasFrom
+                               ? StopCheck{.frequency = from, .depth = depth, .to = hasTo ? to : 0}
+                               : StopCheck{.frequency = to, .depth = depth, .below = true};
+    const Span span = StopSpan(stop, false);
+    for (const Span& pass : passbands)
+      if (Overlap(span, pass))
+        return "The stopband " + SpanText(span) + where + " reaches into the passband " +
+               SpanText(pass) + ": its from and to must lie clear of the passband's edges " +
+               edgeBoxes + ".";
+    mask.stops.push_back(stop);
+  }
+  return {};
 }
 
 void TolerancePage::OnRun() {

@@ -38,6 +38,12 @@ class ToleranceHost {
   virtual void Close() {}
 };
 
+// Which mask the page's boxes enter: a passband to or from one edge (a
+// lowpass or highpass), or a band's: a bandpass's passband between two
+// edges with a skirt either side, a bandstop's passbands below and above
+// its notch.
+enum class MaskShape { Edge, Bandpass, Bandstop };
+
 class TolerancePage {
  public:
   TolerancePage(Platform& platform, Canvas& canvas);
@@ -69,6 +75,7 @@ class TolerancePage {
   // Blocks until the run's thread has ended, then polls.
   void Wait();
 
+  MaskShape Shape() const { return shape_; }
   bool HasResult() const { return hasResult_; }
   const ToleranceResult& Result() const { return result_; }
   const ToleranceSetup& Setup() const { return setup_; }
@@ -87,6 +94,10 @@ class TolerancePage {
   // The controls as a setup; false (after a message naming the box, unless
   // quiet) when a box does not hold a usable value.
   bool ReadSetup(ToleranceSetup& setup, bool quiet);
+  // A band's edges and stop rows into the mask; the message naming the
+  // boxes when they do not make one.
+  std::string ReadBandMask(Mask& mask);
+  void ShowShape();
   void Redraw();
   void DrawFigures(Canvas& canvas) const;
   void Finish();
@@ -101,6 +112,7 @@ class TolerancePage {
 
   ValueStages stages_;
   ValueStage stage_ = ValueStage::FiveC;
+  MaskShape shape_ = MaskShape::Edge;
   ToleranceSetup setup_;
   ToleranceResult result_;
   bool hasResult_ = false;

@@ -19,6 +19,9 @@ constexpr double kStopbandSlack = 1.0;
 // and 5% C responses, where the worst values sit.
 constexpr int kStride = 8;
 constexpr int kAround = 2;
+// The share of a choice's work that its first search takes; each round of
+// refinement after it takes an equal part of the rest.
+constexpr double kSearchShare = 0.8;
 // How much worse, dB, the whole sweep may find the chosen set than the probe
 // did before the probe is filled in (at most twice).
 constexpr double kProbeTolerance = 0.02;
@@ -130,7 +133,10 @@ double ErrorPercent(double chosen, double exact) {
 }
 
 EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request,
-                         PartsChoice& choice) {
+                         PartsChoice& choice, const PartsProgress& progress) {
+  const auto done = [&progress](double share) {
+    if (progress) progress(share);
+  };
   choice = PartsChoice{};
   choice.request = request;
   DesignRecord exact = design;
@@ -174,6 +180,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   // sweep of its result shows a worse point that the probe missed (the
   // response's turning points moved), the probe takes in the new turning
   // points and the inductors are polished again.
+  in.progress = [&done](double share) { done(kSearchShare * share); };
   SearchResult result = SearchParts(in);
   DesignRecord chosen = design;
   for (int round = 0;; ++round) {
@@ -184,6 +191,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
     choice.chosen = FiguresOf(chosen, bands);
     const Merit swept = in.judge.Of(choice.chosen, result.merit.distance);
     if (round == kRefinements || result.merit.primary - swept.primary <= kProbeTolerance) break;
+    done(kSearchShare + (1 - kSearchShare) * (round + 1) / (kRefinements + 1));
     in.probe.passband =
         BandProbe({&exact, &standard, &chosen}, &DesignRecord::Reflection, &InPassband, bands);
     in.probe.stopband = withBeyond(
@@ -205,6 +213,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
     choice.chosen = choice.standard;
     choice.keptStandard = true;
   }
+  done(1);
   return {};
 }
 

@@ -11,6 +11,7 @@
 // returns a set worse than the display page's "5% C values" stage when that
 // stage is itself made of the requested parts.
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -57,11 +58,14 @@ struct PartsChoice {
   bool keptStandard = false;
 };
 
+// Called now and then with the share of the choice done (0..1), last with 1.
+using PartsProgress = std::function<void(double done)>;
+
 // From a record that holds the exact design (after the display page's
 // denormalization) and the display page's sweep settings. The record is not
 // changed. Faults: a ladder the analysis cannot solve.
 [[nodiscard]] EngineReport ChooseParts(const DesignRecord& exact, const PartsRequest& request,
-                                       PartsChoice& choice);
+                                       PartsChoice& choice, const PartsProgress& progress = {});
 
 // Writes the effective values of the choice into L and C (positions
 // 1..Stages); the sweep is the caller's to run.

@@ -314,13 +314,18 @@ SearchResult SearchParts(const SearchInput& in) {
   // Rounding to a series only loses, so a start whose continuous inductors
   // do no better than the best rounded set is not rounded.
   State best;
-  for (State& s : starts) {
+  // The polishing of the starts is nearly all of the search's work.
+  const double share = 1.0 / static_cast<double>(starts.size() + 1);
+  for (size_t k = 0; k < starts.size(); ++k) {
+    if (in.progress) in.progress(share * static_cast<double>(k));
+    State& s = starts[k];
     searcher.Polish(s, kFirstStep, kCoarseStep);
     if (!best.cap.empty() && !s.merit.Beats(best.merit)) continue;
     if (in.inductorValues.Restricted()) searcher.Round(s, in.inductorValues);
     if (best.cap.empty() || s.merit.Beats(best.merit)) best = s;
     if (searcher.AtCeiling(best)) break;
   }
+  if (in.progress) in.progress(1 - share);
   if (!in.inductorValues.Restricted()) searcher.Fit(best, kCoarseStep, kLastStep);
   PreferSingleParts(in, searcher, best);
   return {best.cap, best.L, best.merit};

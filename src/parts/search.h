@@ -2,6 +2,7 @@
 // The search of the stock-part chooser over one ladder: which option each
 // capacitor takes and what each inductor becomes.
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -44,6 +45,8 @@ struct SearchInput {
   Probe probe;                    // where candidates are measured
   std::vector<float> stopPeaks;   // stopband points of the first-order model
   Judge judge;
+  // Told the share of the search done (0..1) as each start is polished.
+  std::function<void(double done)> progress{};
 };
 
 struct SearchResult {

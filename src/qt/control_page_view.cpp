@@ -140,6 +140,21 @@ void ControlPageView::SyncAll() {
   for (Entry& entry : entries_) MirrorEntry(entry);
 }
 
+void ControlPageView::SetPlaces(const std::vector<ControlPlace>& places) {
+  for (Entry& entry : entries_) {
+    const auto place = std::find_if(places.begin(), places.end(), [&](const ControlPlace& p) {
+      return p.name == entry.place.name;
+    });
+    if (place != places.end()) {
+      const char* frame = entry.place.frame;
+      entry.place = *place;
+      entry.place.frame = frame;
+    }
+    entry.widget->setHidden(place == places.end());
+  }
+  Relayout();
+}
+
 void ControlPageView::MirrorEntry(Entry& entry) {
   const Control& control = *entry.control;
   QWidget* widget = entry.widget;

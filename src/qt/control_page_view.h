@@ -51,6 +51,10 @@ class ControlPageView : public QWidget {
   double Scale() const { return scale_; }
   // Sets every widget from the model.
   void SyncAll();
+  // Moves the controls to other places (each keeps the frame it was made
+  // in) and hides those that have none there: one page whose boxes differ
+  // with what it shows.
+  void SetPlaces(const std::vector<ControlPlace>& places);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -179,7 +179,7 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
   app.SetToleranceObserver([this](TolerancePage& page) {
     if (!tolerance_)
       tolerance_ = new ToleranceWindow(page, app_.ToleranceCanvas(), app_.GetPlatform(), this);
-    tolerance_->View().SyncAll();
+    tolerance_->Reload();
     tolerance_->show();
     tolerance_->raise();
     tolerance_->activateWindow();

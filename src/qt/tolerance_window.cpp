@@ -8,7 +8,7 @@
 
 namespace drenik {
 
-std::vector<ControlPlace> TolerancePlaces() {
+std::vector<ControlPlace> TolerancePlaces(bool band) {
   std::vector<ControlPlace> p;
   // A label and its box on one row of a frame.
   auto row = [&p](const char* frame, const char* label, const char* box, float y) {
@@ -31,20 +31,29 @@ std::vector<ControlPlace> TolerancePlaces() {
   row("frmTrials", "lblSeed", "txtSeed", 2850);
   row("frmTrials", "lblTighten", "txtTighten", 3210);
 
-  p.push_back({"frmMask", 150, 3660, 3350, 6550});
+  // A band's mask is one row taller: its upper edge under the lower one.
+  const float extra = band ? 360 : 0;
+  p.push_back({"frmMask", 150, 3660, 3350, 6550 + extra});
   row("frmMask", "lblPassEdge", "txtPassEdge", 3920);
-  row("frmMask", "lblPassRl", "txtPassRl", 4280);
-  row("frmMask", "lblPassIl", "txtPassIl", 4640);
-  p.push_back({"lblStop", 300, 5040, 2200, 5370, 8, "frmMask"});
-  p.push_back({"lblStopDepth", 2250, 5040, 3250, 5370, 8, "frmMask"});
+  if (band) row("frmMask", "lblPassEdge2", "txtPassEdge2", 4280);
+  row("frmMask", "lblPassRl", "txtPassRl", 4280 + extra);
+  row("frmMask", "lblPassIl", "txtPassIl", 4640 + extra);
+  // A band's stopbands have a from and a to side by side where a lowpass's
+  // frequency has the whole width.
+  const float fromRight = band ? 1250 : 2200;
+  p.push_back({"lblStop", 300, 5040 + extra, fromRight, 5370 + extra, 8, "frmMask"});
+  if (band) p.push_back({"lblStopTo", 1300, 5040 + extra, 2200, 5370 + extra, 8, "frmMask"});
+  p.push_back({"lblStopDepth", 2250, 5040 + extra, 3250, 5370 + extra, 8, "frmMask"});
   for (int k = 1; k <= 3; ++k) {
-    const float y = 5000 + 360.f * k;
-    p.push_back({"txtStopFreq" + std::to_string(k), 300, y, 2200, y + 330, 8, "frmMask"});
-    p.push_back({"txtStopDepth" + std::to_string(k), 2250, y, 3200, y + 330, 8, "frmMask"});
+    const float y = 5000 + 360.f * k + extra;
+    const std::string n = std::to_string(k);
+    p.push_back({"txtStopFreq" + n, 300, y, fromRight, y + 330, 8, "frmMask"});
+    if (band) p.push_back({"txtStopTo" + n, 1300, y, 2200, y + 330, 8, "frmMask"});
+    p.push_back({"txtStopDepth" + n, 2250, y, 3200, y + 330, 8, "frmMask"});
   }
 
-  p.push_back({"cmdRun", 150, 6700, 1700, 7150, 9});
-  p.push_back({"cmdCancel", 1800, 6700, 3350, 7150, 9});
+  p.push_back({"cmdRun", 150, 6700 + extra, 1700, 7150 + extra, 9});
+  p.push_back({"cmdCancel", 1800, 6700 + extra, 3350, 7150 + extra, 9});
   p.push_back({"cmdPrint", 150, 8350, 1100, 8750, 8});
   p.push_back({"cmdSave", 1150, 8350, 2300, 8750, 8});
   p.push_back({"cmdClose", 2350, 8350, 3350, 8750, 8});
@@ -56,7 +65,8 @@ ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platf
     : QWidget(parent, Qt::Window),
       page_(page),
       platform_(platform),
-      view_(new ControlPageView(page.Controls(), drawing, TolerancePlaces(), this)),
+      // Made with every box a band needs; Reload() hides what a design does not.
+      view_(new ControlPageView(page.Controls(), drawing, TolerancePlaces(true), this)),
       timer_(new QTimer(this)) {
   setWindowTitle(QString::fromStdString(page.Caption()));
   auto* layout = new QVBoxLayout(this);
@@ -67,6 +77,12 @@ ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platf
   timer_->setInterval(kPollMs);
   connect(timer_, &QTimer::timeout, this, &ToleranceWindow::Tick);
   page_.SetHost(this);
+  Reload();
+}
+
+void ToleranceWindow::Reload() {
+  view_->SetPlaces(TolerancePlaces(page_.Shape() != MaskShape::Edge));
+  view_->SyncAll();
 }
 
 ToleranceWindow::~ToleranceWindow() {

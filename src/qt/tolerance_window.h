@@ -22,6 +22,9 @@ class ToleranceWindow : public QWidget, public ToleranceHost {
   ~ToleranceWindow() override;
 
   ControlPageView& View() { return *view_; }
+  // After the page has loaded a design: the mask boxes its shape needs, then
+  // every widget from the page.
+  void Reload();
   // How often a running analysis is polled, ms.
   static constexpr int kPollMs = 50;
 
@@ -43,7 +46,9 @@ class ToleranceWindow : public QWidget, public ToleranceHost {
   QTimer* timer_;
 };
 
-// The controls of the tolerance page, in tab order, in the left column.
-std::vector<ControlPlace> TolerancePlaces();
+// The controls of the tolerance page, in tab order, in the left column. A
+// band's mask has a second passband edge and a "to" for each stopband, in a
+// taller mask frame; a lowpass's or highpass's places leave those out.
+std::vector<ControlPlace> TolerancePlaces(bool band = false);
 
 }  // namespace drenik

@@ -91,6 +91,24 @@ std::vector<Band> MaskBands(const Mask& mask, bool highpass) {
   return bands;
 }
 
+Span StopSpan(const StopCheck& stop, bool highpass) {
+  if (highpass || stop.below) return {0, stop.frequency};
+  return {stop.frequency, stop.to > 0 ? stop.to : HUGE_VAL};
+}
+
+std::vector<Span> PassSpans(const Mask& mask, bool highpass) {
+  if (highpass) return {{mask.passEdge, HUGE_VAL}};
+  if (mask.passResume > 0) return {{0, mask.passEdge}, {mask.passResume, HUGE_VAL}};
+  return {{mask.passStart, mask.passEdge}};
+}
+
+std::string SpanText(const Span& span) {
+  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(f)); };
+  if (span.low <= 0) return "to " + hz(span.high);
+  if (!std::isfinite(span.high)) return "from " + hz(span.low);
+  return "from " + hz(span.low) + " to " + hz(span.high);
+}
+
 std::string MaskFault(const Mask& mask, bool highpass) {
   const auto finite = [](double v) { return std::isfinite(v) && v >= 0; };
   if (!(std::isfinite(mask.passEdge) && mask.passEdge > 0))
@@ -99,23 +117,29 @@ std::string MaskFault(const Mask& mask, bool highpass) {
     return "--pass-rl: the limit must be finite, 0 dB or more";
   if (mask.passIl && !finite(*mask.passIl))
     return "--pass-il: the limit must be finite, 0 dB or more";
-  const std::string edge = TrimBlanks(FormatFrequency(mask.passEdge));
+  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(f)); };
+  // A band's two edges: a bandpass's lower one below its upper one, a
+  // bandstop's upper passband above its lower one.
+  if (!finite(mask.passStart) || mask.passStart >= mask.passEdge)
+    return "--pass-edge: the passband's upper edge " + hz(mask.passEdge) +
+           " lies at or below its lower edge " + hz(mask.passStart);
+  if (!finite(mask.passResume) || (mask.passResume > 0 && mask.passResume <= mask.passEdge))
+    return "--pass-edge: the lower passband's edge " + hz(mask.passEdge) +
+           " lies at or above the upper passband's edge " + hz(mask.passResume);
+  const std::vector<Span> passbands = PassSpans(mask, highpass);
   for (const StopCheck& s : mask.stops) {
     if (!(std::isfinite(s.frequency) && s.frequency > 0))
       return "--stop: a stopband needs an edge that is a finite frequency above 0 Hz";
     if (!finite(s.depth)) return "--stop: the depth must be finite, 0 dB or more";
-    // A bandpass's lower skirt must stay below its lower edge.
-    const bool below = highpass || s.below;
-    const double near = s.below && mask.passStart > 0 ? mask.passStart : mask.passEdge;
-    // A notch must also end below a bandstop's upper passband.
-    const bool inside = s.to <= 0 || mask.passResume <= 0 || s.to < mask.passResume;
-    // A lower skirt needs a passband above it: a lowpass has none.
-    const bool skirt = !s.below || highpass || mask.passStart > 0;
-    if ((below ? s.frequency < near : s.frequency > near) && inside && skirt) continue;
-    const std::string f = TrimBlanks(FormatFrequency(s.frequency));
-    return (s.below ? "--stop-below " : "--stop ") + f + ":" + Db(s.depth) + ": the stopband " +
-           (highpass ? "to " : "from ") + f + " overlaps the passband " +
-           (highpass ? "from " : "to ") + edge + " (--pass-edge)";
+    const std::string key =
+        (s.below ? "--stop-below " : "--stop ") + hz(s.frequency) + ":" + Db(s.depth);
+    if (!finite(s.to) || (s.to > 0 && s.to <= s.frequency))
+      return key + ": the stopband ends at " + hz(s.to) + ", not above its start";
+    const Span stop = StopSpan(s, highpass);
+    for (const Span& pass : passbands)
+      if (Overlap(stop, pass))
+        return key + ": the stopband " + SpanText(stop) + " overlaps the passband " +
+               SpanText(pass) + " (--pass-edge)";
   }
   return {};
 }

@@ -76,10 +76,29 @@ std::vector<MaskCheck> MaskChecks(const Mask& mask, std::span<const float> freq,
 // The passband and each stopband of the mask.
 std::vector<Band> MaskBands(const Mask& mask, bool highpass);
 
+// The frequencies one band of a mask covers, Hz: low 0 for a band that
+// runs down to 0 Hz, high infinite for one that runs on upwards.
+struct Span {
+  double low = 0, high = 0;
+};
+// A stop check's span: a notch or any stopband with an upper end runs from
+// its frequency to that end.
+Span StopSpan(const StopCheck& stop, bool highpass);
+// The passband's span; a bandstop has two, below and above its notch.
+std::vector<Span> PassSpans(const Mask& mask, bool highpass);
+// Whether two spans share a frequency. A shared edge counts: at that
+// frequency the filter would be held to both limits at once.
+inline bool Overlap(const Span& a, const Span& b) {
+  return a.low <= b.high && b.low <= a.high;
+}
+// "to 7MHz", "from 14MHz", "from 7MHz to 7.3MHz".
+std::string SpanText(const Span& span);
+
 // Why a mask cannot be checked, in one line naming the command line's
 // option: a band edge or limit that is not a finite number, a band with no
-// frequencies in it (an edge at or below 0 Hz), a stopband that reaches
-// into the passband. Empty when it can be checked.
+// frequencies in it (an edge at or below 0 Hz, a band edge at or beyond the
+// band's other edge), a stopband that reaches into the passband. Empty when
+// it can be checked.
 std::string MaskFault(const Mask& mask, bool highpass);
 
 }  // namespace drenik

@@ -9,10 +9,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
+#include <sstream>
+#include <thread>
 #include <tuple>
 
+#include "cli/progress_line.h"
 #include "core/last_session.h"
 #include "plot/overlay.h"
 #include "support/recording_platform.h"
@@ -217,6 +221,30 @@ TEST(Reliability, ProgressLineOnATerminal) {
     EXPECT_TRUE(!quiet || shown.empty());
   }
   close(terminal), close(master);
+}
+
+// The chooser's line counts no trials: it gives the share done and the time
+// left, once the run has lasted long enough to need it. Its --quiet is its
+// own and no other command's but tolerance's.
+TEST(Reliability, ThePartsProgressLineGivesTheShareDone) {
+  std::ostringstream err;
+  {
+    cli::ProgressLine line(err, true, "parts");
+    line.Update(0.1);
+    EXPECT_EQ(err.str(), "");  // a short run needs no sign of life
+    std::this_thread::sleep_for(std::chrono::milliseconds(600));
+    line.Update(0.5);
+    EXPECT_TRUE(err.str().starts_with("\r\x1b[Kparts: 50% done, ") &&
+                err.str().ends_with(" s left"))
+        << err.str();
+  }
+  EXPECT_TRUE(err.str().ends_with("\r\x1b[K"));
+  const auto quiet = [](const char* command) {
+    return Drenik({command, "--quiet"}, [] { StdoutTo("/dev/null"); });
+  };
+  EXPECT_EQ(quiet("parts"), std::make_pair(0, std::string()));
+  EXPECT_TRUE(
+      quiet("design").second.starts_with("drenik: --quiet: only for 'tolerance' or 'parts'"));
 }
 
 TEST(Reliability, AFailedWriteKeepsTheOldFileAndLeavesNothingBehind) {

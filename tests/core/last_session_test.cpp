@@ -70,6 +70,8 @@ TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
       "7,1E+10,3,.2,60,\"Linhighpass,75,123",        // unclosed quote
       "7,1E+10,3,.2,60,\"Lin\"high\"pass\",75,123",  // stray quotes
       "\x01\xff\xfe garbage \x00",
+      "7,1E+10,3,.2,60,\"Linhighpass\",75,123,7E+06",      // a centre without its inductance
+      "7,1E+10,3,.2,60,\"Linhighpass\",75,123,nan,1E-06",  // a centre that is no number
   };
   for (const char* content : faulty) {
     SCOPED_TRACE(content);

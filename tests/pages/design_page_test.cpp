@@ -160,6 +160,27 @@ TEST_F(DesignPageTest, BandBoxesRedesignAtOnceAndShowTheEdges) {
   EXPECT_TRUE(D().Center == 0 && D().Stages == 5 && D().ElementType[2] == 1);
 }
 
+// A band design comes back from Exit exactly (an odd centre and inductance
+// too); a file of eight fields gives a band topology the page's own centre.
+TEST_F(DesignPageTest, ABandDesignComesBackAfterExitAndAnOlderFileTakesTheDefaultCentre) {
+  DesignPage& page = StartDesign();
+  page.Box("txtBandwidth").Type("123457");
+  page.Option("optCoupledbandpass").Click();
+  page.Box("txtCenter").Type("7148426");
+  page.Box("txtResonatorL").Type("1.234567u");
+  const DesignRecord before = D();
+  page.Button("cmdExit").Click();
+  EXPECT_TRUE(ReadSession().ends_with(",\"Coupledbandpass\",50,1000000,7148426,.000001234567\r\n"));
+  for (const char* line : {"", "5,300000,2,.044,40,\"Cinbandstop\",50,1000000"}) {
+    if (*line) WriteSession(line);
+    app_.reset();
+    StartDesign();
+    EXPECT_TRUE(*line ? D().Center == kDefaultCenter && D().Stages == 5
+                      : Design().Box("txtCenter").Text() == "7.148426M" && D().L == before.L &&
+                            D().C == before.C && D().ResonatorL == before.ResonatorL);
+  }
+}
+
 // The load's snap (open bounds) is narrower for 0.01 dB than a Cauer design's.
 TEST_F(DesignPageTest, RippleSnapsAndStopbandEdgeBeforeACauerDesign) {
   const std::tuple<float, float, std::string> snaps[] = {{0.015f, 0.015f, ""},

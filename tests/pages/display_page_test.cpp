@@ -88,6 +88,23 @@ TEST_F(DisplayPageTest, LoadDrawsStandardValuesTheButtonsRedrawAndUpThenDownIsNo
 // Only strictly inside the plot reads values.
 // A winding capacitance that resonates the inductors inside the sweep is
 // told in one line; ideal parts leave the page as it was.
+// A band moves whole, centre and width together, and stops at the top of
+// the range the design page's boxes take.
+TEST_F(DisplayPageTest, UpAndDownMoveABandWholeWithinTheBoxesRange) {
+  DesignPage& page = StartDesign();
+  page.Box("txtBandwidth").Type("300k");
+  page.Option("optCinbandpass").Click();
+  page.Button("cmdDesign").Click();
+  const float center = D().Center, width = D().Width;
+  Display().Controls().FindButton("cmdUp")->Click();
+  EXPECT_TRUE(D().Center == float(center * 1.01) && D().Width == float(width * 1.01));
+  EXPECT_TRUE(Shows("f0 7.2215MHz, f1 7.0716MHz, f2 7.3746MHz", 9000, 3030));
+  D().Center = 9.95e9f, D().Width = 1e9f;
+  Display().Controls().FindButton("cmdUp")->Click();
+  EXPECT_EQ(D().Center, 1e10f);
+  EXPECT_NEAR(D().Width, 1e9 * 1e10 / 9.95e9, 1e3);
+}
+
 TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
   StartDesign();
   D().WindingCapacitance = 40e-12f;  // with about 2.6 uH: near 15.6 MHz, below Fstop 21 MHz

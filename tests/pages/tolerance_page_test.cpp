@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "app_fixture.h"
@@ -176,6 +177,51 @@ TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting)
   ASSERT_EQ(platform.messages.size(), 2u);
   EXPECT_EQ(platform.messages[0].text, "Printing is available in the designer window.");
   EXPECT_EQ(platform.dialogs.back().proposedName, "Tolerance.png");
+}
+
+// A band's mask: both edges and each stopband's from and to as the command
+// line's default mask has them; inverted and overlapping bands are refused
+// naming the boxes; the run checks what the boxes say.
+TEST_F(TolerancePageTest, BandMasksFillBothEdgesRefuseOverlapsAndRun) {
+  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(f)); };
+  Open({"optChebycheff", "optCinbandstop"}, "1M");
+  const Mask notch = DefaultMask(ToleranceDesignOf(Page().Stage()));
+  EXPECT_TRUE(Box("txtPassEdge") == hz(notch.passEdge) &&
+              Box("txtPassEdge2") == hz(notch.passResume) &&
+              Box("txtStopFreq1") == hz(notch.stops.at(0).frequency) &&
+              Box("txtStopTo1") == hz(notch.stops[0].to));
+
+  app_.reset();
+  Open({"optChebycheff", "optCinbandpass"}, "300k");
+  const Mask mask = DefaultMask(ToleranceDesignOf(Page().Stage()));
+  EXPECT_TRUE(Box("txtPassEdge") == hz(mask.passStart) && Box("txtPassEdge2") == hz(mask.passEdge));
+  EXPECT_TRUE(Box("txtStopFreq1").empty() && Box("txtStopTo1") == hz(mask.stops.at(0).frequency));
+  const std::tuple<const char*, const char*, const char*> bad[] = {
+      {"txtPassEdge2", "6M", "the lower below the upper (Passband from, to)"},
+      {"txtStopTo1", "7.1M", "to 7.1MHz (row 1) reaches into the passband from 7.0016MHz"},
+      {"txtStopFreq2", "7.2M", "from 7.2MHz (row 2) reaches into the passband"},
+      {"txtStopTo2", "7M", "must end (to) above where it starts (from) (row 2)"}};
+  for (const auto& [box, text, why] : bad) {
+    const std::string before = Box(box);
+    platform.messages.clear();
+    Type(box, text);
+    Click("cmdRun");
+    ASSERT_EQ(platform.messages.size(), 1u) << box;
+    EXPECT_NE(platform.messages[0].text.find(why), std::string::npos) << platform.messages[0].text;
+    Type(box, before);
+  }
+  // A third check, 20 dB over 1 to 5 MHz, below the passband.
+  Type("txtStopFreq3", "1M"), Type("txtStopTo3", "5M"), Type("txtStopDepth3", "20");
+  Type("txtTrials", "200"), Type("txtCtol", "0.2"), Type("txtLtol", "0.2");
+  Click("cmdRun");
+  Page().Wait();
+  ASSERT_TRUE(Page().HasResult() && Page().Result().checks.size() == 4);
+  EXPECT_EQ(Page().Result().checks[3].check.name, "attenuation 20 dB from 1MHz to 5MHz");
+  EXPECT_GT(Page().Result().yield, 0.5);
+  const RecordingCanvas paper = Page().PaperDrawing();
+  EXPECT_TRUE(std::ranges::any_of(paper.Ops(), [](const DrawOp& op) {
+    return op.text == "Stopband from 1MHz to 5MHz: 20.0 dB";
+  }));
 }
 
 }  // namespace

@@ -2,11 +2,13 @@
 // window responsive and can be cancelled, the picture it saves.
 #include <QFile>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QProcess>
 #include <QStandardPaths>
 
+#include "core/formatters.h"
 #include "fixture.h"
 #include "qt/print_page.h"
 
@@ -66,6 +68,49 @@ TEST_F(WindowTest, ToleranceWindowRunsOnAWorkerThreadCancelsAndSavesItsPicture) 
   for (const char* expected : {"Yield", "Settings", "Trials: 500, seed 1", "Failures per check",
                                "Worst passband", "Least stopband"})
     EXPECT_TRUE(text.contains(expected)) << expected;
+}
+
+// A band typed into the design page reaches the strip and the display page;
+// the tolerance window then shows the band's mask boxes (a lowpass's window
+// hides them) and runs its mask.
+TEST_F(WindowTest, ABandTypedOnTheDesignPageReachesTheDisplayAndTheToleranceWindowRunsItsMask) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  Click(Button(window->DisplayView(), "cmdTolerance"));
+  ControlPageView& view = window->Tolerance()->View();
+  const int lowpassRun = Button(view, "cmdRun")->geometry().top();
+  EXPECT_TRUE(view.WidgetFor("txtPassEdge2")->isHidden() &&
+              view.WidgetFor("txtStopTo1")->isHidden());
+  Click(Button(view, "cmdClose"));
+  Click(Button(window->DisplayView(), "cmdDesign"));
+
+  TypeInto(Edit("txtBandwidth"), "300k");
+  Click(Radio("optCoupledbandpass"));
+  const int redraws = app->Design().SchematicRedraws();
+  TypeInto(Edit("txtCenter"), "7.1M");
+  TypeInto(Edit("txtResonatorL"), "1.5u");
+  EXPECT_TRUE(D().Center == 7.1e6f && D().L[2] == 1.5e-6f);
+  EXPECT_GT(app->Design().SchematicRedraws(), redraws);
+  EXPECT_TRUE(HasText(app->DesignCanvas(), FormatInductance(1.5e-6f)));
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_TRUE(HasText(app->DisplayCanvas(), "f0 7.1MHz, f1 6.9516MHz, f2 7.2516MHz"));
+
+  Click(Button(window->DisplayView(), "cmdTolerance"));
+  EXPECT_FALSE(view.WidgetFor("txtPassEdge2")->isHidden() ||
+               view.WidgetFor("txtStopTo1")->isHidden());
+  EXPECT_EQ(Widget<QLabel>(view, "lblPassEdge")->text(), "Passband from, Hz");
+  EXPECT_GT(Button(view, "cmdRun")->geometry().top(), lowpassRun + 20);  // a row lower
+  for (const auto& [box, text] : {std::pair{"txtCtol", "0.2"},
+                                  {"txtLtol", "0.2"},
+                                  {"txtTrials", "300"},
+                                  {"txtStopTo1", "6.5M"}})
+    TypeInto(Widget<QLineEdit>(view, box), text);
+  Click(Button(view, "cmdRun"));
+  TolerancePage& page = app->Tolerance();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return page.HasResult(); }, 20000));
+  ASSERT_EQ(page.Result().checks.size(), 3u);
+  EXPECT_TRUE(page.Result().checks[1].check.name.ends_with(" to 6.5MHz"));
+  EXPECT_GT(page.Result().yield, 0.5);
 }
 
 }  // namespace

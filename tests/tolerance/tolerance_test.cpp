@@ -326,6 +326,17 @@ TEST(Tolerance, BandsAreJudgedAtTheirOwnFrequencies) {
       {{.passEdge = 7e6, .stops = {{14e6, 40}}}, ""},
       // A bandpass: a lower skirt below its lower edge is no overlap.
       {{.passEdge = 7.3e6, .passStart = 7e6, .stops = {{5e6, 40, true}, {10e6, 40}}}, ""},
+      {{.passEdge = 7.3e6, .passStart = 7e6, .stops = {{1e6, 40, false, 5e6}}}, ""},
+      {{.passEdge = 7.3e6, .passStart = 7e6, .stops = {{1e6, 40, false, 7e6}}},
+       "the stopband from 1MHz to 7MHz overlaps the passband from 7MHz to 7.3MHz"},
+      {{.passEdge = 7e6, .passStart = 7.3e6}, "lies at or below its lower edge 7.3MHz"},
+      // A bandstop: its notch must end below the upper passband, above its start.
+      {{.passEdge = 7e6, .passResume = 8e6, .stops = {{7.2e6, 40, false, 7.8e6}}}, ""},
+      {{.passEdge = 7e6, .passResume = 8e6, .stops = {{7.2e6, 40}}},
+       "from 7.2MHz overlaps the passband from 8MHz"},
+      {{.passEdge = 7e6, .passResume = 8e6, .stops = {{7.8e6, 40, false, 7.2e6}}},
+       "ends at 7.2MHz, not above its start"},
+      {{.passEdge = 8e6, .passResume = 7e6}, "--pass-edge"},
   };
   for (const auto& [mask, why] : faults) {
     const std::string fault = MaskFault(mask, false);
