@@ -6,6 +6,7 @@
 #include "core/formatters.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
+#include "synthesis/design_edges.h"
 #include "synthesis/families.h"
 #include "timeplot/time_charts.h"
 
@@ -48,18 +49,34 @@ void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top
 
 }  // namespace
 
+std::string TimeDesignText(const DesignRecord& d) {
+  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(static_cast<float>(f))); };
+  std::string text =
+      std::string(FamilyName(d.Family)) + " order " + std::to_string(d.Order) + " " + d.Topology;
+  const DesignEdges e = EdgesOf(d);
+  // A band design's Width is f2 - f1 about its geometric centre, not a
+  // cutoff.
+  if (e.band)
+    return text + ", centre " + hz(d.Center) + ", bandwidth " + hz(d.Width) + " (f1 " + hz(e.f1) +
+           ", f2 " + hz(e.f2) + ")";
+  return text + ", cutoff " + TrimBlanks(FormatFrequency(d.Width));
+}
+
 TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span, int points) {
   TimePageData data;
-  data.title = std::string("Time response and Smith chart: ") + FamilyName(d.Family) + " order " +
-               std::to_string(d.Order) + " " + d.Topology + ", cutoff " +
-               TrimBlanks(FormatFrequency(d.Width));
+  data.title = "Time response and Smith chart: " + TimeDesignText(d);
   const ValueStages stages = MakeValueStages(d);
   if (!stages.fault.empty()) {
     data.fault = stages.fault;
     return data;
   }
-  for (ValueStage v : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
-    const DesignRecord& r = stages.At(v);
+  std::vector<ValueStage> shown{ValueStage::Exact};
+  if (last != ValueStage::Exact) shown.push_back(ValueStage::FiveC);
+  if (last == ValueStage::FiveL || (last == ValueStage::Chosen && d.InductorMode == 1))
+    shown.push_back(ValueStage::FiveL);
+  if (last == ValueStage::Chosen) shown.push_back(ValueStage::Chosen);
+  for (ValueStage v : shown) {
+    const DesignRecord& r = v == ValueStage::Chosen ? d : stages.At(v);
     TimeRequest request;
     request.ladder = LadderOf(r);
     // Band designs: losses at the centre, and the envelope of the switched
@@ -69,14 +86,18 @@ TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double spa
     request.span = data.stages.empty() ? span : data.stages.front().time.t.back();
     request.points = points;
     const int mode = static_cast<int>(v) + 1;
-    TimeStage stage{ValueStageName(v), TransmissionColor(mode), ReflectionColor(mode),
-                    ComputeTimeResponse(request), SmithLocusOf(r)};
+    const std::string name = ValueStageName(v);
+    TimeStage stage{name,
+                    v == ValueStage::Chosen ? "Chosen parts" : name + " values",
+                    TransmissionColor(mode),
+                    ReflectionColor(mode),
+                    ComputeTimeResponse(request),
+                    SmithLocusOf(r)};
     if (!stage.time.fault.empty()) {
       data.fault = stage.time.fault;
       return data;
     }
     data.stages.push_back(std::move(stage));
-    if (v == last) break;
   }
   return data;
 }
@@ -102,8 +123,8 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
   for (const TimeStage& s : data.stages) {
     canvas.SetForeColor(s.color);
     canvas.SetTextPosition(x, 650);
-    canvas.Print(s.name + " values");
-    x += canvas.TextWidth(s.name + " values") + 400;
+    canvas.Print(s.legend);
+    x += canvas.TextWidth(s.legend) + 400;
   }
   if (charts != TimeCharts::Smith) {
     std::vector<TimeCurve> steps, impulses;
@@ -140,9 +161,10 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
 }
 
 void TimePage::Load(const DesignRecord& d) {
-  const ValueStage last = d.ValueMode == 1   ? ValueStage::Exact
-                          : d.ValueMode == 2 ? ValueStage::FiveC
-                                             : ValueStage::FiveL;
+  const ValueStage last = d.ValueMode == 1                  ? ValueStage::Exact
+                          : d.ValueMode == 2                ? ValueStage::FiveC
+                          : d.ValueMode == kChosenPartsMode ? ValueStage::Chosen
+                                                            : ValueStage::FiveL;
   data_ = MakeTimePageData(d, last);
   readout_.clear();
   DrawTimePage(canvas_, data_, TimeCharts::All);

@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
 #include "app_fixture.h"
 #include "export/writers.h"
+#include "plot/frequency_axis.h"
 
 namespace drenik::testing {
 namespace {
@@ -60,6 +63,45 @@ TEST_F(TimePageTest, SmithPointsAreTheTouchstoneS11AndEveryStageIsDrawnInItsColo
     // Step and impulse curves and the Smith locus.
     EXPECT_GT(lines, 2 * 1999 + static_cast<int>(n) / 2) << s.name;
   }
+}
+
+// The window's page after "Chosen parts": the chooser's stage last, in its
+// colour, and its step is that of the exact ladder with the chosen values.
+TEST_F(TimePageTest, ChosenPartsStageIsTheResponseOfTheChosenValues) {
+  StartDesign();
+  Design().Button("cmdDesign").Click();
+  PartsRequest request;
+  request.capacitors = ESeries::E6;  // far enough from the 5% C values to tell apart
+  Display().SetPartsRequest(request);
+  Display().OnChosenParts();
+  ASSERT_TRUE(Display().ChosenParts());
+  App().ShowTimePage();
+  const TimePageData& data = App().Time().Data();
+  ASSERT_TRUE(data.fault.empty()) << data.fault;
+  ASSERT_EQ(data.stages.size(), 3u);
+  const TimeStage& chosen = data.stages[2];
+  EXPECT_EQ(chosen.color, kChosenTransmissionColor);
+
+  DesignRecord x = MakeValueStages(D()).exact;
+  for (const PositionParts& p : Display().ChosenParts()->positions)
+    x.L[p.position] = p.L, x.C[p.position] = p.C;
+  TimeRequest r;
+  r.ladder = LadderOf(x);
+  r.lossFrequency = r.ladder.qReference;
+  r.span = chosen.time.t.back();
+  const TimeResponse expected = ComputeTimeResponse(r);
+  ASSERT_EQ(expected.step.size(), chosen.time.step.size());
+  double fromChosen = 0, fromFiveC = 0;
+  for (size_t n = 0; n < expected.step.size(); ++n) {
+    fromChosen = std::max(fromChosen, std::fabs(expected.step[n] - chosen.time.step[n]));
+    fromFiveC = std::max(fromFiveC, std::fabs(expected.step[n] - data.stages[1].time.step[n]));
+  }
+  EXPECT_LT(fromChosen, 1e-9);
+  EXPECT_GT(fromFiveC, 1e-3);
+  const auto& ops = App().Time().Drawing().Ops();
+  EXPECT_TRUE(std::any_of(ops.begin(), ops.end(), [](const DrawOp& op) {
+    return op.kind == DrawOp::Kind::Text && op.text == "Chosen parts";
+  }));
 }
 
 }  // namespace
