@@ -49,7 +49,7 @@ void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top
 
 }  // namespace
 
-std::string TimeDesignText(const DesignRecord& d) {
+std::string TimeDesignText(const DesignRecord& d, bool edges) {
   const auto hz = [](double f) { return TrimBlanks(FormatFrequency(static_cast<float>(f))); };
   std::string text =
       std::string(FamilyName(d.Family)) + " order " + std::to_string(d.Order) + " " + d.Topology;
@@ -57,14 +57,19 @@ std::string TimeDesignText(const DesignRecord& d) {
   // A band design's Width is f2 - f1 about its geometric centre, not a
   // cutoff.
   if (e.band)
-    return text + ", centre " + hz(d.Center) + ", bandwidth " + hz(d.Width) + " (f1 " + hz(e.f1) +
-           ", f2 " + hz(e.f2) + ")";
+    return text + ", centre " + hz(d.Center) + ", bandwidth " + hz(d.Width) +
+           (edges ? " (f1 " + hz(e.f1) + ", f2 " + hz(e.f2) + ")" : "");
   return text + ", cutoff " + TrimBlanks(FormatFrequency(d.Width));
 }
 
 TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span, int points) {
   TimePageData data;
-  data.title = "Time response and Smith chart: " + TimeDesignText(d);
+  // The edges would run the heading off the page: they stand beside the
+  // stages' names.
+  data.title = "Time response and Smith chart: " + TimeDesignText(d, false);
+  if (const DesignEdges e = EdgesOf(d); e.band)
+    data.edges = "Band edges f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) +
+                 ", f2 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));
   const ValueStages stages = MakeValueStages(d);
   if (!stages.fault.empty()) {
     data.fault = stages.fault;
@@ -126,6 +131,11 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
     canvas.Print(s.legend);
     x += canvas.TextWidth(s.legend) + 400;
   }
+  if (!data.edges.empty()) {
+    canvas.SetForeColor(kBlack);
+    canvas.SetTextPosition(7000, 650);
+    canvas.Print(data.edges);
+  }
   if (charts != TimeCharts::Smith) {
     std::vector<TimeCurve> steps, impulses;
     // Each stage over the ones before it, as on the display page.
@@ -152,8 +162,11 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
     canvas.SetFont("Arial", 8, true);
     canvas.SetTextPosition(place.cx - place.radius, place.cy - place.radius - 330);
     char text[96];
-    std::snprintf(text, sizeof text, "Input reflection S11, %s ohm; the square marks the cutoff",
-                  TrimBlanks(FormatValue(data.stages.front().smith.reference)).c_str());
+    const SmithLocus& first = data.stages.front().smith;
+    std::snprintf(text, sizeof text, "Input reflection S11, %s ohm; %s",
+                  TrimBlanks(FormatValue(first.reference)).c_str(),
+                  first.marks.size() > 1 ? "the squares mark the band edges f1, f2"
+                                         : "the square marks the cutoff");
     canvas.Print(text);
   }
   SetDefaultPageFont(canvas);

@@ -26,14 +26,15 @@ struct TimeStage {
 
 struct TimePageData {
   std::string title;
+  std::string edges;              // "Band edges f1 ..., f2 ..." of a band design, beside the stages
   std::vector<TimeStage> stages;  // the exact stage first
   std::string fault;              // what stopped the analysis; empty when none did
 };
 
 // The design in words for a heading: family, order, topology and its band,
-// the cutoff of a lowpass or highpass, the centre f0, the width and the
-// edges f1, f2 of a bandpass or bandstop.
-std::string TimeDesignText(const DesignRecord& d);
+// the cutoff of a lowpass or highpass, the centre f0 and the width of a
+// bandpass or bandstop, and with `edges` its edges f1, f2.
+std::string TimeDesignText(const DesignRecord& d, bool edges = true);
 
 // The stages of `d` from the exact values up to `last`, on the time axis of
 // the exact stage (or `span` seconds when above 0) with `points` points.
