@@ -99,10 +99,6 @@ TEST_F(TimePageTest, ChosenPartsStageIsTheResponseOfTheChosenValues) {
   }
   EXPECT_LT(fromChosen, 1e-9);
   EXPECT_GT(fromFiveC, 1e-3);
-  const auto& ops = App().Time().Drawing().Ops();
-  EXPECT_TRUE(std::any_of(ops.begin(), ops.end(), [](const DrawOp& op) {
-    return op.kind == DrawOp::Kind::Text && op.text == "Chosen parts";
-  }));
 }
 
 // A bandpass is headed by its centre and band, and its Smith chart marks
@@ -117,19 +113,14 @@ TEST_F(TimePageTest, BandDesignHeadingAndSmithEdges) {
   ASSERT_TRUE(data.fault.empty()) << data.fault;
   EXPECT_NE(data.title.find("centre 7.15MHz, bandwidth 300KHz"), std::string::npos) << data.title;
   EXPECT_EQ(data.edges, "Band edges f1 7.0016MHz, f2 7.3016MHz");
-  EXPECT_EQ(data.title.find("cutoff"), std::string::npos) << data.title;
   const SmithLocus& locus = data.stages[1].smith;
   const DesignEdges e = EdgesOf(D());
   ASSERT_EQ(locus.marks.size(), 2u);
   EXPECT_EQ(locus.marks[1], LadderSParameters(LadderOf(D()), e.f2).S11);
-  int inBand = 0;
-  for (size_t i = 0; i < locus.freq.size(); ++i) {
-    if (locus.freq[i] < e.f1 || locus.freq[i] > e.f2) continue;
-    ++inBand;
-    EXPECT_LE(std::abs(locus.gamma[i]), locus.passbandRadius);
-  }
-  EXPECT_GT(inBand, 10);
-  EXPECT_LT(locus.passbandRadius, 0.5);
+  for (size_t i = 0; i < locus.freq.size(); ++i)
+    EXPECT_TRUE(locus.freq[i] < e.f1 || locus.freq[i] > e.f2 ||
+                std::abs(locus.gamma[i]) <= locus.passbandRadius);
+  EXPECT_TRUE(locus.passbandRadius > 0.05 && locus.passbandRadius < 0.5);
 }
 
 }  // namespace
