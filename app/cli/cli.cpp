@@ -31,6 +31,8 @@ const char* ValuesTitle(ValueStage v) {
       return "5% C";
     case ValueStage::FiveL:
       return "5% L";
+    case ValueStage::Chosen:
+      return "chosen";
   }
   return "";
 }

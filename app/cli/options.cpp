@@ -170,7 +170,9 @@ std::string ChoicesText() {
          "  --q inf|TEXT                inductor Q                (inf)\n" +
          PartModelUsageText() +
          "--values: exact values, 5% capacitors with retuned inductors (5c, default),\n"
-         "  or 5% capacitors and 5% inductors (5l)\n";
+         "  or 5% capacitors and 5% inductors (5l)\n"
+         "  or the stock parts of the chooser (chosen: --cseries, --lseries, --pairs and\n"
+         "  --air-core as for parts)\n";
 }
 
 // A number is a decimal number with an optional exponent and prefix letter.
@@ -325,6 +327,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   o.command = command->command;
 
   bool sizeGiven = false;
+  std::string partsOption;  // the first of the chooser's options outside `parts`
   for (size_t i = 1; i < args.size(); ++i) {
     const std::string& name = args[i];
     auto value = [&]() -> std::string {
@@ -364,7 +367,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (ParsePartModelOption(name, value, ch.models)) {
     } else if (o.command == Command::Winding && (name == "--core" || name == "--air-core")) {
       o.former = name == "--core" ? CoreOption(name, value()) : AirCoreOption(name, value());
-    } else if (ParsePartsOption(name, value, o.command == Command::Parts, o.parts)) {
+    } else if (ParsePartsOption(name, value, o.command == Command::Parts || name != "--bom",
+                                o.parts)) {
+      if (o.command != Command::Parts && partsOption.empty()) partsOption = name;
     } else if (name == "--values") {
       if (o.command == Command::Parts) throw UsageError(name + ": not for 'parts'");
       std::string v = value();
@@ -374,8 +379,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
         o.values = ValueStage::FiveC;
       } else if (v == "5l") {
         o.values = ValueStage::FiveL;
+      } else if (v == "chosen") {
+        o.values = ValueStage::Chosen;
       } else {
-        throw UsageError("--values: expected exact, 5c or 5l, got '" + v + "'");
+        throw UsageError("--values: expected exact, 5c, 5l or chosen, got '" + v + "'");
       }
     } else if (name == "--json") {
       if (o.command != Command::Parts && o.command != Command::Tolerance &&
@@ -418,6 +425,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     }
   }
   CheckBand(o.choices);
+  if (!partsOption.empty() && o.values != ValueStage::Chosen)
+    throw UsageError(partsOption + ": only for 'parts' or --values chosen");
   if (o.command == Command::Render && o.renderFile.empty() && o.smithFile.empty() &&
       o.stepFile.empty()) {
     throw UsageError("render: needs --png FILE, --svg FILE or --pdf FILE");

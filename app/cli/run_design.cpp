@@ -98,7 +98,7 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   if (!exactSeen) throw DesignFailure("The display page did not analyse the design.");
   if (options.values == ValueStage::FiveL) app.Display().OnInductors();
   Fail(platform);
-  if (options.command == Command::Parts) {
+  if (options.command == Command::Parts || options.values == ValueStage::Chosen) {
     app.Display().SetPartsRequest(options.parts.request);
     app.Display().SetPartsProgress(partsProgress);
     app.Display().OnChosenParts();

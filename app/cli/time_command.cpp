@@ -9,7 +9,7 @@
 #include "core/atomic_file.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
-#include "synthesis/families.h"
+#include "pages/time_page.h"
 #include "timeplot/time_charts.h"
 
 namespace drenik::cli {
@@ -53,8 +53,7 @@ void WriteSummary(const DesignRecord& d, const TimeResponse& r, const std::strin
   const TimeFigures& f = r.figures;
   char level[64];
   std::snprintf(level, sizeof level, "%.4f to %.4f", r.initial, r.final);
-  out << "Time response: " << FamilyName(d.Family) << " order " << d.Order << " " << d.Topology
-      << ", cutoff " << TrimBlanks(FormatFrequency(d.Width)) << ", " << values << " values\n"
+  out << "Time response: " << TimeDesignText(d) << ", " << values << " values\n"
       << "Step (the voltage a matched load would get): " << level << "\n";
   char pct[32];
   std::snprintf(pct, sizeof pct, "%.3f %%", f.overshootPct);

@@ -9,6 +9,15 @@
 // each point of the AC sweep), the winding capacitance sits across inductor
 // and resistor, the capacitor's loss is a resistor Q / (w C) across it and
 // its lead inductance is in series.
+//
+// `hertz` is the analysis frequency only in .ac; the operating point and a
+// transient analysis see 0 (in an interactive session ngspice keeps the last
+// .ac frequency instead). A loss resistor that is 0 there makes .tran fail
+// and one that is infinite drops the loss, so each resistor falls back to
+// its value at the Q's reference frequency (the cutoff, a band design's
+// centre) when hertz is 0: exactly the fixed resistance the program's time
+// response uses, since a Q that changes with frequency has no lumped
+// equivalent in the time domain.
 
 #include <algorithm>
 #include <cmath>
@@ -54,14 +63,22 @@ bool HasPartModels(const DesignRecord& d) {
          d.CapacitorQ != kInfiniteQcap || d.WindingCapacitance != 0 || d.CapacitorEsl != 0;
 }
 
+// A resistance that follows the AC analysis' frequency, or `fixed` ohms
+// where hertz is 0 (see the head of this file).
+std::string FollowingHertz(const std::string& expression, double fixed) {
+  return "{hertz>0 ? " + expression + " : " + Number(fixed) + "}";
+}
+
 // The inductor's series resistance, ohms, as ngspice text: w L / Q(f) with
-// Q(f) = Q0 (f / f0)^e, that is 2 pi L f0^e / Q0 times f^(1 - e).
+// Q(f) = Q0 (f / f0)^e, that is 2 pi L f0^e / Q0 times f^(1 - e), and
+// 2 pi f0 L / Q0 at f0 for every law.
 std::string LossResistance(const Ladder& m, double henries) {
   const double e = FactsOf(m.qLaw).exponent;
   const double k = kTwoPi * henries * std::pow(m.qReference, e) / m.qind;
   if (e == 1) return Number(k);
-  if (e == 0) return "{" + Number(k) + "*hertz}";
-  return "{" + Number(k) + "*pow(hertz," + Number(1 - e) + ")}";
+  const double atReference = kTwoPi * m.qReference * henries / m.qind;
+  if (e == 0) return FollowingHertz(Number(k) + "*hertz", atReference);
+  return FollowingHertz(Number(k) + "*pow(hertz," + Number(1 - e) + ")", atReference);
 }
 
 class NetlistBuilder {
@@ -111,10 +128,12 @@ class NetlistBuilder {
     }
     const std::string top = m_.cesl > 0 ? "e" + ks : b;
     Line("C" + ks + " " + a + " " + top + " " + Number(d_.C[k]));
-    // Q / (w C); the floor on the frequency keeps the operating point finite.
-    if (m_.qcap < kInfiniteQcap)
-      Line("RPAR" + ks + " " + a + " " + top + " {" + Number(m_.qcap / (kTwoPi * d_.C[k])) +
-           "/max(hertz,1e-3)}");
+    // Q / (w C), at the reference frequency where hertz is 0.
+    if (m_.qcap < kInfiniteQcap) {
+      const double qOverC = m_.qcap / (kTwoPi * d_.C[k]);
+      Line("RPAR" + ks + " " + a + " " + top + " " +
+           FollowingHertz(Number(qOverC) + "/hertz", qOverC / m_.qReference));
+    }
     if (m_.cesl > 0) Line("LESL" + ks + " " + top + " " + b + " " + Number(m_.cesl));
   }
 

@@ -6,6 +6,7 @@
 #include "core/formatters.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
+#include "synthesis/design_edges.h"
 #include "synthesis/families.h"
 #include "timeplot/time_charts.h"
 
@@ -48,18 +49,39 @@ void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top
 
 }  // namespace
 
+std::string TimeDesignText(const DesignRecord& d, bool edges) {
+  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(static_cast<float>(f))); };
+  std::string text =
+      std::string(FamilyName(d.Family)) + " order " + std::to_string(d.Order) + " " + d.Topology;
+  const DesignEdges e = EdgesOf(d);
+  // A band design's Width is f2 - f1 about its geometric centre, not a
+  // cutoff.
+  if (e.band)
+    return text + ", centre " + hz(d.Center) + ", bandwidth " + hz(d.Width) +
+           (edges ? " (f1 " + hz(e.f1) + ", f2 " + hz(e.f2) + ")" : "");
+  return text + ", cutoff " + TrimBlanks(FormatFrequency(d.Width));
+}
+
 TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span, int points) {
   TimePageData data;
-  data.title = std::string("Time response and Smith chart: ") + FamilyName(d.Family) + " order " +
-               std::to_string(d.Order) + " " + d.Topology + ", cutoff " +
-               TrimBlanks(FormatFrequency(d.Width));
+  // The edges would run the heading off the page: they stand beside the
+  // stages' names.
+  data.title = "Time response and Smith chart: " + TimeDesignText(d, false);
+  if (const DesignEdges e = EdgesOf(d); e.band)
+    data.edges = "Band edges f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) +
+                 ", f2 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));
   const ValueStages stages = MakeValueStages(d);
   if (!stages.fault.empty()) {
     data.fault = stages.fault;
     return data;
   }
-  for (ValueStage v : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
-    const DesignRecord& r = stages.At(v);
+  std::vector<ValueStage> shown{ValueStage::Exact};
+  if (last != ValueStage::Exact) shown.push_back(ValueStage::FiveC);
+  if (last == ValueStage::FiveL || (last == ValueStage::Chosen && d.InductorMode == 1))
+    shown.push_back(ValueStage::FiveL);
+  if (last == ValueStage::Chosen) shown.push_back(ValueStage::Chosen);
+  for (ValueStage v : shown) {
+    const DesignRecord& r = v == ValueStage::Chosen ? d : stages.At(v);
     TimeRequest request;
     request.ladder = LadderOf(r);
     // Band designs: losses at the centre, and the envelope of the switched
@@ -69,14 +91,18 @@ TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double spa
     request.span = data.stages.empty() ? span : data.stages.front().time.t.back();
     request.points = points;
     const int mode = static_cast<int>(v) + 1;
-    TimeStage stage{ValueStageName(v), TransmissionColor(mode), ReflectionColor(mode),
-                    ComputeTimeResponse(request), SmithLocusOf(r)};
+    const std::string name = ValueStageName(v);
+    TimeStage stage{name,
+                    v == ValueStage::Chosen ? "Chosen parts" : name + " values",
+                    TransmissionColor(mode),
+                    ReflectionColor(mode),
+                    ComputeTimeResponse(request),
+                    SmithLocusOf(r)};
     if (!stage.time.fault.empty()) {
       data.fault = stage.time.fault;
       return data;
     }
     data.stages.push_back(std::move(stage));
-    if (v == last) break;
   }
   return data;
 }
@@ -102,8 +128,13 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
   for (const TimeStage& s : data.stages) {
     canvas.SetForeColor(s.color);
     canvas.SetTextPosition(x, 650);
-    canvas.Print(s.name + " values");
-    x += canvas.TextWidth(s.name + " values") + 400;
+    canvas.Print(s.legend);
+    x += canvas.TextWidth(s.legend) + 400;
+  }
+  if (!data.edges.empty()) {
+    canvas.SetForeColor(kBlack);
+    canvas.SetTextPosition(7000, 650);
+    canvas.Print(data.edges);
   }
   if (charts != TimeCharts::Smith) {
     std::vector<TimeCurve> steps, impulses;
@@ -131,8 +162,11 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
     canvas.SetFont("Arial", 8, true);
     canvas.SetTextPosition(place.cx - place.radius, place.cy - place.radius - 330);
     char text[96];
-    std::snprintf(text, sizeof text, "Input reflection S11, %s ohm; the square marks the cutoff",
-                  TrimBlanks(FormatValue(data.stages.front().smith.reference)).c_str());
+    const SmithLocus& first = data.stages.front().smith;
+    std::snprintf(text, sizeof text, "Input reflection S11, %s ohm; %s",
+                  TrimBlanks(FormatValue(first.reference)).c_str(),
+                  first.marks.size() > 1 ? "the squares mark the band edges f1, f2"
+                                         : "the square marks the cutoff");
     canvas.Print(text);
   }
   SetDefaultPageFont(canvas);
@@ -140,9 +174,10 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
 }
 
 void TimePage::Load(const DesignRecord& d) {
-  const ValueStage last = d.ValueMode == 1   ? ValueStage::Exact
-                          : d.ValueMode == 2 ? ValueStage::FiveC
-                                             : ValueStage::FiveL;
+  const ValueStage last = d.ValueMode == 1                  ? ValueStage::Exact
+                          : d.ValueMode == 2                ? ValueStage::FiveC
+                          : d.ValueMode == kChosenPartsMode ? ValueStage::Chosen
+                                                            : ValueStage::FiveL;
   data_ = MakeTimePageData(d, last);
   readout_.clear();
   DrawTimePage(canvas_, data_, TimeCharts::All);

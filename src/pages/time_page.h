@@ -16,7 +16,8 @@
 namespace drenik {
 
 struct TimeStage {
-  std::string name;  // "Exact", "5% C", "5% L"
+  std::string name;    // "Exact", "5% C", "5% L", "Chosen"
+  std::string legend;  // "Exact values" ... "Chosen parts"
   int32_t color;
   int32_t lightColor;  // the stage's reflection colour, for the carrier
   TimeResponse time;
@@ -25,12 +26,21 @@ struct TimeStage {
 
 struct TimePageData {
   std::string title;
+  std::string edges;              // "Band edges f1 ..., f2 ..." of a band design, beside the stages
   std::vector<TimeStage> stages;  // the exact stage first
   std::string fault;              // what stopped the analysis; empty when none did
 };
 
+// The design in words for a heading: family, order, topology and its band,
+// the cutoff of a lowpass or highpass, the centre f0 and the width of a
+// bandpass or bandstop, and with `edges` its edges f1, f2.
+std::string TimeDesignText(const DesignRecord& d, bool edges = true);
+
 // The stages of `d` from the exact values up to `last`, on the time axis of
 // the exact stage (or `span` seconds when above 0) with `points` points.
+// For `last` Chosen, `d` is the display page's record at its chosen-parts
+// stage and is that stage itself, drawn after the exact and 5% C stages
+// (and the 5% L one when the display page shows it, InductorMode 1).
 TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span = 0,
                               int points = 2000);
 
@@ -42,8 +52,8 @@ SmithPlace SmithPlaceOf(TimeCharts charts);
 void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts);
 
 // The page the window shows: loaded from the record the display page
-// holds, with the stages it has drawn (exact up to its value mode), and the
-// Smith chart's readout following the mouse.
+// holds, with the stages it has drawn (exact up to its value mode, the
+// chosen parts included), and the Smith chart's readout following the mouse.
 class TimePage {
  public:
   void Load(const DesignRecord& d);

@@ -35,6 +35,8 @@ const char* ValueStageName(ValueStage stage) {
       return "5% C";
     case ValueStage::FiveL:
       return "5% L";
+    case ValueStage::Chosen:
+      return "Chosen";
   }
   return "";
 }

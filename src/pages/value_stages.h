@@ -1,8 +1,11 @@
 #pragma once
-// The display page's three value stages of a design: the exact values, 5%
-// capacitors with retuned inductors, and 5% inductors as well. They are made
-// by the display page's own logic on a copy of the record, so an analysis
-// that varies the design starts from exactly what the display page shows.
+// The display page's value stages of a design: the exact values, 5%
+// capacitors with retuned inductors, 5% inductors as well, and the stock
+// parts its chooser picked. The first three are made by the display page's
+// own logic on a copy of the record, so an analysis that varies the design
+// starts from exactly what the display page shows; the chosen parts depend
+// on the series the user asked for, so only a record that the display page
+// left at that stage (ValueMode 4) holds them.
 
 #include <string>
 
@@ -10,15 +13,16 @@
 
 namespace drenik {
 
-enum class ValueStage { Exact, FiveC, FiveL };
+enum class ValueStage { Exact, FiveC, FiveL, Chosen };
 
-// "Exact", "5% C", "5% L".
+// "Exact", "5% C", "5% L", "Chosen".
 const char* ValueStageName(ValueStage stage);
 
 struct ValueStages {
   DesignRecord exact, fiveC, fiveL;
   std::string fault;  // what stopped the display page; empty when all three are made
 
+  // One of the three stages made here (not Chosen).
   const DesignRecord& At(ValueStage stage) const;
 };
 

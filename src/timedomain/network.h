@@ -9,7 +9,8 @@
 // every frequency w. Such a resistance is not a lumped part and has no
 // impulse response; here it is fixed at its value at the loss frequency
 // (the cutoff), as a circuit simulator's fixed series resistance is, and as
-// the SPICE netlist writes the inductor loss. For a Q law other than a
+// the SPICE netlist's loss resistors are in a transient analysis (where
+// ngspice's hertz is 0). For a Q law other than a
 // constant Q this is the law's resistance at the reference frequency (the
 // loss frequency: the cutoff, or a band design's centre). The winding
 // capacitance and the capacitor's lead inductance are lumped parts and are

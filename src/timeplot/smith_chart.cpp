@@ -6,6 +6,7 @@
 #include "analysis/ladder.h"
 #include "core/formatters.h"
 #include "plot/response_plot.h"
+#include "synthesis/design_edges.h"
 
 namespace drenik {
 namespace {
@@ -52,16 +53,21 @@ SmithLocus SmithLocusOf(const DesignRecord& d) {
   s.reference = d.Rsource;
   const Ladder ladder = LadderOf(d);
   if (!LadderFault(ladder).empty() || d.NrIntervals < 0 || d.NrIntervals >= kSweepSlots) return s;
-  const bool highpass = d.Topology.find("highpass") != std::string::npos;
+  const DesignEdges e = EdgesOf(d);
+  const auto passes = [&e](double f) {
+    if (e.bandstop) return f <= e.f1 || f >= e.f2;
+    if (e.band) return f >= e.f1 && f <= e.f2;
+    return e.highpass ? f >= e.cutoff : f <= e.cutoff;
+  };
   for (int i = 0; i <= d.NrIntervals; ++i) {
     const Complex g = LadderSParameters(ladder, d.Freq[i]).S11;
     s.freq.push_back(d.Freq[i]);
     s.gamma.push_back(g);
-    const bool pass = highpass ? d.Freq[i] >= d.Width : d.Freq[i] <= d.Width;
-    if (pass && std::isfinite(std::abs(g)))
+    if (passes(d.Freq[i]) && std::isfinite(std::abs(g)))
       s.passbandRadius = std::max(s.passbandRadius, std::abs(g));
   }
-  s.cutoff = LadderSParameters(ladder, d.Width).S11;
+  for (double f : e.band ? std::vector<double>{e.f1, e.f2} : std::vector<double>{d.Width})
+    s.marks.push_back(LadderSParameters(ladder, f).S11);
   return s;
 }
 
@@ -102,9 +108,11 @@ void DrawSmithLocus(Canvas& canvas, const SmithPlace& p, const SmithLocus& locus
   canvas.SetDrawWidth(2);
   for (size_t i = 1; i < locus.gamma.size(); ++i)
     Segment(canvas, p, locus.gamma[i - 1], locus.gamma[i]);
-  const float x = static_cast<float>(p.cx + p.radius * locus.cutoff.real());
-  const float y = static_cast<float>(p.cy - p.radius * locus.cutoff.imag());
-  canvas.FilledBox(x - 45, y - 45, x + 45, y + 45, color);
+  for (const Complex& mark : locus.marks) {
+    const float x = static_cast<float>(p.cx + p.radius * mark.real());
+    const float y = static_cast<float>(p.cy - p.radius * mark.imag());
+    canvas.FilledBox(x - 45, y - 45, x + 45, y + 45, color);
+  }
   canvas.SetDrawWidth(1);
   canvas.SetForeColor(kBlack);
 }

@@ -1,7 +1,7 @@
 #pragma once
 // The input reflection S11 of the ladder on a Smith chart: the impedance
-// grid, the locus over the sweep, the cutoff point and the VSWR circle that
-// the passband's return loss sets.
+// grid, the locus over the sweep, the cutoff point (a band design's edges)
+// and the VSWR circle that the passband's return loss sets.
 
 #include <complex>
 #include <string>
@@ -17,9 +17,11 @@ namespace drenik {
 struct SmithLocus {
   std::vector<float> freq;  // Hz
   std::vector<std::complex<double>> gamma;
-  std::complex<double> cutoff{};  // at Width
-  double passbandRadius = 0;      // largest |S11| in the passband
-  double reference = 0;           // ohms
+  // At the cutoff (Width), or at a band design's edges f1 and f2: Width is
+  // then the band's width, far below the sweep.
+  std::vector<std::complex<double>> marks;
+  double passbandRadius = 0;  // largest |S11| in the passband
+  double reference = 0;       // ohms
 };
 
 SmithLocus SmithLocusOf(const DesignRecord& d);

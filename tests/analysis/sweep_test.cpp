@@ -203,12 +203,17 @@ TEST(SpiceNetlist, LossResistorsTerminationsAndUnmodelledPositions) {
   const std::string net = SpiceNetlistText(d);
   // Each value as the shortest text that reads back to its float; the loss
   // resistors follow the frequency.
-  const char* lines[] = {"VGEN gen 0 DC 0 AC 2\r\n", "RSOURCE gen in 50\r\n",
-                         "C1 in 0 3e-09\r\n",        "L2 in l2 8e-06\r\n",
-                         "RSER2 l2 out {5.0265482",  // 2 pi L / Q per hertz
-                         "C2 in out 5e-10\r\n",      "* position 3: element code 5",
-                         "L4 out l4 2e-06\r\n",      "RSER4 l4 0 {1.2566370",
-                         "RLOAD out 0 75\r\n",       ".ac dec 716 200000 5000000\r\n.end\r\n"};
+  const char* lines[] = {"VGEN gen 0 DC 0 AC 2\r\n",
+                         "RSOURCE gen in 50\r\n",
+                         "C1 in 0 3e-09\r\n",
+                         "L2 in l2 8e-06\r\n",
+                         "RSER2 l2 out {hertz>0 ? 5.0265482",  // 2 pi L / Q per hertz
+                         "C2 in out 5e-10\r\n",
+                         "* position 3: element code 5",
+                         "L4 out l4 2e-06\r\n",
+                         "RSER4 l4 0 {hertz>0 ? 1.2566370",
+                         "RLOAD out 0 75\r\n",
+                         ".ac dec 716 200000 5000000\r\n.end\r\n"};
   for (const char* line : lines) EXPECT_NE(net.find(line), std::string::npos) << line << net;
 }
 

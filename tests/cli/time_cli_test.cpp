@@ -44,5 +44,25 @@ TEST(TimeCli, JsonCsvAndBadValues) {
   EXPECT_EQ(Drenik("time --csv " + folder.Path() + "/missing/step.csv").status, 1);
 }
 
+// The chooser's stage with its series, and a band design named by its
+// centre, width and edges rather than a cutoff.
+TEST(TimeCli, ChosenPartsAndBandHeading) {
+  const Outcome chosen = Drenik("time --values chosen --cseries E6 --json");
+  ASSERT_EQ(chosen.status, 0) << chosen.err;
+  const Outcome fiveC = Drenik("time --json");
+  EXPECT_EQ(ParseJson(chosen.out)["values"].text, "chosen");
+  EXPECT_NE(ParseJson(chosen.out)["overshoot_pct"].AsDouble(),
+            ParseJson(fiveC.out)["overshoot_pct"].AsDouble());
+  const Outcome lone = Drenik("time --cseries E6");
+  EXPECT_EQ(lone.status, 2);
+  EXPECT_NE(lone.err.find("--cseries"), std::string::npos) << lone.err;
+
+  const Outcome band = Drenik("time --topology Cinbandpass --center 7.15M --bandwidth 300k");
+  EXPECT_NE(band.out.find("Cinbandpass, centre 7.15MHz, bandwidth 300KHz (f1 7.0016MHz, "
+                          "f2 7.3016MHz), 5% C values\n"),
+            std::string::npos)
+      << band.out;
+}
+
 }  // namespace
 }  // namespace drenik::testing

@@ -4,11 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
 #include "app_fixture.h"
 #include "export/writers.h"
+#include "plot/frequency_axis.h"
+#include "synthesis/design_edges.h"
 
 namespace drenik::testing {
 namespace {
@@ -60,6 +64,63 @@ TEST_F(TimePageTest, SmithPointsAreTheTouchstoneS11AndEveryStageIsDrawnInItsColo
     // Step and impulse curves and the Smith locus.
     EXPECT_GT(lines, 2 * 1999 + static_cast<int>(n) / 2) << s.name;
   }
+}
+
+// The window's page after "Chosen parts": the chooser's stage last, in its
+// colour, and its step is that of the exact ladder with the chosen values.
+TEST_F(TimePageTest, ChosenPartsStageIsTheResponseOfTheChosenValues) {
+  StartDesign();
+  Design().Button("cmdDesign").Click();
+  PartsRequest request;
+  request.capacitors = ESeries::E6;  // far enough from the 5% C values to tell apart
+  Display().SetPartsRequest(request);
+  Display().OnChosenParts();
+  ASSERT_TRUE(Display().ChosenParts());
+  App().ShowTimePage();
+  const TimePageData& data = App().Time().Data();
+  ASSERT_TRUE(data.fault.empty()) << data.fault;
+  ASSERT_EQ(data.stages.size(), 3u);
+  const TimeStage& chosen = data.stages[2];
+  EXPECT_EQ(chosen.color, kChosenTransmissionColor);
+
+  DesignRecord x = MakeValueStages(D()).exact;
+  for (const PositionParts& p : Display().ChosenParts()->positions)
+    x.L[p.position] = p.L, x.C[p.position] = p.C;
+  TimeRequest r;
+  r.ladder = LadderOf(x);
+  r.lossFrequency = r.ladder.qReference;
+  r.span = chosen.time.t.back();
+  const TimeResponse expected = ComputeTimeResponse(r);
+  ASSERT_EQ(expected.step.size(), chosen.time.step.size());
+  double fromChosen = 0, fromFiveC = 0;
+  for (size_t n = 0; n < expected.step.size(); ++n) {
+    fromChosen = std::max(fromChosen, std::fabs(expected.step[n] - chosen.time.step[n]));
+    fromFiveC = std::max(fromFiveC, std::fabs(expected.step[n] - data.stages[1].time.step[n]));
+  }
+  EXPECT_LT(fromChosen, 1e-9);
+  EXPECT_GT(fromFiveC, 1e-3);
+}
+
+// A bandpass is headed by its centre and band, and its Smith chart marks
+// both edges and draws the VSWR circle of the band between them.
+TEST_F(TimePageTest, BandDesignHeadingAndSmithEdges) {
+  StartDesign();
+  Design().Box("txtCenter").Type("7.15M");
+  Design().Box("txtBandwidth").Type("300k");
+  ASSERT_TRUE(Design().Option("optCinbandpass").Click());
+  Design().Button("cmdDesign").Click();
+  const TimePageData data = MakeTimePageData(D(), ValueStage::FiveC);
+  ASSERT_TRUE(data.fault.empty()) << data.fault;
+  EXPECT_NE(data.title.find("centre 7.15MHz, bandwidth 300KHz"), std::string::npos) << data.title;
+  EXPECT_EQ(data.edges, "Band edges f1 7.0016MHz, f2 7.3016MHz");
+  const SmithLocus& locus = data.stages[1].smith;
+  const DesignEdges e = EdgesOf(D());
+  ASSERT_EQ(locus.marks.size(), 2u);
+  EXPECT_EQ(locus.marks[1], LadderSParameters(LadderOf(D()), e.f2).S11);
+  for (size_t i = 0; i < locus.freq.size(); ++i)
+    EXPECT_TRUE(locus.freq[i] < e.f1 || locus.freq[i] > e.f2 ||
+                std::abs(locus.gamma[i]) <= locus.passbandRadius);
+  EXPECT_TRUE(locus.passbandRadius > 0.05 && locus.passbandRadius < 0.5);
 }
 
 }  // namespace
