@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "pages/application.h"
@@ -38,11 +39,12 @@ class AppTest : public ::testing::Test {
     return Design();
   }
 
-  // Whether the display page has a text printed at one place.
-  bool Shows(const std::string& text, float x, float y) {
+  // Whether the display page has a text printed at one place (or anywhere).
+  bool Shows(const std::string& text, std::optional<float> x = {}, std::optional<float> y = {}) {
     const auto& ops = App().DisplayCanvas().Ops();
     return std::any_of(ops.begin(), ops.end(), [&](const DrawOp& op) {
-      return op.kind == DrawOp::Kind::Text && op.text == text && op.x1 == x && op.y1 == y;
+      return op.kind == DrawOp::Kind::Text && op.text == text && (!x || op.x1 == *x) &&
+             (!y || op.y1 == *y);
     });
   }
 

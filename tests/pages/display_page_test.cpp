@@ -98,7 +98,7 @@ TEST_F(DisplayPageTest, UpAndDownMoveABandWholeWithinTheBoxesRange) {
   const float center = D().Center, width = D().Width;
   Display().Controls().FindButton("cmdUp")->Click();
   EXPECT_TRUE(D().Center == float(center * 1.01) && D().Width == float(width * 1.01));
-  EXPECT_TRUE(Shows("f0 7.2215MHz, f1 7.0716MHz, f2 7.3746MHz", 9000, 3030));
+  EXPECT_TRUE(Shows("f0 7.2215MHz, f1 7.0716MHz, f2 7.3746MHz"));
   D().Center = 9.95e9f, D().Width = 1e9f;
   Display().Controls().FindButton("cmdUp")->Click();
   EXPECT_EQ(D().Center, 1e10f);
