@@ -243,6 +243,7 @@ std::string ToleranceHelp() {
       "  --pass-edge FREQ       the passband edge (the cutoff)\n"
       "  --pass-rl DB, --pass-il DB   least return loss, most loss in the passband\n"
       "  --stop FREQ:DB         least attenuation from FREQ on (away from the passband)\n"
+      "  --stop FROM:TO:DB      least attenuation from FROM to TO (a bandstop's notch)\n"
       "  --stop-below FREQ:DB   least attenuation at and below FREQ (a bandpass's lower skirt)\n"
       "  --tighten PCT          the tolerance each part is tightened to in the\n"
       "                         sensitivity table (0: held at nominal)\n"

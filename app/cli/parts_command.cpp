@@ -13,6 +13,7 @@
 #include "cli/table_output.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
+#include "pages/design_heading.h"
 #include "parts/parts_list.h"
 #include "synthesis/families.h"
 
@@ -75,8 +76,8 @@ void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& 
   const DesignRecord& d = r.chosen;
   const Bands bands = BandsOf(r.exact);
   out << d.ProgramTitle << " " << d.Version << "\n";
-  out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << ", cutoff "
-      << TrimBlanks(FormatFrequency(d.Width)) << "\n";
+  out << FamilyName(d.Family) << ", order " << d.Order << ", " << d.Topology << FrequencyHeading(d)
+      << "\n";
   out << "Chosen parts: " << RequestText(choice.request) << "\n\n";
   out << Padded("Pos", 5) << Padded("Element", 20) << Padded("Part", 6) << Padded("Exact", 13)
       << Padded("Chosen", 24) << "Error %\n";

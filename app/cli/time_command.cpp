@@ -9,6 +9,7 @@
 #include "core/atomic_file.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
+#include "pages/design_heading.h"
 #include "pages/time_page.h"
 #include "timeplot/time_charts.h"
 
@@ -53,7 +54,7 @@ void WriteSummary(const DesignRecord& d, const TimeResponse& r, const std::strin
   const TimeFigures& f = r.figures;
   char level[64];
   std::snprintf(level, sizeof level, "%.4f to %.4f", r.initial, r.final);
-  out << "Time response: " << TimeDesignText(d) << ", " << values << " values\n"
+  out << "Time response: " << DesignHeading(d) << ", " << values << " values\n"
       << "Step (the voltage a matched load would get): " << level << "\n";
   char pct[32];
   std::snprintf(pct, sizeof pct, "%.3f %%", f.overshootPct);

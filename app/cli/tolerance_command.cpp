@@ -8,6 +8,7 @@
 #include "cli/number_reader.h"
 #include "cli/progress_line.h"
 #include "core/formatters.h"
+#include "pages/design_heading.h"
 #include "synthesis/families.h"
 #include "tolerance/tolerance.h"
 #include "tolerance/tolerance_text.h"
@@ -172,8 +173,7 @@ std::string Padded(std::string text, size_t width) {
 
 void WriteSummary(const DesignRecord& d, const ToleranceSetup& s, const ToleranceResult& r,
                   const std::string& values, std::ostream& out) {
-  out << "Tolerance analysis: " << FamilyName(d.Family) << " order " << d.Order << " " << d.Topology
-      << ", cutoff " << TrimBlanks(FormatFrequency(d.Width)) << ", " << values << " values\n";
+  out << "Tolerance analysis: " << DesignHeading(d) << ", " << values << " values\n";
   out << "Parts: capacitors +-" << s.ctolPercent << "%, inductors +-" << s.ltolPercent << "%, "
       << DistributionWord(s.distribution) << "; " << r.trials << " trials, seed " << s.seed << "\n";
   out << "Mask:";
@@ -240,11 +240,19 @@ void ParseToleranceOption(const std::string& name, const std::string& value, Tol
   } else if (name == "--pass-il") {
     o.passIl = Decibels(name, value);
   } else if (name == "--stop" || name == "--stop-below") {
-    const size_t colon = value.find(':');
-    if (colon == std::string::npos) Bad(name, "FREQ:DB such as 14M:40", value);
-    o.stops.push_back({.frequency = Frequency(name, value.substr(0, colon)),
-                       .depth = Decibels(name, value.substr(colon + 1)),
-                       .below = name == "--stop-below"});
+    // FREQ:DB, or for --stop FROM:TO:DB, a bandstop's notch between two
+    // frequencies.
+    const size_t colon = value.find(':'), last = value.rfind(':');
+    const bool notch = name == "--stop" && last != colon;
+    if (colon == std::string::npos || (last != colon && !notch))
+      Bad(name,
+          name == "--stop" ? "FREQ:DB or FROM:TO:DB such as 14M:40" : "FREQ:DB such as 14M:40",
+          value);
+    o.stops.push_back(
+        {.frequency = Frequency(name, value.substr(0, colon)),
+         .depth = Decibels(name, value.substr(last + 1)),
+         .below = name == "--stop-below",
+         .to = notch ? Frequency(name, value.substr(colon + 1, last - colon - 1)) : 0.0});
   }
 }
 

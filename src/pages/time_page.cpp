@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "core/formatters.h"
+#include "pages/design_heading.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
 #include "synthesis/design_edges.h"
@@ -49,24 +50,11 @@ void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top
 
 }  // namespace
 
-std::string TimeDesignText(const DesignRecord& d, bool edges) {
-  const auto hz = [](double f) { return TrimBlanks(FormatFrequency(static_cast<float>(f))); };
-  std::string text =
-      std::string(FamilyName(d.Family)) + " order " + std::to_string(d.Order) + " " + d.Topology;
-  const DesignEdges e = EdgesOf(d);
-  // A band design's Width is f2 - f1 about its geometric centre, not a
-  // cutoff.
-  if (e.band)
-    return text + ", centre " + hz(d.Center) + ", bandwidth " + hz(d.Width) +
-           (edges ? " (f1 " + hz(e.f1) + ", f2 " + hz(e.f2) + ")" : "");
-  return text + ", cutoff " + TrimBlanks(FormatFrequency(d.Width));
-}
-
 TimePageData MakeTimePageData(const DesignRecord& d, ValueStage last, double span, int points) {
   TimePageData data;
   // The edges would run the heading off the page: they stand beside the
   // stages' names.
-  data.title = "Time response and Smith chart: " + TimeDesignText(d, false);
+  data.title = "Time response and Smith chart: " + DesignHeading(d, false);
   if (const DesignEdges e = EdgesOf(d); e.band)
     data.edges = "Band edges f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) +
                  ", f2 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));

@@ -31,11 +31,6 @@ struct TimePageData {
   std::string fault;              // what stopped the analysis; empty when none did
 };
 
-// The design in words for a heading: family, order, topology and its band,
-// the cutoff of a lowpass or highpass, the centre f0 and the width of a
-// bandpass or bandstop, and with `edges` its edges f1, f2.
-std::string TimeDesignText(const DesignRecord& d, bool edges = true);
-
 // The stages of `d` from the exact values up to `last`, on the time axis of
 // the exact stage (or `span` seconds when above 0) with `points` points.
 // For `last` Chosen, `d` is the display page's record at its chosen-parts

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/formatters.h"
+#include "pages/design_heading.h"
 #include "pages/opening_page.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
@@ -394,10 +395,7 @@ void SensitivityTable(const ToleranceFigures& f, Canvas& c) {
 void DrawToleranceFigures(const ToleranceFigures& f, Canvas& c) {
   c.FilledBox(3500, 0, kPageWidth, kPageHeight, kWhite);
   const DesignRecord& d = *f.stage;
-  Text(c, 3600, 120,
-       std::string(FamilyName(d.Family)) + " order " + std::to_string(d.Order) + " " + d.Topology +
-           ", cutoff " + TrimBlanks(FormatFrequency(d.Width)) + ", " + f.stageName + " values",
-       11, true);
+  Text(c, 3600, 120, DesignHeading(d, false) + ", " + f.stageName + " values", 11, true);
   const ToleranceSetup& s = *f.setup;
   char parts[160];
   std::snprintf(parts, sizeof parts,

@@ -31,6 +31,8 @@ TEST(ToleranceCli, BadValuesExitTwoWithOneLineNamingTheOption) {
                                                        {"--stop-below 6M", "--stop-below"},
                                                        {"--stop-below 6M:x", "--stop-below"},
                                                        {"--stop-below 3M:40", "--stop-below"},
+                                                       {"--stop-below 1M:2M:40", "--stop-below"},
+                                                       {"--stop 1M::40", "--stop"},
                                                        {"--pass-edge 8.4M", "--pass-edge"}};
   for (const auto& [options, option] : cases) {
     const Outcome r = Drenik(std::string("tolerance ") + options);
@@ -54,6 +56,19 @@ TEST(ToleranceCli, StopbandBeyondTheSweepIsJudged) {
   // 3 dB inside the nominal 59.78 dB, the default margin.
   EXPECT_NE(tolerance.out.find("attenuation 56 dB from 35.924MHz"), std::string::npos)
       << tolerance.out;
+}
+
+// A bandstop's notch is one check between two frequencies, and every band
+// design is headed by its centre and width, not a cutoff.
+TEST(ToleranceCli, BandstopNotchAndBandHeadings) {
+  const std::string band = " --topology Cinbandstop --center 7.15M --bandwidth 300k";
+  const Outcome notch = Drenik("tolerance --trials 100 --stop 7.1M:7.2M:20" + band);
+  EXPECT_NE(notch.out.find("Mask: attenuation 20 dB from 7.1MHz to 7.2MHz\n"), std::string::npos)
+      << notch.out;
+  EXPECT_EQ(Drenik("tolerance --stop 7.2M:7.1M:20" + band).status, 2);
+  const std::string heading = "Cinbandstop, centre 7.15MHz, bandwidth 300KHz (f1 ";
+  EXPECT_NE(notch.out.find("Chebyshev order 5 " + heading), std::string::npos);
+  EXPECT_NE(Drenik("parts" + band).out.find("Chebyshev, order 5, " + heading), std::string::npos);
 }
 
 TEST(ToleranceCli, JsonCarriesTheYieldFailuresEnvelopeAndSensitivity) {
