@@ -230,9 +230,17 @@ void DesignPage::ReadResonatorL() {
   if (d_.ResonatorL > kResonatorLMax) d_.ResonatorL = kResonatorLMax;
 }
 
+// Typed a key at a time, a centre passes through values whose band would
+// reach below 0 Hz ("7" on the way to "7.1M"): the label beside the boxes
+// says so and the design waits for a band that exists, rather than a
+// message at every key. Design with such a band gives the message.
 void DesignPage::OnCenterChange() {
   if (!SelectedBand()) return;
   ReadCenter();
+  if (!BandFault(d_.Center, d_.Width).empty()) {
+    LabelNamed("lblBandEdges").SetCaption("f1 below 0 Hz: raise the centre");
+    return;
+  }
   RedesignChain();
 }
 
