@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -87,11 +88,42 @@ std::vector<std::string_view> SplitFields(std::string_view line) {
 
 }  // namespace
 
+namespace {
+
+bool IdealParts(const DesignRecord& d) {
+  return d.InductorQLaw == QLaw::Constant && d.CapacitorQ == kInfiniteQcap &&
+         d.WindingCapacitance == 0 && d.CapacitorEsl == 0;
+}
+
+// The part models as the display page's dialog takes them: a known law, a
+// capacitor Q above 0, capacitances and inductances of 0 or more. Anything
+// else leaves the ideal parts (the design itself still loads).
+void ReadPartModels(const std::vector<std::string_view>& fields, DesignRecord& d) {
+  const auto law = ReadInteger(fields[10]);
+  const auto q = ReadReal(fields[11]), cp = ReadReal(fields[12]), esl = ReadReal(fields[13]);
+  if (!law || *law < 0 || *law > static_cast<int16_t>(QLaw::Linear) || !q || !(*q > 0) || !cp ||
+      !(*cp >= 0) || !esl || !(*esl >= 0))
+    return;
+  d.InductorQLaw = static_cast<QLaw>(*law);
+  d.CapacitorQ = *q;
+  d.WindingCapacitance = *cp;
+  d.CapacitorEsl = *esl;
+}
+
+}  // namespace
+
 std::string LastSessionLine(const DesignRecord& d) {
+  const bool ideal = IdealParts(d);
   return std::to_string(d.Order) + "," + ShortestText(d.Width) + "," + std::to_string(d.Family) +
          "," + ShortestText(d.Apass) + "," + ShortestText(d.Astop) + ",\"" + d.Topology + "\"," +
          ShortestText(d.Rsource) + "," + ShortestText(d.Qind) +
-         (d.Center > 0 ? "," + ShortestText(d.Center) + "," + ShortestText(d.ResonatorL) : "");
+         (d.Center > 0 || !ideal
+              ? "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.ResonatorL)
+              : "") +
+         (ideal ? ""
+                : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
+                      ShortestText(d.CapacitorQ) + "," + ShortestText(d.WindingCapacitance) + "," +
+                      ShortestText(d.CapacitorEsl));
 }
 
 bool ParseLastSession(std::string_view text, DesignRecord& d) {
@@ -99,7 +131,7 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   size_t lineEnd = text.find_first_of("\r\n");
   std::string_view line = text.substr(0, lineEnd);
   std::vector<std::string_view> fields = SplitFields(line);
-  if (fields.size() != 8 && fields.size() != 10) return false;
+  if (fields.size() != 8 && fields.size() != 10 && fields.size() != 14) return false;
 
   auto order = ReadInteger(fields[0]);
   auto width = ReadReal(fields[1]);
@@ -112,7 +144,7 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   if (!order || !width || !family || !apass || !astop || !topology || !rsource || !qind)
     return false;
   std::optional<float> center = 0.0f, resonatorL = 0.0f;
-  if (fields.size() == 10) center = ReadReal(fields[8]), resonatorL = ReadReal(fields[9]);
+  if (fields.size() >= 10) center = ReadReal(fields[8]), resonatorL = ReadReal(fields[9]);
   if (!center || !resonatorL) return false;
 
   // Values outside the design page's choices are kept as they are; the page
@@ -127,6 +159,12 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.Qind = *qind;
   d.Center = *center;
   d.ResonatorL = *resonatorL;
+  const DesignRecord ideal;
+  d.InductorQLaw = ideal.InductorQLaw;
+  d.CapacitorQ = ideal.CapacitorQ;
+  d.WindingCapacitance = ideal.WindingCapacitance;
+  d.CapacitorEsl = ideal.CapacitorEsl;
+  if (fields.size() == 14) ReadPartModels(fields, d);
   return true;
 }
 

@@ -5,8 +5,14 @@
 // and, for a band design only, two more: its geometric centre (Hz) and the
 // coupled resonators' inductance (H, 0 for the design's own choice)
 //   ...,Qind,Center,ResonatorL
-// A lowpass or highpass line is the eight fields alone, as it always was,
-// and a line of eight fields reads with no band (Center and ResonatorL 0).
+// and, when the display page's part models are not the ideal parts, four
+// more after those two (0,0 for a lowpass or highpass): the inductor's Q law
+// (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the winding capacitance
+// (F) and the capacitors' lead inductance (H)
+//   ...,Qind,Center,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
+// A lowpass or highpass line with ideal parts is the eight fields alone, as
+// it always was, and a line of eight fields reads with no band (Center and
+// ResonatorL 0) and ideal parts.
 
 #include <string>
 #include <string_view>

@@ -53,6 +53,18 @@ TEST_F(SessionFile, WritesTheLineAndReadsItBackInAnySpelling) {
   ReadLastSession(d, file);
   EXPECT_EQ(LastSessionLine(d), "4,4400000,9,.01,-3,\"Linlowpass\",50,1000000");
 
+  // Part models that are not the ideal parts follow the band pair (0,0 for
+  // a lowpass); nonsense there leaves ideal parts but keeps the design.
+  d.InductorQLaw = QLaw::Sqrt, d.CapacitorQ = 300, d.WindingCapacitance = 5e-13f;
+  const std::string line = LastSessionLine(d);
+  EXPECT_EQ(line, "4,4400000,9,.01,-3,\"Linlowpass\",50,1000000,0,0,1,300,5E-13,0");
+  DesignRecord back;
+  ASSERT_TRUE(ParseLastSession(line, back));
+  EXPECT_EQ(LastSessionLine(back), line);
+  ASSERT_TRUE(ParseLastSession(line.substr(0, line.rfind(",1,300")) + ",3,300,0,0", back));
+  EXPECT_TRUE(back.InductorQLaw == QLaw::Constant && back.WindingCapacitance == 0 &&
+              back.Width == 4.4e6f);
+
   // A comma inside the quotes belongs to the topology; later lines are ignored.
   EXPECT_TRUE(ParseLastSession("0,0,0,0,0,\"a,b\",0,0\r\ngarbage", d));
   EXPECT_TRUE(d.Topology == "a,b" && d.Order == 0) << d.Topology;

@@ -174,16 +174,20 @@ TEST_F(DesignPageTest, ABandDesignComesBackAfterExitAndAnOlderFileTakesTheDefaul
   page.Option("optCoupledbandpass").Click();
   page.Box("txtCenter").Type("7148426");
   page.Box("txtResonatorL").Type("1.234567u");
+  D().InductorQLaw = QLaw::Linear, D().CapacitorEsl = 2e-9f;  // the part models dialog's
   const DesignRecord before = D();
   page.Button("cmdExit").Click();
-  EXPECT_TRUE(ReadSession().ends_with(",\"Coupledbandpass\",50,1000000,7148426,.000001234567\r\n"));
+  EXPECT_TRUE(ReadSession().ends_with(
+      ",\"Coupledbandpass\",50,1000000,7148426,.000001234567,2,1E+07,0,2E-09\r\n"))
+      << ReadSession();
   for (const char* line : {"", "5,300000,2,.044,40,\"Cinbandstop\",50,1000000"}) {
     if (*line) WriteSession(line);
     app_.reset();
     StartDesign();
     EXPECT_TRUE(*line ? D().Center == kDefaultCenter && D().Stages == 5
                       : Design().Box("txtCenter").Text() == "7.148426M" && D().L == before.L &&
-                            D().C == before.C && D().ResonatorL == before.ResonatorL);
+                            D().C == before.C && D().ResonatorL == before.ResonatorL &&
+                            D().InductorQLaw == QLaw::Linear && D().CapacitorEsl == 2e-9f);
   }
 }
 
