@@ -8,24 +8,11 @@
 
 #include "cli/cli.h"
 #include "json_reader.h"
+#include "support/run_cli.h"
 #include "support/temp_folder.h"
 
 namespace drenik::testing {
 namespace {
-
-struct Outcome {
-  int status;
-  std::string out, err;
-};
-
-Outcome Line(const std::string& line) {
-  std::vector<std::string> args;
-  std::istringstream words(line);
-  for (std::string word; words >> word;) args.push_back(word);
-  std::ostringstream out, err;
-  const int status = cli::RunCommandLine(args, out, err);
-  return {status, out.str(), err.str()};
-}
 
 TEST(RealPartsCli, BadValuesExitTwoNamingTheOption) {
   const std::pair<const char*, const char*> cases[] = {
@@ -35,7 +22,7 @@ TEST(RealPartsCli, BadValuesExitTwoNamingTheOption) {
       {"winding --core T50-7", "--core"},     {"winding", "winding"},
       {"design --core T50-2", "--core"}};
   for (const auto& [line, option] : cases) {
-    const Outcome r = Line(line);
+    const Outcome r = Drenik(line);
     EXPECT_EQ(r.status, 2) << line;
     EXPECT_NE(r.err.find(option), std::string::npos) << r.err;
     EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err;
@@ -43,10 +30,10 @@ TEST(RealPartsCli, BadValuesExitTwoNamingTheOption) {
 }
 
 TEST(RealPartsCli, SelfResonanceKeyOnlyWithAWindingCapacitance) {
-  const Json ideal = ParseJson(Line("design --json --q 50").out);
+  const Json ideal = ParseJson(Drenik("design --json --q 50").out);
   EXPECT_EQ(ideal.fields.count("SelfResonance"), 0u);
   EXPECT_EQ(ideal.fields.count("QLaw"), 0u);
-  const Json real = ParseJson(Line("design --json --q 50 --q-law sqrt --lcp 2p --cesl 1n").out);
+  const Json real = ParseJson(Drenik("design --json --q 50 --q-law sqrt --lcp 2p --cesl 1n").out);
   EXPECT_EQ(real["QLaw"].text, "sqrt");
   const auto& srf = real["SelfResonance"].items;
   ASSERT_EQ(srf.size(), static_cast<size_t>(real["Stages"].AsInt() + 1));
@@ -57,7 +44,7 @@ TEST(RealPartsCli, SelfResonanceKeyOnlyWithAWindingCapacitance) {
   }
   // The cutoff's loss is the same Q either way; far below it the sqrt law's
   // Q has fallen, so the passband loss there is larger.
-  const Json constant = ParseJson(Line("design --json --q 50 --lcp 2p --cesl 1n").out);
+  const Json constant = ParseJson(Drenik("design --json --q 50 --lcp 2p --cesl 1n").out);
   EXPECT_LT(real["Transmission"].items[0].AsDouble(),
             constant["Transmission"].items[0].AsDouble() - 1e-4);
 }
@@ -65,7 +52,7 @@ TEST(RealPartsCli, SelfResonanceKeyOnlyWithAWindingCapacitance) {
 TEST(RealPartsCli, WholeTurnsOnACoreAndTheWindingTable) {
   TempFolder folder;
   const std::string bom = folder / "parts.csv";
-  const Outcome r = Line("parts --bandwidth 7M --lseries T50-2 --cq 1000 --json --bom " + bom);
+  const Outcome r = Drenik("parts --bandwidth 7M --lseries T50-2 --cq 1000 --json --bom " + bom);
   ASSERT_EQ(r.status, 0) << r.err;
   const Json j = ParseJson(r.out);
   EXPECT_EQ(j["lseries"].text, "T50-2");
@@ -81,14 +68,14 @@ TEST(RealPartsCli, WholeTurnsOnACoreAndTheWindingTable) {
   EXPECT_NE(csv.find("Quantity,Core or form,Turns\r\n"), std::string::npos) << csv;
   EXPECT_NE(csv.find(",whole turns,AL 5%,"), std::string::npos) << csv;
 
-  const Json w = ParseJson(Line("winding --bandwidth 7M --core T50-2 --json").out);
+  const Json w = ParseJson(Drenik("winding --bandwidth 7M --core T50-2 --json").out);
   ASSERT_EQ(w["inductors"].items.size(), 2u);  // order 5, C input: L2 and L4
   for (const Json& l : w["inductors"].items) {
     const double n = l["turns"].AsDouble(), wanted = l["L"].AsDouble();
     EXPECT_NEAR(l["inductance"].AsDouble(), 4.9e-9 * n * n, 1e-15);
     EXPECT_LE(std::fabs(std::log(n * n * 4.9e-9 / wanted)), std::log((n + 1) / n));
   }
-  const Outcome air = Line("winding --bandwidth 7M --air-core 6:0.8");
+  const Outcome air = Drenik("winding --bandwidth 7M --air-core 6:0.8");
   EXPECT_NE(air.out.find("air core 6 mm / wire 0.8 mm"), std::string::npos) << air.out;
   EXPECT_NE(air.out.find("Length, mm"), std::string::npos);
 }
