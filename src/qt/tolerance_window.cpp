@@ -1,6 +1,7 @@
 #include "qt/tolerance_window.h"
 
 #include <QCloseEvent>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "qt/print_page.h"
@@ -73,7 +74,9 @@ ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platf
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(view_);
   setMinimumSize(400, 300);
-  resize(1200, 900);
+  // Sized to the screen it opens on (the designer's).
+  if (QScreen* screen = parent ? parent->screen() : this->screen())
+    resize(PageWindowSize(screen->availableGeometry()));
   timer_->setInterval(kPollMs);
   connect(timer_, &QTimer::timeout, this, &ToleranceWindow::Tick);
   page_.SetHost(this);
@@ -115,6 +118,7 @@ void ToleranceWindow::Close() {
 
 void ToleranceWindow::closeEvent(QCloseEvent* event) {
   page_.OnCancel();
+  emit Closed();
   QWidget::closeEvent(event);
 }
 

@@ -77,6 +77,7 @@ TEST_F(WindowTest, ABandTypedOnTheDesignPageReachesTheDisplayAndTheToleranceWind
   Start();
   Click(Button(window->DesignView(), "cmdDesign"));
   Click(Button(window->DisplayView(), "cmdTolerance"));
+  window->Tolerance()->resize(1200, 900);
   ControlPageView& view = window->Tolerance()->View();
   const int lowpassRun = Button(view, "cmdRun")->geometry().top();
   EXPECT_TRUE(view.WidgetFor("txtPassEdge2")->isHidden() &&
