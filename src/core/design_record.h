@@ -76,6 +76,9 @@ struct DesignRecord {
   ComponentArray C{};                                  // farads
   ComponentArray Lstd{};                               // nearest 5% inductances
   ComponentArray Cstd{};                               // nearest 5% capacitances
+  // Whole turns of each position's inductor at the chosen-parts stage when
+  // it is wound on a core or form; 0 otherwise.
+  std::array<int16_t, kComponentSlots> Turns{};
   int16_t Stages = 0;
   float Omega = 0;  // 2 pi Width, rad/s
 
