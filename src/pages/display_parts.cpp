@@ -19,6 +19,14 @@ void DisplayPage::OnChosenParts() {
     partsRequest_ = request;
     ChosenPartsStage();
   });
+  Shown();
+}
+
+void DisplayPage::ShowChosenParts() {
+  controls_.RunEvent([this] {
+    if (!chosen_) ChosenPartsStage();
+  });
+  Shown();
 }
 
 // The record holds the values of the last stage drawn: the chooser starts

@@ -426,6 +426,15 @@ void DrawToleranceFigures(const ToleranceFigures& f, Canvas& c) {
                 s.distribution == Distribution::Normal ? "normal (tolerance = 3 sigma)" : "uniform",
                 s.trials, static_cast<unsigned long long>(s.seed));
   Text(c, 3600, 470, f.result ? parts : "Nominal response and mask; press Run for the yield.", 8);
+  if (!f.outOfDate.empty()) {
+    // One line between the heading and the plot's title, smaller where a
+    // long band heading needs it.
+    float size = 8;
+    c.SetFont("Arial", size, true);
+    while (size > 6 && 3600 + c.TextWidth(f.outOfDate) > kRightEdge)
+      c.SetFont("Arial", size -= 0.5f, true);
+    Text(c, 3600, 660, f.outOfDate, size, true, kMaskColor);
+  }
   ResponsePlot(f, c);
   YieldBlock(f, c);
   Histograms(f, c);

@@ -43,6 +43,9 @@ struct ToleranceFigures {
   std::string stageName;                // "5% C"
   const ToleranceSetup* setup = nullptr;
   const ToleranceResult* result = nullptr;  // null before a run
+  // Said in red under the heading when the display page shows another
+  // design than the one drawn; empty otherwise.
+  std::string outOfDate;
 };
 
 // Everything right of the controls; before a run the nominal response of

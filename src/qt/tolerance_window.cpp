@@ -16,10 +16,12 @@ std::vector<ControlPlace> TolerancePlaces(bool band) {
     p.push_back({label, 300, y, 2200, y + 330, 8, frame});
     p.push_back({box, 2250, y, 3200, y + 330, 8, frame});
   };
+  // The four value stages in one row, in a smaller font than the boxes'.
   p.push_back({"frmValues", 150, 100, 3350, 720});
-  p.push_back({"optExact", 300, 360, 1200, 660, 8, "frmValues"});
-  p.push_back({"opt5C", 1250, 360, 2200, 660, 8, "frmValues"});
-  p.push_back({"opt5L", 2250, 360, 3200, 660, 8, "frmValues"});
+  p.push_back({"optExact", 250, 360, 1000, 660, 7.5f, "frmValues"});
+  p.push_back({"opt5C", 1020, 360, 1700, 660, 7.5f, "frmValues"});
+  p.push_back({"opt5L", 1720, 360, 2400, 660, 7.5f, "frmValues"});
+  p.push_back({"optChosen", 2420, 360, 3300, 660, 7.5f, "frmValues"});
 
   p.push_back({"frmParts", 150, 800, 3350, 2150});
   row("frmParts", "lblCtol", "txtCtol", 1060);
