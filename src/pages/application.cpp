@@ -12,8 +12,11 @@ Application::Application(Platform& platform, ApplicationOptions options)
       display_(record_, platform, displayCanvas_, *this),
       tolerance_(platform, toleranceCanvas_) {
   display_.SetShownObserver([this] { FollowDisplay(); });
-  // "Chosen" in the tolerance page's values: the display page's stage.
-  tolerance_.SetChosenSource([this] { display_.ShowChosenParts(); });
+  // "Chosen" in the tolerance page's values: the display page's stage,
+  // while that page shows the design.
+  tolerance_.SetChosenSource([this] {
+    if (current_ == PageId::Display) display_.ShowChosenParts();
+  });
 }
 
 void Application::Start() {
