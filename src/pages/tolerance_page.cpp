@@ -213,17 +213,25 @@ void TolerancePage::Load(const DesignRecord& d) {
   // The same design again (the window closed and opened): the user's
   // settings, a run in progress and its result stay.
   if (loaded_ && SameLadders(stages, stages_)) {
-    if (pending_) pending_.reset(), SetRunning(Running()), Redraw();
+    DropPending();
     return;
   }
   Adopt(std::move(stages));
 }
 
+// Back to the design analysed: the out-of-date mark goes.
+void TolerancePage::DropPending() {
+  if (!pending_) return;
+  pending_.reset();
+  SetRunning(Running());
+  Redraw();
+}
+
 void TolerancePage::Follow(const DesignRecord& d) {
   if (!loaded_) return;
   ValueStages stages = MakeValueStages(d);
-  if (SameLadders(stages, stages_)) {  // back to the design analysed
-    if (pending_) pending_.reset(), SetRunning(Running()), Redraw();
+  if (SameLadders(stages, stages_)) {
+    DropPending();
     return;
   }
   // Nothing to keep: the page shows the design at once. A design that

@@ -114,6 +114,7 @@ class TolerancePage {
   // Takes up the design Follow() kept back, if any; false when it cannot be
   // analysed (the message says why).
   bool TakePending();
+  void DropPending();
   void SelectStage(ValueStage stage);
   void PickChosen();
   void ShowStageOption();
