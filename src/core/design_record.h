@@ -30,6 +30,10 @@ inline constexpr int kGridSlots = 201;
 // response (ValueMode and the schematic's label row).
 inline constexpr int16_t kChosenPartsMode = 4;
 
+// The tolerance window's mask as the last-session file keeps it: its shape,
+// then the window's thirteen mask boxes in order (DesignRecord::KeptMask).
+inline constexpr int kKeptMaskFields = 14;
+
 // Qind of 1e6 stands for an ideal inductor; Qcap of 1e7 for an ideal capacitor.
 inline constexpr float kInfiniteQind = 1e6f;
 inline constexpr float kInfiniteQcap = 1e7f;
@@ -62,6 +66,18 @@ struct DesignRecord {
   float WindingCapacitance = 0;  // F, across every inductor
   float CapacitorEsl = 0;        // H, in series with every capacitor
   float Rstandard = 0;           // reference resistance for reflection and VSWR, ohms
+  // --- Setup of the chosen parts and the tolerance window, kept for the next
+  // start: read into those pages at start, written back from them on Exit ---
+  int16_t KeptCapacitorSeries = 0;  // E series by its count (12 for E12); 0: the chooser's own
+  int16_t KeptInductorSeries = 0;   // E series by its count; 0: wound to value
+  int16_t KeptPairs = 0;            // 1: two capacitors in parallel where that comes nearer
+  std::string KeptWinding;          // whole turns on "T50-6", or "6:0.8" (form, wire mm); "": none
+  // The mask's shape (0 none kept, 1 a lowpass's or highpass's, 2 a
+  // bandpass's, 3 a bandstop's), then its boxes: the passband edge and the
+  // second edge (Hz), the return loss and the loss (dB), and for each of
+  // three stopbands its from, its to (Hz) and its depth (dB); 0 where a box
+  // is empty.
+  std::array<float, kKeptMaskFields> KeptMask{};
 
   // --- Normalized prototype (1-ohm source, 1 rad/s cutoff) ---
   PrototypeArray G{};
@@ -76,6 +92,9 @@ struct DesignRecord {
   ComponentArray C{};                                  // farads
   ComponentArray Lstd{};                               // nearest 5% inductances
   ComponentArray Cstd{};                               // nearest 5% capacitances
+  // Whole turns of each position's inductor at the chosen-parts stage when
+  // it is wound on a core or form; 0 otherwise.
+  std::array<int16_t, kComponentSlots> Turns{};
   int16_t Stages = 0;
   float Omega = 0;  // 2 pi Width, rad/s
 

@@ -20,15 +20,18 @@ constexpr LabelPlace kShuntCLabel{{10, 10, 10, 10}, {1100, 1300, 1480, 1680}, 62
 // the ground rail the resonance rows follow the second capacitance row, so
 // the third stands right of the plates (its box stops short of the rail).
 // A trap has no room left between its rails or under them for a fourth
-// inductance and capacitance: those stand just above its upper rail, one and
-// two rows up, where its neighbours print nothing over it.
-constexpr LabelPlace kTrapLLabel{{300, 300, 300, 200}, {250, 450, 650, -530}, 660};
-constexpr LabelPlace kTrapCLabel{{40, 40, 300, 200}, {1100, 1300, 830, -330}, 620};
+// inductance and capacitance: those stand above its upper rail, one and two
+// rows up. A neighbouring series inductor prints its own rows there, on the
+// same lines: the trap's stand midway between theirs, well apart from both.
+constexpr LabelPlace kTrapLLabel{{300, 300, 300, 40}, {250, 450, 650, -530}, 660};
+constexpr LabelPlace kTrapCLabel{{40, 40, 300, 40}, {1100, 1300, 830, -330}, 620};
 // The tank's inductance under the capacitor path on the left, its
-// capacitance on the right; the fourth row has no room between the rails and
-// stands under the ground rail, above the resonance rows.
-constexpr LabelPlace kTankLLabel{{-320, -320, -320, 40}, {440, 640, 840, 1100}, 680};
-constexpr LabelPlace kTankCLabel{{370, 370, 370, 40}, {400, 600, 800, 1300}, 620};
+// capacitance on the right. A tank's neighbours are shunt arms, whose values
+// stand under the ground rail on the tank's rows: the fourth row has no room
+// between the rails and stands above the upper rail, where they print
+// nothing.
+constexpr LabelPlace kTankLLabel{{-320, -320, -320, 40}, {440, 640, 840, -530}, 680};
+constexpr LabelPlace kTankCLabel{{370, 370, 370, 40}, {400, 600, 800, -330}, 620};
 // The series L-C branch: the inductance above its coil, the capacitance
 // under the rail beside its plates. The tank of a band design: both values
 // under the ground rail, the inductance reaching left under the wire step

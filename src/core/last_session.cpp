@@ -110,20 +110,77 @@ void ReadPartModels(const std::vector<std::string_view>& fields, DesignRecord& d
   d.CapacitorEsl = *esl;
 }
 
+// The kept setup, after the part models: the capacitor series, the
+// inductor series, pairs, the winding (quoted) and the mask.
+constexpr size_t kSetupStart = 14;
+constexpr size_t kSetupEnd = kSetupStart + 4 + kKeptMaskFields;
+
+bool HasKeptSetup(const DesignRecord& d) {
+  return d.KeptCapacitorSeries != 0 || d.KeptInductorSeries != 0 || d.KeptPairs != 0 ||
+         !d.KeptWinding.empty() || d.KeptMask[0] != 0;
+}
+
+void ClearKeptSetup(DesignRecord& d) {
+  d.KeptCapacitorSeries = d.KeptInductorSeries = d.KeptPairs = 0;
+  d.KeptWinding.clear();
+  d.KeptMask.fill(0);
+}
+
+std::string KeptSetupText(const DesignRecord& d) {
+  std::string text = "," + std::to_string(d.KeptCapacitorSeries) + "," +
+                     std::to_string(d.KeptInductorSeries) + "," + std::to_string(d.KeptPairs) +
+                     ",\"" + d.KeptWinding + "\"";
+  for (float v : d.KeptMask) text += "," + ShortestText(v);
+  return text;
+}
+
+// Series counts and pairs as whole numbers of 0 or more (which series a
+// count names is the chooser's to say), the winding as text without commas
+// (a 0 for none, as a zero-filled group has it), the mask's shape 0 to 3 and
+// its values 0 or more. Anything else keeps none of the setup; the design
+// itself still loads.
+void ReadKeptSetup(const std::vector<std::string_view>& fields, DesignRecord& d) {
+  const auto cap = ReadInteger(fields[kSetupStart]), ind = ReadInteger(fields[kSetupStart + 1]),
+             pairs = ReadInteger(fields[kSetupStart + 2]);
+  const std::string_view windingField = Trim(fields[kSetupStart + 3]);
+  const auto winding =
+      windingField == "0" ? std::optional<std::string>("") : ReadText(windingField);
+  if (!cap || *cap < 0 || !ind || *ind < 0 || !pairs || *pairs < 0 || *pairs > 1 || !winding ||
+      winding->find(',') != std::string::npos)
+    return;
+  std::array<float, kKeptMaskFields> mask{};
+  for (int k = 0; k < kKeptMaskFields; ++k) {
+    const auto v = ReadReal(fields[kSetupStart + 4 + k]);
+    if (!v || !(*v >= 0)) return;
+    mask[k] = *v;
+  }
+  if (mask[0] != 0 && mask[0] != 1 && mask[0] != 2 && mask[0] != 3) return;
+  d.KeptCapacitorSeries = *cap;
+  d.KeptInductorSeries = *ind;
+  d.KeptPairs = *pairs;
+  d.KeptWinding = *winding;
+  d.KeptMask = mask;
+}
+
 }  // namespace
 
 std::string LastSessionLine(const DesignRecord& d) {
-  const bool ideal = IdealParts(d);
-  return std::to_string(d.Order) + "," + ShortestText(d.Width) + "," + std::to_string(d.Family) +
-         "," + ShortestText(d.Apass) + "," + ShortestText(d.Astop) + ",\"" + d.Topology + "\"," +
-         ShortestText(d.Rsource) + "," + ShortestText(d.Qind) +
-         (d.Center > 0 || !ideal
-              ? "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.ResonatorL)
-              : "") +
-         (ideal ? ""
-                : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
-                      ShortestText(d.CapacitorQ) + "," + ShortestText(d.WindingCapacitance) + "," +
-                      ShortestText(d.CapacitorEsl));
+  // A group is written when it holds something, and so is every group
+  // before a written one, zero-filled where it holds nothing.
+  const bool ideal = IdealParts(d), setup = HasKeptSetup(d);
+  const bool models = !ideal || setup, band = d.Center > 0 || models;
+  std::string line = std::to_string(d.Order) + "," + ShortestText(d.Width) + "," +
+                     std::to_string(d.Family) + "," + ShortestText(d.Apass) + "," +
+                     ShortestText(d.Astop) + ",\"" + d.Topology + "\"," + ShortestText(d.Rsource) +
+                     "," + ShortestText(d.Qind);
+  if (band) line += "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.ResonatorL);
+  if (models)
+    line += ideal ? ",0,0,0,0"
+                  : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
+                        ShortestText(d.CapacitorQ) + "," + ShortestText(d.WindingCapacitance) +
+                        "," + ShortestText(d.CapacitorEsl);
+  if (setup) line += KeptSetupText(d);
+  return line;
 }
 
 bool ParseLastSession(std::string_view text, DesignRecord& d) {
@@ -131,7 +188,9 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   size_t lineEnd = text.find_first_of("\r\n");
   std::string_view line = text.substr(0, lineEnd);
   std::vector<std::string_view> fields = SplitFields(line);
-  if (fields.size() != 8 && fields.size() != 10 && fields.size() != 14) return false;
+  if (fields.size() != 8 && fields.size() != 10 && fields.size() != 14 &&
+      fields.size() != kSetupEnd)
+    return false;
 
   auto order = ReadInteger(fields[0]);
   auto width = ReadReal(fields[1]);
@@ -164,7 +223,9 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.CapacitorQ = ideal.CapacitorQ;
   d.WindingCapacitance = ideal.WindingCapacitance;
   d.CapacitorEsl = ideal.CapacitorEsl;
-  if (fields.size() == 14) ReadPartModels(fields, d);
+  if (fields.size() >= 14) ReadPartModels(fields, d);
+  ClearKeptSetup(d);
+  if (fields.size() >= kSetupEnd) ReadKeptSetup(fields, d);
   return true;
 }
 
@@ -179,6 +240,7 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Qind = kInfiniteQind;
   d.Center = 0;
   d.ResonatorL = 0;
+  ClearKeptSetup(d);
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {

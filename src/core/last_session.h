@@ -10,9 +10,21 @@
 // (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the winding capacitance
 // (F) and the capacitors' lead inductance (H)
 //   ...,Qind,Center,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
-// A lowpass or highpass line with ideal parts is the eight fields alone, as
-// it always was, and a line of eight fields reads with no band (Center and
-// ResonatorL 0) and ideal parts.
+// and, when the chosen parts' series or winding or the tolerance window's
+// own mask were set, eighteen more after those four (each group before them
+// written, zero-filled where it holds nothing): the capacitor series and the
+// inductor series by their counts (12 for E12; 0 the defaults, E24 and wound
+// to value), 1 for pairs, the winding in quotes ("T50-6", or "6:0.8" for an
+// air-core form and wire in mm; "" or 0 for none), and the mask: its shape
+// (1 lowpass or highpass, 2 bandpass, 3 bandstop; 0 none) and the window's
+// thirteen mask boxes in order (0 for an empty box)
+//   ...,CapacitorEsl,CSeries,LSeries,Pairs,"Winding",Shape,Edge,Edge2,Rl,Il,
+//       From1,To1,Depth1,From2,To2,Depth2,From3,To3,Depth3
+// A lowpass or highpass line with ideal parts and nothing else set is the
+// eight fields alone, as it always was, and a line of eight fields reads
+// with no band (Center and ResonatorL 0), ideal parts and no kept setup.
+// Nonsense in the part models or the kept setup leaves that group at its
+// defaults; the design still loads.
 
 #include <string>
 #include <string_view>

@@ -1,5 +1,7 @@
 #include "pages/application.h"
 
+#include "pages/kept_parts_request.h"
+
 namespace drenik {
 
 Application::Application(Platform& platform, ApplicationOptions options)
@@ -8,12 +10,28 @@ Application::Application(Platform& platform, ApplicationOptions options)
       opening_(record_, platform, openingCanvas_, *this, options_.sessionPath),
       design_(record_, platform, designCanvas_, *this),
       display_(record_, platform, displayCanvas_, *this),
-      tolerance_(platform, toleranceCanvas_) {}
+      tolerance_(platform, toleranceCanvas_) {
+  display_.SetShownObserver([this] { FollowDisplay(); });
+  // "Chosen" in the tolerance page's values: the display page's stage,
+  // while that page shows the design.
+  tolerance_.SetChosenSource([this] {
+    if (current_ == PageId::Display) display_.ShowChosenParts();
+  });
+}
 
 void Application::Start() {
   current_ = PageId::Opening;
   opening_.Load();
+  // The setup the last session kept.
+  display_.SetPartsRequest(KeptPartsRequest(record_));
+  tolerance_.SetKeptMask(record_.KeptMask);
   if (pageObserver_) pageObserver_(current_);
+}
+
+void Application::FollowDisplay() {
+  if (timeOpen_) time_.Load(record_);
+  if (toleranceOpen_) tolerance_.Follow(record_);
+  if ((timeOpen_ || toleranceOpen_) && followObserver_) followObserver_();
 }
 
 void Application::Enter(PageId page) {
@@ -37,11 +55,13 @@ void Application::ShowSpicePage() {
 }
 
 void Application::ShowTolerancePage() {
+  toleranceOpen_ = true;
   tolerance_.Load(record_);
   if (toleranceObserver_) toleranceObserver_(tolerance_);
 }
 
 void Application::ShowTimePage() {
+  timeOpen_ = true;
   time_.Load(record_);
   if (timeObserver_) timeObserver_(time_);
 }
@@ -63,6 +83,8 @@ bool Application::AskPartModels(PartModelEntries& entries) {
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {
+    KeepPartsRequest(display_.GetPartsRequest(), record_);
+    record_.KeptMask = tolerance_.KeptMask();
     WriteLastSession(record_, platform_, options_.sessionPath);
   }
   current_ = PageId::Ended;

@@ -89,6 +89,14 @@ class Application : public PageHost {
   void SetTimeObserver(std::function<void(TimePage&)> observer) {
     timeObserver_ = std::move(observer);
   }
+  // The side pages (time and Smith chart, tolerance) follow the display
+  // page from when it shows them until their windows close: the time page
+  // is drawn again for each design or stage shown, the tolerance page takes
+  // it up or, holding a result, is marked out of date. The observer is told
+  // after they have followed.
+  void TimePageClosed() { timeOpen_ = false; }
+  void TolerancePageClosed() { toleranceOpen_ = false; }
+  void SetFollowObserver(std::function<void()> observer) { followObserver_ = std::move(observer); }
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
@@ -121,6 +129,7 @@ class Application : public PageHost {
 
  private:
   void Enter(PageId page);
+  void FollowDisplay();
 
   Platform& platform_;
   ApplicationOptions options_;
@@ -143,6 +152,8 @@ class Application : public PageHost {
   std::function<bool(PartModelEntries&)> partModelsService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
   std::function<void(TimePage&)> timeObserver_;
+  std::function<void()> followObserver_;
+  bool timeOpen_ = false, toleranceOpen_ = false;
 };
 
 }  // namespace drenik

@@ -355,7 +355,7 @@ void DrawBandLadder(DesignRecord& d, Canvas& canvas) {
     s->draw(d, canvas, a);
     railEnd = a + s->width;
     const float l = d.L[j], c = d.C[j];
-    if (part.hasL) PrintInSlot(d, canvas, part.l, x0, InductanceText(l));
+    if (part.hasL) PrintInSlot(d, canvas, part.l, x0, InductanceText(d, l, d.Turns[j]));
     if (part.hasC) PrintInSlot(d, canvas, part.c, x0, CapacitanceText(c));
     if (part.hasF && l > 0 && c > 0) {
       d.ResonantFrequency =

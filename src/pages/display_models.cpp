@@ -23,6 +23,7 @@ void DisplayPage::OnPartModels() {
     Remodel();
     if (chosen_) ChosenPartsStage();
   });
+  Shown();
 }
 
 // Every stage on the page is analysed again with the new parts: with the 5% L

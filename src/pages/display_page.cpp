@@ -61,10 +61,16 @@ void DisplayPage::Event(void (DisplayPage::*action)()) {
     (this->*action)();
     if (chosen_) ChosenPartsStage();
   });
+  Shown();
+}
+
+void DisplayPage::Shown() {
+  if (shownObserver_) shownObserver_();
 }
 
 void DisplayPage::Load() {
   controls_.RunLoad([this] { LoadPipeline(); });
+  Shown();
 }
 void DisplayPage::OnUp() {
   Event(&DisplayPage::Up);

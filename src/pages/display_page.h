@@ -83,6 +83,15 @@ class DisplayPage {
   // The parts of the chosen-parts stage while it is shown.
   const std::optional<PartsChoice>& ChosenParts() const { return chosen_; }
 
+  // "Tolerance" asks for it: the chosen-parts stage with the last choices,
+  // drawn when it is not shown yet.
+  void ShowChosenParts();
+
+  // Called once the load or an event has left the page showing a design or
+  // a stage of it (the record holds what is shown), for the pages that
+  // follow the display page.
+  void SetShownObserver(std::function<void()> observer) { shownObserver_ = std::move(observer); }
+
   // Called after each analysis with the value mode it used (1 to 4), while
   // the record and the page show that analysis.
   void SetAnalysisObserver(std::function<void(int mode)> observer) {
@@ -92,6 +101,7 @@ class DisplayPage {
  private:
   void Build();
   void Event(void (DisplayPage::*action)());
+  void Shown();
   void LoadPipeline();
   void AnalyzeAndDraw(int mode);
   void ExactAndStandardCurves();
@@ -119,6 +129,7 @@ class DisplayPage {
   ControlSet controls_;
   std::string caption_;
   std::function<void(int)> analysisObserver_;
+  std::function<void()> shownObserver_;
   PartsRequest partsRequest_;
   PartsProgress partsProgress_;
   std::optional<PartsChoice> chosen_;

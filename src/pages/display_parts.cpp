@@ -19,6 +19,14 @@ void DisplayPage::OnChosenParts() {
     partsRequest_ = request;
     ChosenPartsStage();
   });
+  Shown();
+}
+
+void DisplayPage::ShowChosenParts() {
+  controls_.RunEvent([this] {
+    if (!chosen_) ChosenPartsStage();
+  });
+  Shown();
 }
 
 // The record holds the values of the last stage drawn: the chooser starts
@@ -29,6 +37,10 @@ void DisplayPage::ChosenPartsStage() {
   PartsChoice choice;
   Act(ChooseParts(exact, partsRequest_, choice, partsProgress_), controls_);
   ApplyParts(choice, d_);
+  d_.Turns.fill(0);
+  for (const PositionParts& p : choice.positions)
+    if (p.position >= 1 && p.position < kComponentSlots)
+      d_.Turns[static_cast<size_t>(p.position)] = static_cast<int16_t>(p.turns);
   // Another run's curves go at once: the new ones need not cover them.
   if (chosen_) {
     for (int32_t color : {kChosenTransmissionColor, kChosenReflectionColor})

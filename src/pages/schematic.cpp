@@ -49,6 +49,15 @@ std::string InductanceText(float l) {
 std::string CapacitanceText(float c) {
   return c > 0 ? FormatCapacitance(c) : std::string();
 }
+// A coil of whole turns on a core holds its inductance only to the core's
+// AL tolerance (about 5%): three figures say all of it and leave room for
+// the turns.
+std::string InductanceText(const DesignRecord& d, float l, int turns) {
+  if (!(l > 0) || LabelRow(d) != kLabelRows - 1 || turns <= 0) return InductanceText(l);
+  const double figures = std::pow(10.0, std::floor(std::log10(static_cast<double>(l))) - 2);
+  return FormatInductance(static_cast<float>(std::round(l / figures) * figures)) + " " +
+         std::to_string(turns) + "t";
+}
 
 // Three half circles of a coil along the rail, upper halves, from x.
 void HorizontalCoil(DesignRecord& d, Canvas& canvas, float x) {
@@ -101,30 +110,57 @@ namespace {
 
 using namespace schematic_parts;
 
+// The least room between the inductance and capacitance texts of one tank.
+constexpr float kPairGap = 30;
+
 void SetLabel(DesignRecord& d, float x, float yOffset) {
   d.LabelX = x;
   d.LabelY = d.Y + yOffset;
 }
 
-// A value text at its place for the current label row.
-void PrintValue(DesignRecord& d, Canvas& canvas, const LabelPlace& place, float x0,
-                const std::string& text) {
+// A value text at its place for the current label row, from x; returns
+// where it ends.
+float PrintValue(DesignRecord& d, Canvas& canvas, const LabelPlace& place, float x,
+                 const std::string& text) {
   const int row = LabelRow(d);
-  SetLabel(d, x0 + place.dx[row], place.dy[row]);
+  SetLabel(d, x, place.dy[row]);
   PrintLabel(d, canvas, text, place.box, kRowColor[row]);
+  canvas.SetFont("Arial", kValueFontSize, false);
+  const float right = x + canvas.TextWidth(text);
+  SetDefaultPageFont(canvas);
+  return right;
 }
 
 // The element's value texts, as the kind table places them; a resonant
 // branch also shows its resonant frequency, which is kept in the record.
-void PrintValues(DesignRecord& d, Canvas& canvas, const ElementFacts& f, float x0, float l,
-                 float c) {
-  if (f.lLabel) PrintValue(d, canvas, *f.lLabel, x0, InductanceText(l));
-  if (f.cLabel) PrintValue(d, canvas, *f.cLabel, x0, CapacitanceText(c));
+// Inductors wound in whole turns at the chosen-parts stage show the turns.
+void PrintValues(DesignRecord& d, Canvas& canvas, const ElementFacts& f, float x0, float l, float c,
+                 int turns) {
+  const int row = LabelRow(d);
+  float lRight = x0;
+  if (f.lLabel)
+    lRight = PrintValue(d, canvas, *f.lLabel, x0 + f.lLabel->dx[row], InductanceText(d, l, turns));
+  if (f.cLabel) {
+    const std::string text = CapacitanceText(c);
+    float x = x0 + f.cLabel->dx[row];
+    // Between the rails a capacitance beside its inductance (a tank's) that
+    // would reach past the element runs into the next element's plates or
+    // coil: it ends at the element's edge instead, as far as it keeps clear
+    // of the inductance.
+    const float dy = f.cLabel->dy[row];
+    canvas.SetFont("Arial", kValueFontSize, false);
+    const float width = canvas.TextWidth(text);
+    SetDefaultPageFont(canvas);
+    if (f.lLabel && dy > 0 && dy < kRailGap && x + width > x0 + f.drawWidth)
+      x = std::max(x0 + f.drawWidth - width, lRight + kPairGap);
+    PrintValue(d, canvas, *f.cLabel, std::min(x, x0 + f.cLabel->dx[row]), text);
+  }
   if (!f.resonanceLabel || !(l > 0 && c > 0)) return;
   d.ResonantFrequency =
       static_cast<float>(1.0 / (static_cast<double>(d.TwoPi > 0 ? d.TwoPi : 2 * Pi(d)) *
                                 std::sqrt(static_cast<double>(l) * c)));
-  PrintValue(d, canvas, *f.resonanceLabel, x0, FormatFrequency(d.ResonantFrequency));
+  PrintValue(d, canvas, *f.resonanceLabel, x0 + f.resonanceLabel->dx[row],
+             FormatFrequency(d.ResonantFrequency));
 }
 
 // A coil in the upper rail. Advance 960.
@@ -326,7 +362,8 @@ void DrawLoad(DesignRecord& d, Canvas& canvas) {
   }
 }
 
-void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c, bool withValues) {
+void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c, bool withValues,
+                 int turns) {
   canvas.SetForeColor(kBlack);
   canvas.SetDrawWidth(1);
   const ElementFacts* facts = FactsOf(static_cast<int16_t>(type));
@@ -335,7 +372,7 @@ void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c, bo
   if (!facts || !symbol || (facts->bandBranch && !(d.Center > 0))) return;
   const float x0 = d.X;
   symbol(d, canvas);
-  if (withValues) PrintValues(d, canvas, *facts, x0, l, c);
+  if (withValues) PrintValues(d, canvas, *facts, x0, l, c, turns);
 }
 
 void DrawLadder(DesignRecord& d, Canvas& canvas) {
@@ -344,7 +381,7 @@ void DrawLadder(DesignRecord& d, Canvas& canvas) {
   int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
     int type = d.ElementType[j];
-    DrawElement(d, canvas, type, d.L[j], d.C[j]);
+    DrawElement(d, canvas, type, d.L[j], d.C[j], true, d.Turns[j]);
   }
   DrawLoad(d, canvas);
 }

@@ -17,9 +17,10 @@ void DrawWireStep(DesignRecord& d, Canvas& canvas);
 void DrawSource(DesignRecord& d, Canvas& canvas);
 void DrawLoad(DesignRecord& d, Canvas& canvas);
 // One element of kind `type` (1, 2, 3, 4, 6, 7) with its values; a negative
-// or zero value prints no text. Kinds 5, 8 and others draw nothing.
+// or zero value prints no text. Kinds 5, 8 and others draw nothing. In the
+// chosen parts' row an inductor of `turns` whole turns says so.
 void DrawElement(DesignRecord& d, Canvas& canvas, int type, float l, float c,
-                 bool withValues = true);
+                 bool withValues = true, int turns = 0);
 // Source, elements 1..Stages and load from the current pen position.
 void DrawLadder(DesignRecord& d, Canvas& canvas);
 // The design page's strip: clears (1,1)..(12090,3500), centres the ladder on

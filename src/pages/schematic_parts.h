@@ -36,6 +36,9 @@ void PrintLabel(DesignRecord& d, Canvas& canvas, const std::string& text, float 
 // A part without a positive value shows no text.
 std::string InductanceText(float l);
 std::string CapacitanceText(float c);
+// An inductance, with its whole turns (" 12t") in the chosen parts' row
+// when it is wound (turns above 0).
+std::string InductanceText(const DesignRecord& d, float l, int turns);
 // Three half circles of a coil along the rail, upper halves, from x.
 void HorizontalCoil(DesignRecord& d, Canvas& canvas, float x);
 // Three half circles of a coil running down from y, right halves, on x.

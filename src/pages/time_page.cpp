@@ -15,6 +15,8 @@ namespace drenik {
 namespace {
 
 constexpr ChartBox kStepBox{1300, 1500, 6300, 4400};
+// Titles end short of the page's right edge.
+constexpr float kTitleRight = kPageWidth - 100;
 constexpr ChartBox kImpulseBox{1300, 5300, 6300, 8200};
 
 void FigureTable(Canvas& canvas, const TimePageData& data, float left, float top) {
@@ -101,7 +103,12 @@ SmithPlace SmithPlaceOf(TimeCharts charts) {
 
 void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
   canvas.Clear();
-  canvas.SetFont("Arial", 10, true);
+  // The heading in 10 points, a little smaller where a long one would run
+  // off the page.
+  float size = 10;
+  canvas.SetFont("Arial", size, true);
+  while (size > 7 && 600 + canvas.TextWidth(data.title) > kTitleRight)
+    canvas.SetFont("Arial", size -= 0.5f, true);
   canvas.SetForeColor(kBlack);
   canvas.SetTextPosition(600, 250);
   canvas.Print(data.title);
@@ -147,15 +154,24 @@ void DrawTimePage(Canvas& canvas, const TimePageData& data, TimeCharts charts) {
     const SmithPlace place = SmithPlaceOf(charts);
     DrawSmithGrid(canvas, place);
     for (const TimeStage& s : data.stages) DrawSmithLocus(canvas, place, s.smith, s.color);
-    canvas.SetFont("Arial", 8, true);
-    canvas.SetTextPosition(place.cx - place.radius, place.cy - place.radius - 330);
-    char text[96];
+    // The chart's title; where it would run off the page beside the step
+    // charts, its note stands on a line of its own above.
     const SmithLocus& first = data.stages.front().smith;
-    std::snprintf(text, sizeof text, "Input reflection S11, %s ohm; %s",
-                  TrimBlanks(FormatValue(first.reference)).c_str(),
-                  first.marks.size() > 1 ? "the squares mark the band edges f1, f2"
-                                         : "the square marks the cutoff");
-    canvas.Print(text);
+    const std::string head = "Input reflection S11, " + TrimBlanks(FormatValue(first.reference)) +
+                             " ohm;",
+                      note = first.marks.size() > 1 ? "the squares mark the band edges f1, f2"
+                                                    : "the square marks the cutoff";
+    const float x = place.cx - place.radius, y = place.cy - place.radius - 330;
+    canvas.SetFont("Arial", 8, true);
+    if (x + canvas.TextWidth(head + " " + note) <= kTitleRight) {
+      canvas.SetTextPosition(x, y);
+      canvas.Print(head + " " + note);
+    } else {
+      canvas.SetTextPosition(x, y - 200);
+      canvas.Print(head);
+      canvas.SetTextPosition(x, y);
+      canvas.Print(note);
+    }
   }
   SetDefaultPageFont(canvas);
   canvas.SetForeColor(kBlack);

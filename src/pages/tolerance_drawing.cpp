@@ -249,18 +249,21 @@ void YieldBlock(const ToleranceFigures& f, Canvas& c) {
   float y = 3150;
   for (const CheckOutcome& o : r->checks) {
     Text(c, kYieldLeft, y, o.check.name, 8);
+    // The nominal design's own figure where it is the one that misses.
     const std::string count =
         o.check.Points() == 0
             ? "no sweep point there"
-            : std::to_string(o.failures) + " (" + PercentText(double(o.failures) / r->trials) + ")";
+            : std::to_string(o.failures) + " (" + PercentText(double(o.failures) / r->trials) +
+                  ")" + (o.nominalHolds ? "" : ", nominal " + Fixed(o.nominalDb, 2) + " dB");
     Text(c, kYieldLeft + 150, y + 210, count, 8, false, o.failures ? kMaskColor : kBlack);
     y += 470;
     if (y > 4900) break;
   }
 }
 
-// One histogram of a per-filter figure in dB, where more is better: bars
-// that meet the mask's limit in blue-grey, the others red.
+// One histogram of a per-filter figure in dB: bars that meet the mask's
+// limit in blue-grey, the others red. More return loss and attenuation is
+// better, more loss worse.
 struct HistogramPanel {
   float left, right;
   const char* title;
@@ -268,6 +271,7 @@ struct HistogramPanel {
   std::optional<double> limit;
   double nominal;
   const char* empty;  // said when no filter has the figure
+  bool lessIsBetter = false;
 };
 
 // The mask and nominal labels stand in a row above the box, each beside its
@@ -316,7 +320,8 @@ void DrawHistogram(Canvas& c, const HistogramPanel& p) {
   for (size_t i = 0; i < h.counts.size(); ++i) {
     if (!h.counts[i]) continue;
     const double left = h.low + h.width * i;
-    const bool meets = !p.limit || left + h.width / 2 >= *p.limit;
+    const double middle = left + h.width / 2;
+    const bool meets = !p.limit || (p.lessIsBetter ? middle <= *p.limit : middle >= *p.limit);
     const float top = kHistBottom - height * h.counts[i] / most;
     c.FilledBox(X(left) + 8, top, X(left + h.width) - 8, kHistBottom, meets ? kPassBar : kFailBar);
   }
@@ -350,8 +355,10 @@ void DrawHistogram(Canvas& c, const HistogramPanel& p) {
   Outline(c, p.left, kHistTop, p.right, kHistBottom, 1, kFrameGrey);
 }
 
-// The worst passband return loss and the least stopband attenuation of each
-// filter side by side: either check may be the one that fails.
+// A histogram for each kind of check the mask sets, side by side: the worst
+// passband return loss, the worst passband loss, the least stopband
+// attenuation of each filter. A mask without checks still shows the return
+// loss.
 void Histograms(const ToleranceFigures& f, Canvas& c) {
   const ToleranceResult* r = f.result;
   if (!r) return;
@@ -359,12 +366,27 @@ void Histograms(const ToleranceFigures& f, Canvas& c) {
   // No one line stands for the depths of several stopband checks.
   std::optional<double> stopLimit;
   if (mask.stops.size() == 1) stopLimit = mask.stops[0].depth;
-  DrawHistogram(
-      c, {kHistLeft, kHistMiddle - 150, "Worst passband return loss, dB", &r->worstReturnLoss,
-          mask.passRl, r->nominalReturnLoss, "The sweep has no passband points."});
-  DrawHistogram(
-      c, {kHistMiddle + 300, kHistRight, "Least stopband attenuation, dB", &r->worstStopAttenuation,
-          stopLimit, r->nominalStopAttenuation, "The mask checks no stopband point."});
+  std::vector<HistogramPanel> panels;
+  if (mask.passRl || (!mask.passIl && mask.stops.empty()))
+    panels.push_back({0, 0, "Worst passband return loss, dB", &r->worstReturnLoss, mask.passRl,
+                      r->nominalReturnLoss, "The sweep has no passband points."});
+  if (mask.passIl)
+    panels.push_back({0, 0, "Worst passband loss, dB", &r->worstLoss, mask.passIl, r->nominalLoss,
+                      "The sweep has no passband points.", true});
+  if (!mask.stops.empty())
+    panels.push_back({0, 0, "Least stopband attenuation, dB", &r->worstStopAttenuation, stopLimit,
+                      r->nominalStopAttenuation, "The mask checks no stopband point."});
+  // Each panel keeps 300 left of its box for the count labels and the
+  // first of its marker labels, and 150 after it.
+  constexpr float kGap = 450;
+  const float count = static_cast<float>(panels.size());
+  const float width = (kHistRight - kHistLeft - kGap * (count - 1)) / count;
+  float left = kHistLeft;
+  for (HistogramPanel& p : panels) {
+    p.left = left, p.right = left + width;
+    DrawHistogram(c, p);
+    left += width + kGap;
+  }
 }
 
 void SensitivityTable(const ToleranceFigures& f, Canvas& c) {
@@ -404,6 +426,15 @@ void DrawToleranceFigures(const ToleranceFigures& f, Canvas& c) {
                 s.distribution == Distribution::Normal ? "normal (tolerance = 3 sigma)" : "uniform",
                 s.trials, static_cast<unsigned long long>(s.seed));
   Text(c, 3600, 470, f.result ? parts : "Nominal response and mask; press Run for the yield.", 8);
+  if (!f.outOfDate.empty()) {
+    // One line between the heading and the plot's title, smaller where a
+    // long band heading needs it.
+    float size = 8;
+    c.SetFont("Arial", size, true);
+    while (size > 6 && 3600 + c.TextWidth(f.outOfDate) > kRightEdge)
+      c.SetFont("Arial", size -= 0.5f, true);
+    Text(c, 3600, 660, f.outOfDate, size, true, kMaskColor);
+  }
   ResponsePlot(f, c);
   YieldBlock(f, c);
   Histograms(f, c);

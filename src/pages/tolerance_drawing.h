@@ -2,9 +2,9 @@
 // The drawn part of the tolerance page (page units, 12000 x 9000): the
 // title, the response plot with the nominal curves, the envelope of the
 // trials as shaded bands and the mask as limit lines, the yield in large
-// type with its interval, the failures per check, the histograms of the
-// worst passband return loss and the least stopband attenuation with their
-// mask lines, and the sensitivity table.
+// type with its interval, the failures per check, a histogram for each kind
+// of check the mask sets (worst passband return loss, worst passband loss,
+// least stopband attenuation) with its mask line, and the sensitivity table.
 // The controls take the left column; the run's progress is drawn under
 // them.
 
@@ -21,9 +21,8 @@ inline constexpr float kTolPlotLeft = 4500;
 inline constexpr float kTolPlotRight = 8800;
 inline constexpr float kTolPlotTop = 1150;
 inline constexpr float kTolPlotBottom = 4750;
-// The two histograms, side by side either side of kHistMiddle.
+// The histograms, side by side, one for each kind of check.
 inline constexpr float kHistLeft = 3950;
-inline constexpr float kHistMiddle = 5950;
 inline constexpr float kHistRight = 7950;
 inline constexpr float kHistTop = 6150;
 inline constexpr float kHistBottom = 8150;
@@ -44,6 +43,9 @@ struct ToleranceFigures {
   std::string stageName;                // "5% C"
   const ToleranceSetup* setup = nullptr;
   const ToleranceResult* result = nullptr;  // null before a run
+  // Said in red under the heading when the display page shows another
+  // design than the one drawn; empty otherwise.
+  std::string outOfDate;
 };
 
 // Everything right of the controls; before a run the nominal response of

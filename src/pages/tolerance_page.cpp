@@ -1,11 +1,13 @@
 #include "pages/tolerance_page.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <vector>
 
 #include "core/formatters.h"
 #include "core/whole_number.h"
+#include "pages/design_heading.h"
 #include "pages/opening_page.h"
 #include "pages/tolerance_drawing.h"
 
@@ -14,6 +16,8 @@ namespace drenik {
 namespace {
 
 constexpr int kStopRows = 3;
+// The mask frame's caption once the mask is the user's rather than filled in.
+constexpr const char* kOwnMask = "Mask (as you set it)";
 
 std::string Trimmed(const std::string& text) {
   const size_t a = text.find_first_not_of(" \t");
@@ -51,10 +55,32 @@ std::vector<std::string> BandBoxes() {
   return names;
 }
 
+// The mask's boxes in the order the last-session file keeps them.
+std::vector<std::string> MaskBoxes() {
+  std::vector<std::string> names = {"txtPassEdge", "txtPassEdge2", "txtPassRl", "txtPassIl"};
+  for (int row = 1; row <= kStopRows; ++row)
+    for (const char* box : {"txtStopFreq", "txtStopTo", "txtStopDepth"})
+      names.push_back(Row(box, row));
+  return names;
+}
+
+// The boxes of MaskBoxes() that hold decibels; the others hold frequencies.
+bool DecibelBox(size_t k) {
+  return k == 2 || k == 3 || (k >= 4 && (k - 4) % 3 == 2);
+}
+
+constexpr ValueStage kStages[] = {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL,
+                                  ValueStage::Chosen};
+const char* OptionOf(ValueStage stage) {
+  constexpr const char* names[] = {"optExact", "opt5C", "opt5L", "optChosen"};
+  return names[static_cast<int>(stage)];
+}
+
 // Whether two designs analyse alike at every value stage: the same ladder,
 // terminations, losses and sweep.
 bool SameLadders(const ValueStages& a, const ValueStages& b) {
-  for (ValueStage stage : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
+  if (a.chosen.has_value() != b.chosen.has_value()) return false;
+  for (ValueStage stage : kStages) {
     const DesignRecord &x = a.At(stage), &y = b.At(stage);
     if (x.Stages != y.Stages || x.ElementType != y.ElementType || x.L != y.L || x.C != y.C ||
         x.Rsource != y.Rsource || x.Rload != y.Rload || x.Qind != y.Qind || x.Qcap != y.Qcap ||
@@ -101,13 +127,15 @@ TolerancePage::~TolerancePage() {
 
 void TolerancePage::Build() {
   Frame* values = &controls_.AddFrame("frmValues", "Values");
-  for (ValueStage stage : {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL}) {
-    const std::string name =
-        stage == ValueStage::Exact ? "optExact" : (stage == ValueStage::FiveC ? "opt5C" : "opt5L");
-    controls_.AddOption(name, ValueStageName(stage), values).SetHandler([this, stage] {
-      SelectStage(stage);
+  for (ValueStage stage : kStages)
+    controls_.AddOption(OptionOf(stage), ValueStageName(stage), values).SetHandler([this, stage] {
+      controls_.RunEvent([this, stage] {
+        if (stage == ValueStage::Chosen)
+          PickChosen();
+        else
+          SelectStage(stage);
+      });
     });
-  }
   Frame* parts = &controls_.AddFrame("frmParts", "Part tolerances");
   controls_.AddLabel("lblCtol", "Capacitors, +-%");
   controls_.AddTextBox("txtCtol", "5");
@@ -143,11 +171,17 @@ void TolerancePage::Build() {
     controls_.AddTextBox(Row("txtStopTo", row), "");
     controls_.AddTextBox(Row("txtStopDepth", row), "");
   }
-  // Before a run the plot follows the mask as it is typed.
+  // Before a run the plot follows the mask as it is typed. A mask the user
+  // typed is kept for later designs of its shape and the next start.
+  const std::vector<std::string> mask = MaskBoxes();
   for (const auto& control : controls_.All()) {
     if (control->Kind() != ControlKind::TextBox) continue;
-    static_cast<TextBox&>(*control).SetChangeHandler([this] {
-      if (prefilling_ || hasResult_ || Running()) return;
+    const bool inMask = std::ranges::find(mask, control->Name()) != mask.end();
+    static_cast<TextBox&>(*control).SetChangeHandler([this, inMask] {
+      if (prefilling_) return;
+      if (inMask && !maskSet_) controls_.FindFrame("frmMask")->SetCaption(kOwnMask);
+      maskSet_ = maskSet_ || inMask;
+      if (hasResult_ || Running()) return;
       if (ReadSetup(setup_, true)) Redraw();
     });
   }
@@ -178,23 +212,77 @@ void TolerancePage::Load(const DesignRecord& d) {
   ValueStages stages = MakeValueStages(d);
   // The same design again (the window closed and opened): the user's
   // settings, a run in progress and its result stay.
-  if (loaded_ && SameLadders(stages, stages_)) return;
-  loaded_ = true;
+  if (loaded_ && SameLadders(stages, stages_)) {
+    DropPending();
+    return;
+  }
+  Adopt(std::move(stages));
+}
+
+// Back to the design analysed: the out-of-date mark goes.
+void TolerancePage::DropPending() {
+  if (!pending_) return;
+  pending_.reset();
+  SetRunning(Running());
+  Redraw();
+}
+
+void TolerancePage::Follow(const DesignRecord& d) {
+  if (!loaded_) return;
+  ValueStages stages = MakeValueStages(d);
+  if (SameLadders(stages, stages_)) {
+    DropPending();
+    return;
+  }
+  // Nothing to keep: the page shows the design at once. A design that
+  // cannot be analysed waits for Run again, which names why.
+  if (!hasResult_ && !Running() && stages.fault.empty()) {
+    Adopt(std::move(stages));
+    return;
+  }
+  const std::string heading = DesignHeading(stages.fiveC, false);
+  pendingNote_ =
+      heading == DesignHeading(stages_.fiveC, false)
+          ? "Out of date: the display page shows other parts now; Run again analyses "
+            "them."
+          : "Out of date: the display page shows " + heading + " now; Run again analyses it.";
+  pending_ = std::move(stages);
+  SetRunning(Running());
+  Redraw();
+}
+
+bool TolerancePage::TakePending() {
+  if (!pending_) return true;
+  ValueStages next = std::move(*pending_);
+  Adopt(std::move(next));
+  return stages_.fault.empty();
+}
+
+void TolerancePage::Adopt(ValueStages stages) {
   if (job_) job_->cancel = true;
   if (worker_.joinable()) worker_.join();
   job_.reset();
+  pending_.reset();
   SetRunning(false);
   stages_ = std::move(stages);
   if (!stages_.fault.empty()) platform_.ShowMessage(stages_.fault);
-  stage_ = ValueStage::FiveC;
-  controls_.FindOption("opt5C")->SetSelectedQuietly(true);
-  controls_.FindOption("optExact")->SetSelectedQuietly(false);
-  controls_.FindOption("opt5L")->SetSelectedQuietly(false);
+  // The values chosen stay, where the new design has them.
+  if (!loaded_ || (stage_ == ValueStage::Chosen && !stages_.chosen)) stage_ = ValueStage::FiveC;
+  ShowStageOption();
+  const MaskShape before = shape_;
   ShowShape();
-  Prefill();
+  if (!loaded_) PrefillSettings();
+  if (!loaded_ || !maskSet_ || shape_ != before) PrefillMask();
+  loaded_ = true;
+  if (!ReadSetup(setup_, true)) setup_ = ToleranceSetup{};
   hasResult_ = false;
   status_ = "Ready";
   Redraw();
+}
+
+void TolerancePage::ShowStageOption() {
+  for (ValueStage stage : kStages)
+    controls_.FindOption(OptionOf(stage))->SetSelectedQuietly(stage == stage_);
 }
 
 void TolerancePage::ShowShape() {
@@ -215,11 +303,9 @@ void TolerancePage::ShowShape() {
   for (const std::string& name : BandBoxes()) controls_.Find(name)->SetEnabled(band);
 }
 
-void TolerancePage::Prefill() {
+void TolerancePage::PrefillSettings() {
   prefilling_ = true;
   const ToleranceSetup defaults;
-  const ToleranceDesign design = ToleranceDesignOf(Stage());
-  const Mask mask = DefaultMask(design);
   auto set = [&](const char* box, const std::string& text) {
     controls_.FindTextBox(box)->SetText(text);
   };
@@ -230,6 +316,17 @@ void TolerancePage::Prefill() {
   set("txtTighten", Number(defaults.tightenPercent));
   controls_.FindOption("optUniform")->SetSelectedQuietly(true);
   controls_.FindOption("optNormal")->SetSelectedQuietly(false);
+  prefilling_ = false;
+}
+
+void TolerancePage::PrefillMask() {
+  prefilling_ = true;
+  maskSet_ = false;
+  const ToleranceDesign design = ToleranceDesignOf(Stage());
+  const Mask mask = DefaultMask(design);
+  auto set = [&](const char* box, const std::string& text) {
+    controls_.FindTextBox(box)->SetText(text);
+  };
   // Which margin the filled-in mask keeps from the nominal design's figures.
   controls_.FindFrame("frmMask")->SetCaption(
       "Mask (filled in " + Number(kMaskMarginDb) + " dB inside the nominal" +
@@ -252,15 +349,60 @@ void TolerancePage::Prefill() {
     set(Row("txtStopDepth", row).c_str(), stop ? Number(stop->depth) : "");
   }
   prefilling_ = false;
-  if (!ReadSetup(setup_, true)) setup_ = ToleranceSetup{};
+  ApplyKeptMask();
+}
+
+// The last session's mask, in place of the filled-in one, for the first
+// design of its shape.
+void TolerancePage::ApplyKeptMask() {
+  if (static_cast<int>(keptMask_[0]) != static_cast<int>(shape_) + 1) return;
+  prefilling_ = true;
+  const std::vector<std::string> boxes = MaskBoxes();
+  for (size_t k = 0; k < boxes.size(); ++k) {
+    const float v = keptMask_[k + 1];
+    controls_.FindTextBox(boxes[k])->SetText(!(v > 0) ? "" : DecibelBox(k) ? Number(v) : Hz(v));
+  }
+  prefilling_ = false;
+  controls_.FindFrame("frmMask")->SetCaption(kOwnMask);
+  keptMask_.fill(0);
+  maskSet_ = true;
+}
+
+std::array<float, kKeptMaskFields> TolerancePage::KeptMask() const {
+  if (!maskSet_) return keptMask_;
+  std::array<float, kKeptMaskFields> kept{};
+  kept[0] = static_cast<float>(static_cast<int>(shape_) + 1);
+  const std::vector<std::string> boxes = MaskBoxes();
+  for (size_t k = 0; k < boxes.size(); ++k) {
+    double v = 0;
+    if (ReadBox(controls_, boxes[k], v) && v > 0 && std::isfinite(v))
+      kept[k + 1] = static_cast<float>(v);
+  }
+  return kept;
 }
 
 void TolerancePage::SelectStage(ValueStage stage) {
+  if (!TakePending()) return;
   stage_ = stage;
+  ShowStageOption();
   hasResult_ = false;
   status_ = "Ready";
   ReadSetup(setup_, true);
   Redraw();
+}
+
+// The chosen parts are the display page's: without them the page asks for
+// them, and they arrive through Follow().
+void TolerancePage::PickChosen() {
+  if (!stages_.chosen && !pending_ && chosenSource_) chosenSource_();
+  const bool chosen = pending_ ? pending_->chosen.has_value() : stages_.chosen.has_value();
+  if (!chosen) {
+    ShowStageOption();
+    platform_.ShowMessage(
+        "The display page has no chosen parts for this design: press Chosen parts there.");
+    return;
+  }
+  SelectStage(ValueStage::Chosen);
 }
 
 bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
@@ -371,6 +513,7 @@ std::string TolerancePage::ReadBandMask(Mask& mask) {
 
 void TolerancePage::OnRun() {
   if (Running()) return;
+  if (!TakePending()) return;
   ToleranceSetup setup;
   if (!ReadSetup(setup, false)) return;
   auto job = std::make_shared<Job>();
@@ -434,7 +577,10 @@ void TolerancePage::Finish() {
 
 void TolerancePage::SetRunning(bool running) {
   controls_.FindButton("cmdRun")->SetEnabled(!running);
+  controls_.FindButton("cmdRun")->SetCaption(pending_ ? "Run again" : "Run");
   controls_.FindButton("cmdCancel")->SetEnabled(running);
+  // A run keeps the values it was started with.
+  for (ValueStage stage : kStages) controls_.FindOption(OptionOf(stage))->SetEnabled(!running);
 }
 
 void TolerancePage::DrawFigures(Canvas& canvas) const {
@@ -443,6 +589,7 @@ void TolerancePage::DrawFigures(Canvas& canvas) const {
   f.stageName = ValueStageName(stage_);
   f.setup = &setup_;
   f.result = hasResult_ ? &result_ : nullptr;
+  if (pending_) f.outOfDate = pendingNote_;
   DrawToleranceFigures(f, canvas);
 }
 

@@ -1,16 +1,20 @@
 #pragma once
 // The tolerance page: how many filters built from real parts meet their
-// mask. Its controls choose the value stage, the part tolerances and their
-// distribution, the trials, the seed, the mask and the sensitivity's
-// tightened tolerance; "Run" starts the analysis on a worker thread, with
-// progress drawn on the page and "Cancel" to stop it. The result is drawn
-// as the response envelope over the nominal curves with the mask, a
-// histogram of the worst passband return loss, the yield and its interval,
-// the failures per check and the sensitivity table.
+// mask. Its controls choose the value stage (the display page's exact, 5% C,
+// 5% L or chosen parts), the part tolerances and their distribution, the
+// trials, the seed, the mask and the sensitivity's tightened tolerance;
+// "Run" starts the analysis on a worker thread, with progress drawn on the
+// page and "Cancel" to stop it. The result is drawn as the response
+// envelope over the nominal curves with the mask, a histogram for each kind
+// of check, the yield and its interval, the failures per check and the
+// sensitivity table.
 
+#include <array>
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -58,9 +62,25 @@ class TolerancePage {
   void SetHost(ToleranceHost* host) { host_ = host ? host : &noHost_; }
 
   // Takes the design the display page holds now (a run in progress is
-  // cancelled), prefills the controls for it and draws its nominal response
-  // with the mask. The design already loaded keeps the page as it is.
+  // cancelled) and draws its nominal response with the mask. The first
+  // design prefills the controls; a later one keeps the user's settings and
+  // the mask the user set (while the mask's shape holds), and fills in the
+  // mask afresh otherwise. The design already loaded keeps the page as it is.
   void Load(const DesignRecord& d);
+  // The display page shows another design or stage: taken up at once while
+  // the page holds no result and no run; otherwise the result stays, marked
+  // out of date, until "Run again" (or a choice of values) takes it up.
+  void Follow(const DesignRecord& d);
+  bool OutOfDate() const { return pending_.has_value(); }
+  // Asked for the display page's chosen parts when "Chosen" is picked while
+  // the design has none; the display page's stage then reaches Follow().
+  void SetChosenSource(std::function<void()> source) { chosenSource_ = std::move(source); }
+  // The mask kept from the last session: the first design of its shape
+  // takes it in place of the filled-in one.
+  void SetKeptMask(const std::array<float, kKeptMaskFields>& mask) { keptMask_ = mask; }
+  // The mask to keep for the next start: the boxes as the user set them, or
+  // the kept one no design has taken up yet; all 0 when neither.
+  std::array<float, kKeptMaskFields> KeptMask() const;
 
   // Button events (the buttons of Controls() call these).
   void OnRun();
@@ -89,8 +109,18 @@ class TolerancePage {
  private:
   struct Job;
   void Build();
+  // Takes up the stages of another design (see Load).
+  void Adopt(ValueStages stages);
+  // Takes up the design Follow() kept back, if any; false when it cannot be
+  // analysed (the message says why).
+  bool TakePending();
+  void DropPending();
   void SelectStage(ValueStage stage);
-  void Prefill();
+  void PickChosen();
+  void ShowStageOption();
+  void PrefillSettings();
+  void PrefillMask();
+  void ApplyKeptMask();
   // The controls as a setup; false (after a message naming the box, unless
   // quiet) when a box does not hold a usable value.
   bool ReadSetup(ToleranceSetup& setup, bool quiet);
@@ -111,6 +141,11 @@ class TolerancePage {
   ToleranceHost noHost_;
 
   ValueStages stages_;
+  std::optional<ValueStages> pending_;  // the design shown now, while out of date
+  std::string pendingNote_;
+  std::function<void()> chosenSource_;
+  std::array<float, kKeptMaskFields> keptMask_{};
+  bool maskSet_ = false;  // the user typed into the mask's boxes
   ValueStage stage_ = ValueStage::FiveC;
   MaskShape shape_ = MaskShape::Edge;
   ToleranceSetup setup_;

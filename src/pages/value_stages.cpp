@@ -42,6 +42,7 @@ const char* ValueStageName(ValueStage stage) {
 }
 
 const DesignRecord& ValueStages::At(ValueStage stage) const {
+  if (stage == ValueStage::Chosen && chosen) return *chosen;
   return stage == ValueStage::Exact ? exact : (stage == ValueStage::FiveL ? fiveL : fiveC);
 }
 
@@ -59,6 +60,7 @@ ValueStages MakeValueStages(const DesignRecord& d) {
   stages.fiveC = copy;
   page.OnInductors();
   stages.fiveL = copy;
+  if (d.ValueMode == kChosenPartsMode) stages.chosen = d;
   stages.fault = host.message;
   if (stages.fault.empty() && !exactSeen)
     stages.fault = "The display page did not analyse the design.";

@@ -7,6 +7,7 @@
 // on the series the user asked for, so only a record that the display page
 // left at that stage (ValueMode 4) holds them.
 
+#include <optional>
 #include <string>
 
 #include "core/design_record.h"
@@ -20,14 +21,17 @@ const char* ValueStageName(ValueStage stage);
 
 struct ValueStages {
   DesignRecord exact, fiveC, fiveL;
+  // The record itself when the display page left it at its chosen parts.
+  std::optional<DesignRecord> chosen;
   std::string fault;  // what stopped the display page; empty when all three are made
 
-  // One of the three stages made here (not Chosen).
+  // One of the stages; Chosen without chosen parts is the 5% C stage.
   const DesignRecord& At(ValueStage stage) const;
 };
 
-// The stages of the design `d` holds (its choices, Width and prototype); `d`
-// itself is left as it is.
+// The stages of the design `d` holds (its choices, Width and prototype), and
+// `d` as the chosen stage when it holds one (ValueMode 4); `d` itself is
+// left as it is.
 ValueStages MakeValueStages(const DesignRecord& d);
 
 }  // namespace drenik

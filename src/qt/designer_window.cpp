@@ -177,8 +177,10 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
   app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
   // The tolerance page in its own window beside this one, made once.
   app.SetToleranceObserver([this](TolerancePage& page) {
-    if (!tolerance_)
+    if (!tolerance_) {
       tolerance_ = new ToleranceWindow(page, app_.ToleranceCanvas(), app_.GetPlatform(), this);
+      connect(tolerance_, &ToleranceWindow::Closed, this, [this] { app_.TolerancePageClosed(); });
+    }
     tolerance_->Reload();
     tolerance_->show();
     tolerance_->raise();
@@ -186,11 +188,20 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
   });
   // The time and Smith chart page in its own window, made once.
   app.SetTimeObserver([this](TimePage& page) {
-    if (!time_) time_ = new TimeWindow(page, app_.GetPlatform(), this);
+    if (!time_) {
+      time_ = new TimeWindow(page, app_.GetPlatform(), this);
+      connect(time_, &TimeWindow::Closed, this, [this] { app_.TimePageClosed(); });
+    }
     time_->Refresh();
     time_->show();
     time_->raise();
     time_->activateWindow();
+  });
+  // The side windows follow the display page: the time page drawn again,
+  // the tolerance page's boxes for the shape of its mask.
+  app.SetFollowObserver([this] {
+    if (time_) time_->Refresh();
+    if (tolerance_) tolerance_->Reload();
   });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());

@@ -8,6 +8,13 @@
 
 namespace drenik {
 
+QSize PageWindowSize(const QRect& available, int extraHeight) {
+  const double width =
+      std::min(available.width() * 0.8, (available.height() * 0.8 - extraHeight) * 4 / 3);
+  const int w = std::max(400, static_cast<int>(width));
+  return QSize(w, w * 3 / 4 + extraHeight);
+}
+
 PageSurface::PageSurface(const RecordingCanvas& drawing, QWidget* parent)
     : QWidget(parent), drawing_(drawing) {
   setAttribute(Qt::WA_OpaquePaintEvent);
@@ -18,9 +25,10 @@ void PageSurface::SetMouseMoveHandler(std::function<void(float, float)> handler)
   setMouseTracking(static_cast<bool>(mouseMove_));
 }
 
+// The page is drawn at 4:3 and centred (PageTransform): a surface of
+// another shape has margins, which lie outside the page.
 QPointF PageSurface::ToPage(QPointF widgetPos) const {
-  return QPointF(widgetPos.x() * kPageWidth / std::max(1, width()),
-                 widgetPos.y() * kPageHeight / std::max(1, height()));
+  return PageTransform(QRectF(rect())).inverted().map(widgetPos);
 }
 
 void PageSurface::paintEvent(QPaintEvent*) {

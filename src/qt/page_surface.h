@@ -10,6 +10,10 @@
 
 namespace drenik {
 
+// The size of a window that shows a page at 4:3 in 80% of a screen's
+// available area, with `extraHeight` pixels under it (a row of buttons).
+QSize PageWindowSize(const QRect& available, int extraHeight = 0);
+
 class PageSurface : public QWidget {
   Q_OBJECT
  public:
@@ -18,7 +22,7 @@ class PageSurface : public QWidget {
   // Called with the pointer position in page units while the mouse moves
   // over the surface (with or without a button held).
   void SetMouseMoveHandler(std::function<void(float x, float y)> handler);
-  // A widget position in page units (the widget covers the whole page).
+  // A widget position in page units.
   QPointF ToPage(QPointF widgetPos) const;
   int Paints() const { return paints_; }
 

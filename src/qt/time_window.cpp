@@ -1,7 +1,9 @@
 #include "qt/time_window.h"
 
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "qt/print_page.h"
@@ -17,6 +19,7 @@ TimeWindow::TimeWindow(TimePage& page, Platform& platform, QWidget* parent)
   setWindowTitle("Time and Smith chart");
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
   layout->addWidget(surface_, 1);
   auto* buttons = new QHBoxLayout;
   buttons->setContentsMargins(8, 4, 8, 8);
@@ -37,7 +40,15 @@ TimeWindow::TimeWindow(TimePage& page, Platform& platform, QWidget* parent)
     surface_->update();
   });
   setMinimumSize(400, 300);
-  resize(1200, 940);
+  // Sized to the screen it opens on (the designer's), button row included.
+  ensurePolished();
+  if (QScreen* screen = parent ? parent->screen() : this->screen())
+    resize(PageWindowSize(screen->availableGeometry(), buttons->sizeHint().height()));
+}
+
+void TimeWindow::closeEvent(QCloseEvent* event) {
+  emit Closed();
+  QWidget::closeEvent(event);
 }
 
 void TimeWindow::Refresh() {

@@ -23,6 +23,12 @@ class TimeWindow : public QWidget {
   // when the file could not be written (the platform shows why).
   bool SavePicture();
 
+ signals:
+  void Closed();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   TimePage& page_;
   Platform& platform_;

@@ -1,6 +1,7 @@
 #include "qt/tolerance_window.h"
 
 #include <QCloseEvent>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "qt/print_page.h"
@@ -15,10 +16,12 @@ std::vector<ControlPlace> TolerancePlaces(bool band) {
     p.push_back({label, 300, y, 2200, y + 330, 8, frame});
     p.push_back({box, 2250, y, 3200, y + 330, 8, frame});
   };
+  // The four value stages in one row, in a smaller font than the boxes'.
   p.push_back({"frmValues", 150, 100, 3350, 720});
-  p.push_back({"optExact", 300, 360, 1200, 660, 8, "frmValues"});
-  p.push_back({"opt5C", 1250, 360, 2200, 660, 8, "frmValues"});
-  p.push_back({"opt5L", 2250, 360, 3200, 660, 8, "frmValues"});
+  p.push_back({"optExact", 250, 360, 1000, 660, 7.5f, "frmValues"});
+  p.push_back({"opt5C", 1020, 360, 1700, 660, 7.5f, "frmValues"});
+  p.push_back({"opt5L", 1720, 360, 2400, 660, 7.5f, "frmValues"});
+  p.push_back({"optChosen", 2420, 360, 3300, 660, 7.5f, "frmValues"});
 
   p.push_back({"frmParts", 150, 800, 3350, 2150});
   row("frmParts", "lblCtol", "txtCtol", 1060);
@@ -73,7 +76,9 @@ ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platf
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(view_);
   setMinimumSize(400, 300);
-  resize(1200, 900);
+  // Sized to the screen it opens on (the designer's).
+  if (QScreen* screen = parent ? parent->screen() : this->screen())
+    resize(PageWindowSize(screen->availableGeometry()));
   timer_->setInterval(kPollMs);
   connect(timer_, &QTimer::timeout, this, &ToleranceWindow::Tick);
   page_.SetHost(this);
@@ -115,6 +120,7 @@ void ToleranceWindow::Close() {
 
 void ToleranceWindow::closeEvent(QCloseEvent* event) {
   page_.OnCancel();
+  emit Closed();
   QWidget::closeEvent(event);
 }
 

@@ -34,6 +34,9 @@ class ToleranceWindow : public QWidget, public ToleranceHost {
   std::string SavePicture(const RecordingCanvas& paper, const std::string& path) override;
   void Close() override;
 
+ signals:
+  void Closed();
+
  protected:
   void closeEvent(QCloseEvent* event) override;
 

@@ -102,6 +102,9 @@ struct CheckOutcome {
   MaskCheck check;
   int failures = 0;  // trials that break it
   bool nominalHolds = true;
+  // The nominal design's worst over the check's points, dB (positive): the
+  // least return loss or attenuation, the most loss. NaN without points.
+  double nominalDb = 0;
 };
 
 struct PartSensitivity {
@@ -124,10 +127,11 @@ struct ToleranceResult {
   std::vector<float> nominalTransmission, nominalReflection;
   std::vector<float> transmissionMin, transmissionMax, reflectionMin, reflectionMax;
   // Per trial (NaN where the sweep has no passband or stopband points):
-  // worst passband return loss and worst stopband attenuation, dB (positive).
-  // The stopband is every point that any stopband check covers.
-  std::vector<float> worstReturnLoss, worstStopAttenuation;
-  float nominalReturnLoss = 0, nominalStopAttenuation = 0;
+  // worst passband return loss, worst passband loss and worst stopband
+  // attenuation, dB (positive). The stopband is every point that any
+  // stopband check covers.
+  std::vector<float> worstReturnLoss, worstLoss, worstStopAttenuation;
+  float nominalReturnLoss = 0, nominalLoss = 0, nominalStopAttenuation = 0;
   // The parts, the one whose tightening gains the most yield first.
   std::vector<PartSensitivity> sensitivity;
 };

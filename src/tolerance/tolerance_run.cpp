@@ -110,7 +110,8 @@ struct BlockExtremes {
     Extremes() { low.fill(kInf), high.fill(0.0); }
   };
   std::vector<Extremes> check;
-  Extremes pass;  // |S11|^2 over the passband
+  Extremes pass;     // |S11|^2 over the passband
+  Extremes passS21;  // |S21|^2 over the passband
 
   explicit BlockExtremes(size_t checks) : check(checks) {}
   // Lane k's largest |S21|^2 over every stopband check's points.
@@ -194,7 +195,10 @@ void TakeStretch(const Plan& p, int first, int count, bool envelope, WorkerSums&
     extremes(check.first, check.last, check.kind == CheckKind::ReturnLoss ? s11 : s21, e.check[c]);
   }
   if (envelope)
-    for (const auto& [from, to] : p.passSpans) extremes(from, to, s11, e.pass);
+    for (const auto& [from, to] : p.passSpans) {
+      extremes(from, to, s11, e.pass);
+      extremes(from, to, s21, e.passS21);
+    }
 }
 
 // Run 0 on one block: every point, the envelope, the failures and the
@@ -217,8 +221,10 @@ void FullBlock(const Plan& p, int block, WorkerSums& w, ToleranceResult& r) {
       pass = false;
     }
     w.passed[0] += pass;
+    const bool passband = p.passLast >= p.passFirst;
     r.worstReturnLoss[trial] =
-        p.passLast < p.passFirst ? kNaN : static_cast<float>(-ReflectionDbOf(e.pass.high[k]));
+        passband ? static_cast<float>(-ReflectionDbOf(e.pass.high[k])) : kNaN;
+    r.worstLoss[trial] = passband ? static_cast<float>(-TransmissionDbOf(e.passS21.low[k])) : kNaN;
     r.worstStopAttenuation[trial] =
         p.stopped ? static_cast<float>(-TransmissionDbOf(e.StopHigh(p, k))) : kNaN;
   }
@@ -265,7 +271,7 @@ void Nominal(const Plan& p, ToleranceResult& r) {
   std::vector<double> s21(p.points * kLanes), s11(p.points * kLanes);
   p.batch.Evaluate(UniformBatch(p.design.ladder), 0, p.points, s21.data(), s11.data(),
                    p.setup.path);
-  double passS11 = 0, stopS21 = 0;
+  double passS11 = 0, passS21 = kInf, stopS21 = 0;
   for (int i = 0; i < p.points; ++i) {
     const double a = s21[i * kLanes], b = s11[i * kLanes];
     const size_t at = static_cast<size_t>(i - p.sweepFirst);
@@ -274,7 +280,7 @@ void Nominal(const Plan& p, ToleranceResult& r) {
       r.nominalReflection[at] = static_cast<float>(ReflectionDbOf(b));
     }
     for (const auto& [from, to] : p.passSpans)
-      if (i >= from && i <= to) passS11 = std::max(passS11, b);
+      if (i >= from && i <= to) passS11 = std::max(passS11, b), passS21 = std::min(passS21, a);
   }
   r.nominalPasses = true;
   for (CheckOutcome& c : r.checks) {
@@ -286,9 +292,14 @@ void Nominal(const Plan& p, ToleranceResult& r) {
     }
     if (Stop(m)) stopS21 = std::max(stopS21, ext);
     c.nominalHolds = m.Holds(ext);
+    c.nominalDb = m.Points() == 0                   ? kNaN
+                  : m.kind == CheckKind::ReturnLoss ? -ReflectionDbOf(ext)
+                                                    : -TransmissionDbOf(ext);
     r.nominalPasses = r.nominalPasses && c.nominalHolds;
   }
-  r.nominalReturnLoss = p.passLast < p.passFirst ? kNaN : -ReflectionDbOf(passS11);
+  const bool passband = p.passLast >= p.passFirst;
+  r.nominalReturnLoss = passband ? -ReflectionDbOf(passS11) : kNaN;
+  r.nominalLoss = passband ? -TransmissionDbOf(passS21) : kNaN;
   r.nominalStopAttenuation = p.stopped ? -TransmissionDbOf(stopS21) : kNaN;
 }
 
@@ -375,6 +386,7 @@ EngineReport RunTolerance(const ToleranceDesign& design, const ToleranceSetup& s
                       &r.transmissionMax, &r.reflectionMin, &r.reflectionMax})
     curve->assign(design.freq.size(), 0.0f);
   r.worstReturnLoss.assign(setup.trials, kNaN);
+  r.worstLoss.assign(setup.trials, kNaN);
   r.worstStopAttenuation.assign(setup.trials, kNaN);
   Nominal(p, r);
 

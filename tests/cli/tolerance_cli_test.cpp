@@ -113,6 +113,10 @@ TEST(ToleranceCli, JsonCarriesTheYieldFailuresEnvelopeAndSensitivity) {
   EXPECT_NE(text.out.find("Yield: "), std::string::npos);
   EXPECT_NE(text.out.find("return loss 17 dB to 7MHz"), std::string::npos);
   EXPECT_NE(text.out.find("matters most"), std::string::npos);
+  // The nominal design's verdict names the check it fails, with its figure.
+  EXPECT_NE(Drenik("tolerance --trials 20 --pass-il 0.01")
+                .out.find("Nominal design: fails loss 0.01 dB to 4.2MHz (it has 0.11 dB)\n"),
+            std::string::npos);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -64,6 +65,31 @@ TEST_F(SessionFile, WritesTheLineAndReadsItBackInAnySpelling) {
   ASSERT_TRUE(ParseLastSession(line.substr(0, line.rfind(",1,300")) + ",3,300,0,0", back));
   EXPECT_TRUE(back.InductorQLaw == QLaw::Constant && back.WindingCapacitance == 0 &&
               back.Width == 4.4e6f);
+
+  // The chosen parts' setup and the tolerance window's mask follow the
+  // part models (zero-filled when ideal); a line without them keeps none,
+  // nonsense there keeps none but the design.
+  d = Sample();
+  d.KeptCapacitorSeries = 12, d.KeptWinding = "T50-6";
+  d.KeptMask = {1, 14.35e6f, 0, 17, 0, 28.7e6f, 0, 50};
+  const std::string kept = LastSessionLine(d);
+  EXPECT_EQ(kept,
+            "7,1E+10,3,.2,60,\"Linhighpass\",75.5,123.4,0,0,0,0,0,0,12,0,0,\"T50-6\",1,"
+            "1.435E+07,0,17,0,2.87E+07,0,50,0,0,0,0,0,0");
+  ASSERT_TRUE(ParseLastSession(kept, back));
+  EXPECT_EQ(LastSessionLine(back), kept);
+  ASSERT_TRUE(ParseLastSession(LastSessionLine(Sample()), back));
+  EXPECT_TRUE(back.KeptWinding.empty() && back.KeptCapacitorSeries == 0 && back.KeptMask[0] == 0);
+  for (const char* bad :
+       {",0,0,0,0,0,0,12,0,2,\"T50-6\"", ",0,0,0,0,0,0,-6,0,0,0", ",0,0,0,0,0,0,12,0,0,\"T50-6\",5",
+        ",0,0,0,0,0,0,12,0,0,\"T50-6\",1,-5"}) {
+    std::string line = LastSessionLine(Sample()) + bad;
+    while (std::count(line.begin(), line.end(), ',') < 31) line += ",0";
+    ASSERT_TRUE(ParseLastSession(line, back)) << line;
+    EXPECT_TRUE(back.KeptCapacitorSeries == 0 && back.KeptWinding.empty() &&
+                back.KeptMask[0] == 0 && back.Order == 7)
+        << line;
+  }
 
   // A comma inside the quotes belongs to the topology; later lines are ignored.
   EXPECT_TRUE(ParseLastSession("0,0,0,0,0,\"a,b\",0,0\r\ngarbage", d));

@@ -140,12 +140,58 @@ TEST_F(TolerancePageTest, ControlsArePrefilledForTheDesignAndARunDrawsItsResult)
   EXPECT_TRUE(platform.messages.empty());
 
   // Opened again on the same design the page stays as it was; a retuned
-  // design starts afresh.
+  // design is taken up with the user's settings.
   Display().Controls().FindButton("cmdTolerance")->Click();
   EXPECT_TRUE(Page().HasResult() && Box("txtTrials") == "3,000");
   Display().OnUp();
   Display().Controls().FindButton("cmdTolerance")->Click();
-  EXPECT_TRUE(!Page().HasResult() && Box("txtTrials") == "2000");
+  EXPECT_TRUE(!Page().HasResult() && Box("txtTrials") == "3,000");
+}
+
+// The page follows the display page: at once while it holds no result; a
+// result is marked out of date until Run again takes up the design shown,
+// with the user's settings and mask. A mask of the loss alone shows the
+// loss's histogram. "Chosen" asks the display page for its chosen parts.
+// Exit keeps the mask and the parts' setup for the next start.
+TEST_F(TolerancePageTest, FollowsTheDisplayPageTestsTheChosenPartsAndKeepsItsMask) {
+  Open({"optCauer", "optOrder5"});
+  Display().OnUp();
+  EXPECT_TRUE(!Page().OutOfDate() && Page().Stage().Width == D().Width);
+  const std::string edge = Box("txtPassEdge");
+  EXPECT_EQ(edge, TrimBlanks(FormatFrequency(D().Width)));
+  Type("txtTrials", "300"), Type("txtPassRl", ""), Type("txtPassIl", "0.5");
+  Click("cmdRun");
+  Page().Wait();
+  ASSERT_TRUE(Page().HasResult());
+  EXPECT_TRUE(Drawn("Worst passband loss, dB") && !Drawn("Worst passband return loss, dB"));
+
+  const float analysed = D().Width;
+  Display().OnUp();
+  EXPECT_TRUE(Page().OutOfDate() && Page().HasResult() && Page().Stage().Width == analysed);
+  EXPECT_EQ(Page().Controls().FindButton("cmdRun")->Caption(), "Run again");
+  EXPECT_TRUE(Drawn("Out of date: the display page shows Cauer order 5 Cinlowpass, cutoff " +
+                    TrimBlanks(FormatFrequency(D().Width)) + " now; Run again analyses it."));
+  Click("cmdRun");
+  Page().Wait();
+  EXPECT_TRUE(!Page().OutOfDate() && Page().HasResult() && Page().Stage().Width == D().Width);
+  EXPECT_TRUE(Page().Setup().trials == 300 && Box("txtPassIl") == "0.5" &&
+              Box("txtPassEdge") == edge);
+
+  Page().Controls().FindOption("optChosen")->Click();
+  ASSERT_EQ(D().ValueMode, kChosenPartsMode);
+  EXPECT_TRUE(Page().CurrentStage() == ValueStage::Chosen && Page().Stage().L == D().L);
+
+  PartsRequest parts;
+  parts.capacitors = ESeries::E12, parts.former = CoreNamed("T50-6");
+  Display().SetPartsRequest(parts);
+  Display().OnExit();
+  app_.reset();
+  Open({});
+  EXPECT_TRUE(Box("txtPassIl") == "0.5" && Box("txtPassRl").empty() && Box("txtPassEdge") == edge);
+  EXPECT_EQ(Page().Controls().FindFrame("frmMask")->Caption(), "Mask (as you set it)");
+  const PartsRequest kept = Display().GetPartsRequest();
+  EXPECT_TRUE(kept.capacitors == ESeries::E12 && kept.former && kept.former->core &&
+              kept.former->Name() == "T50-6");
 }
 
 TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting) {

@@ -38,14 +38,15 @@ inline DesignRecord FirstStartDesign(int16_t family, int16_t order = 5) {
   return d;
 }
 
-// The display page's load, then the 5% L values and the chosen parts if
-// asked; false when refused.
+// The display page's load, then the 5% L values and the chosen parts (of
+// `request`) if asked; false when refused.
 inline bool DrawDisplayPageLoad(DesignRecord& d, RecordingCanvas& canvas, bool inductors = false,
-                                bool chosen = false) {
+                                bool chosen = false, const PartsRequest& request = {}) {
   RecordingPlatform platform;
   Application host(platform, ApplicationOptions{"", ""});  // never asked to change page
   if (!DesignPrototype(d).Ok()) return false;
   DisplayPage page(d, platform, canvas, host);
+  page.SetPartsRequest(request);
   page.Load();
   if (inductors) page.OnInductors();
   if (chosen) page.OnChosenParts();

@@ -66,10 +66,17 @@ QRectF StrokeBox(const DrawOp& op) {
   return box;
 }
 
+// Whether two texts stand on one line: they share more than half a line's
+// height.
+bool OneLine(const QRectF& a, const QRectF& b) {
+  return std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top()) > a.height() / 2;
+}
+
 // Every topology of the table, family and order, 5% C and 5% L, each with
 // the chosen parts over them (an even Chebyshev has a note), the 5% L ones
-// with a winding capacitance. The band ladders (a 7.15 MHz band 300 kHz
-// wide) also keep their value texts off every wire and symbol. The page is
+// with a winding capacitance and the chosen inductors in whole turns on a
+// core. Value texts keep off every wire and symbol; texts of two stages on
+// one line stand well apart, so that they are not read as one. The page is
 // drawn in page units and the window only scales it (unhinted fonts), so
 // this holds at every window size.
 TEST(DisplayLayout, NothingCollidesForAnyDesign) {
@@ -89,30 +96,45 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
           // warning line are drawn too.
           d.WindingCapacitance = inductors ? (topology.band ? 1e-12f : 100e-12f) : 0;
           RecordingCanvas page;
-          if (!DrawDisplayPageLoad(d, page, inductors, true)) continue;  // never offered
+          PartsRequest request;
+          if (inductors) request.former = CoreNamed("T50-2");
+          if (!DrawDisplayPageLoad(d, page, inductors, true, request)) continue;  // never offered
           EXPECT_EQ(HasText(page, "Self-resonance:"), inductors) << d.Stages;
           for (const ControlPlace& p : DisplayPlaces())
             ExpectClear(page, p.name, QRectF(QPointF(p.x1, p.y1), QPointF(p.x2, p.y2)));
 
-          std::vector<std::pair<QRectF, std::string>> boxes;
+          // The schematic's texts and strokes: above the plot's scale labels.
+          std::vector<const DrawOp*> texts;
           std::vector<QRectF> strokes;
           for (const DrawOp& op : page.Ops()) {
-            if (op.kind == DrawOp::Kind::Text && !op.text.empty())
-              boxes.push_back({TextBox(op), op.text});
-            if (topology.band && (op.kind == DrawOp::Kind::Line || op.kind == DrawOp::Kind::Arc))
+            if (op.kind == DrawOp::Kind::Text && !op.text.empty()) texts.push_back(&op);
+            if ((op.kind == DrawOp::Kind::Line || op.kind == DrawOp::Kind::Arc) && op.y1 < 3800 &&
+                op.y2 < 3800)
               strokes.push_back(StrokeBox(op));
           }
-          for (size_t i = 0; i < boxes.size(); ++i) {
-            const auto& [box, text] = boxes[i];
+          for (size_t i = 0; i < texts.size(); ++i) {
+            const QRectF box = TextBox(*texts[i]);
+            const std::string& text = texts[i]->text;
             EXPECT_TRUE(QRectF(0, 0, kPageWidth, kPageHeight).contains(box)) << text;
             EXPECT_FALSE(box.intersects(
                 QRectF(QPointF(kPlotLeft, kPlotTop), QPointF(kPlotRight, kPlotBottom))))
                 << text << " in the plot";
-            for (size_t j = 0; j < i; ++j)
-              EXPECT_FALSE(box.intersects(boxes[j].first))
-                  << "'" << text << "' and '" << boxes[j].second << "'";
+            for (size_t j = 0; j < i; ++j) {
+              const QRectF other = TextBox(*texts[j]);
+              EXPECT_FALSE(box.intersects(other)) << "'" << text << "' and '" << texts[j]->text;
+              if (texts[i]->color != texts[j]->color && OneLine(box, other)) {
+                EXPECT_FALSE(box.adjusted(-200, 0, 200, 0).intersects(other))
+                    << "'" << text << "' beside '" << texts[j]->text << "'";
+              }
+            }
+            // A lowpass or highpass ladder's values keep a little room from
+            // the lines (a tank's capacitance ran up to the next plates); the
+            // band ladders' slots are measured to the line.
+            const float room = topology.band ? 0 : 15;
+            if (box.top() >= 3800) continue;
             for (const QRectF& stroke : strokes)
-              EXPECT_FALSE(box.intersects(stroke)) << "'" << text << "' on a line";
+              EXPECT_FALSE(box.adjusted(-room, 0, room, 0).intersects(stroke))
+                  << "'" << text << "' on a line";
           }
         }
 }
@@ -120,20 +142,22 @@ TEST(DisplayLayout, NothingCollidesForAnyDesign) {
 // The chosen parts' inductance and capacitance texts, in green, stand inside
 // their part's width (as far left as its exact value), at most one row above
 // the highest text of the earlier stages and clear of every other text, for
-// the Cauer ladders.
+// the Cauer ladders; the inductors wound on a core say their turns.
 TEST(DisplayLayout, ChosenValuesStandWithTheirParts) {
   PrepareQtDrawing();
   auto isValue = [](const DrawOp& op) {
-    return op.kind == DrawOp::Kind::Text && !op.text.empty() &&
-           (op.text.back() == 'H' || op.text.back() == 'F');
+    return op.kind == DrawOp::Kind::Text && !op.text.empty() && op.y1 < 3800 &&
+           (op.text.back() == 'H' || op.text.back() == 'F' || op.text.ends_with("t"));
   };
+  PartsRequest request;
+  request.former = CoreNamed("T50-6");
   for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"})
     for (int16_t order = 3; order <= 7; ++order) {
       SCOPED_TRACE(::testing::Message() << topology << order);
       DesignRecord d = FirstStartDesign(kCauer, order);
       d.Topology = topology;
       RecordingCanvas page;
-      ASSERT_TRUE(DrawDisplayPageLoad(d, page, true, true));
+      ASSERT_TRUE(DrawDisplayPageLoad(d, page, true, true, request));
       std::vector<const DrawOp*> exact, chosen, texts;
       float top = kPageHeight;  // of the earlier stages' schematic texts
       for (const DrawOp& op : page.Ops()) {
@@ -144,19 +168,26 @@ TEST(DisplayLayout, ChosenValuesStandWithTheirParts) {
         if (isValue(op) && op.color == kBlack) exact.push_back(&op);
         if (isValue(op) && op.color == kChosenTransmissionColor) chosen.push_back(&op);
       }
-      // The parts in drawing order, each with its left edge from its exact text.
+      // The parts in drawing order, each element's left edge from its first
+      // exact text (a tank's capacitance may stand left of its place).
       size_t k = 0;
       for (int j = 1; j <= d.Stages; ++j) {
         const ElementFacts* f = FactsOf(d.ElementType[j]);
+        const LabelPlace* first = f->lLabel ? f->lLabel : f->cLabel;
+        ASSERT_LT(k, exact.size());
+        const float x0 = exact[k]->x1 - first->dx[0];
         for (const LabelPlace* place : {f->lLabel, f->cLabel}) {
           if (!place) continue;
           ASSERT_LT(k, std::min(exact.size(), chosen.size()));
           const DrawOp& green = *chosen[k];
-          const float x0 = exact[k]->x1 - place->dx[0];
           EXPECT_GE(green.x1, x0 + std::min(0.f, place->dx[0]))
               << green.text << " left of its part";
           EXPECT_LE(green.x1 + green.textWidth, x0 + f->drawWidth) << green.text;
           EXPECT_GE(green.y1, top - 200) << green.text << " above the schematic";
+          if (place == f->lLabel) {
+            EXPECT_TRUE(green.text.ends_with("t") && green.text.find("H ") != std::string::npos)
+                << green.text << " without its turns";
+          }
           for (const DrawOp* other : texts)
             EXPECT_TRUE(other == &green || !TextBox(green).intersects(TextBox(*other)))
                 << green.text << " on " << other->text;

@@ -77,6 +77,7 @@ TEST_F(WindowTest, ABandTypedOnTheDesignPageReachesTheDisplayAndTheToleranceWind
   Start();
   Click(Button(window->DesignView(), "cmdDesign"));
   Click(Button(window->DisplayView(), "cmdTolerance"));
+  window->Tolerance()->resize(1200, 900);
   ControlPageView& view = window->Tolerance()->View();
   const int lowpassRun = Button(view, "cmdRun")->geometry().top();
   EXPECT_TRUE(view.WidgetFor("txtPassEdge2")->isHidden() &&
@@ -111,6 +112,44 @@ TEST_F(WindowTest, ABandTypedOnTheDesignPageReachesTheDisplayAndTheToleranceWind
   ASSERT_EQ(page.Result().checks.size(), 3u);
   EXPECT_TRUE(page.Result().checks[1].check.name.ends_with(" to 6.5MHz"));
   EXPECT_GT(page.Result().yield, 0.5);
+}
+
+// The side windows follow the display page: after three presses of Up 1%
+// the time and Smith window shows the new cutoff and the tolerance window
+// marks its result out of date until Run again analyses the design shown.
+// Its values take the chosen parts, which the display page then draws. A
+// closed window no longer follows.
+TEST_F(WindowTest, SideWindowsFollowTheDisplayPageAndTestTheChosenParts) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  ControlPageView& display = window->DisplayView();
+  Click(Button(display, "cmdTimeSmith"));
+  Click(Button(display, "cmdTolerance"));
+  ControlPageView& view = window->Tolerance()->View();
+  TolerancePage& page = app->Tolerance();
+  TypeInto(Widget<QLineEdit>(view, "txtTrials"), "200");
+  Click(Button(view, "cmdRun"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return page.HasResult(); }, 10000));
+
+  for (int k = 0; k < 3; ++k) Click(Button(display, "cmdUp"));
+  const std::string cutoff = "cutoff " + TrimBlanks(FormatFrequency(D().Width));
+  EXPECT_NE(app->Time().Data().title.find(cutoff), std::string::npos) << app->Time().Data().title;
+  EXPECT_TRUE(page.OutOfDate() && page.HasResult());
+  QPushButton* run = Button(view, "cmdRun");
+  EXPECT_EQ(run->text(), "Run again");
+  Click(run);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return page.HasResult(); }, 10000));
+  EXPECT_TRUE(!page.OutOfDate() && run->text() == "Run" && page.Stage().Width == D().Width);
+
+  Click(Widget<QRadioButton>(view, "optChosen"));
+  EXPECT_TRUE(page.CurrentStage() == ValueStage::Chosen && D().ValueMode == kChosenPartsMode);
+  EXPECT_TRUE(HasText(app->DisplayCanvas(), "Chosen parts"));
+  EXPECT_TRUE(platform->messages.empty());
+
+  window->Time()->close();
+  const std::string title = app->Time().Data().title;
+  Click(Button(display, "cmdDown"));
+  EXPECT_EQ(app->Time().Data().title, title);
 }
 
 }  // namespace

@@ -122,13 +122,23 @@ TEST(Tolerance, ZeroToleranceGivesTheNominalVerdictAndEnvelopesOnTheNominalCurve
   ExpectSameFloats(r.reflectionMin, r.nominalReflection, "reflection min");
   ExpectSameFloats(r.reflectionMax, r.nominalReflection, "reflection max");
   for (float rl : r.worstReturnLoss) ASSERT_EQ(rl, r.nominalReturnLoss);
+  for (float loss : r.worstLoss) ASSERT_EQ(loss, r.nominalLoss);
+  EXPECT_TRUE(r.nominalLoss > 0 && r.nominalLoss < 0.05f) << r.nominalLoss;  // the ripple
 
-  // A mask the nominal design misses by a hair: every trial misses it too.
+  // A mask the nominal design misses by a hair: every trial misses it too,
+  // and the missed check carries the nominal figure.
   s.mask.passRl = r.nominalReturnLoss + 0.01;
   ASSERT_TRUE(RunTolerance(design, s, r).Ok());
   EXPECT_FALSE(r.nominalPasses || r.checks[0].nominalHolds);
+  EXPECT_NEAR(r.checks[0].nominalDb, r.nominalReturnLoss, 1e-4);
   EXPECT_TRUE(r.passed == 0 && r.checks[0].failures == 100 && r.checks[1].failures == 0);
   EXPECT_EQ(r.sensitivity.size(), 7u);  // 3 C, and L and C of 2 tanks
+  s.mask.passRl.reset();
+  s.mask.passIl = r.nominalLoss - 0.001;
+  ASSERT_TRUE(RunTolerance(design, s, r).Ok());
+  EXPECT_TRUE(r.checks[0].check.kind == CheckKind::Loss && !r.checks[0].nominalHolds &&
+              r.checks[1].nominalHolds);
+  EXPECT_NEAR(r.checks[0].nominalDb, r.nominalLoss, 1e-4);
 }
 
 bool SameResult(const ToleranceResult& a, const ToleranceResult& b) {
