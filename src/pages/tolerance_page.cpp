@@ -219,7 +219,7 @@ void TolerancePage::Prefill() {
   prefilling_ = true;
   const ToleranceSetup defaults;
   const ToleranceDesign design = ToleranceDesignOf(Stage());
-  const Mask mask = DefaultMask(design);
+  const Mask mask = DefaultMask(design, 0, &noMask_);
   auto set = [&](const char* box, const std::string& text) {
     controls_.FindTextBox(box)->SetText(text);
   };
@@ -373,6 +373,11 @@ void TolerancePage::OnRun() {
   if (Running()) return;
   ToleranceSetup setup;
   if (!ReadSetup(setup, false)) return;
+  const Mask& m = setup.mask;
+  if (!m.passRl && !m.passIl && m.stops.empty() && !noMask_.empty()) {
+    platform_.ShowMessage(noMask_ + " Fill in the mask's limits.");
+    return;
+  }
   auto job = std::make_shared<Job>();
   job->design = ToleranceDesignOf(Stage());
   job->setup = setup;

@@ -301,6 +301,31 @@ TEST(Tolerance, DefaultMaskFollowsTheDesign) {
   EXPECT_EQ(c.stops[0].depth, std::floor(NominalRun(cauer, c).nominalStopAttenuation - 3));
 }
 
+// A mask without a check would pass every trial: a broken nominal design
+// gets none and the reason, and the run refuses such a mask, as it refuses
+// a sweep whose 32-bit frequencies repeat (a band narrower than they
+// resolve), which once read past the run's buffers.
+TEST(Tolerance, NoCheckAndRepeatedFrequenciesAreRefused) {
+  ToleranceDesign design = Designed(kChebyshev, 5, "Cinlowpass");
+  std::string none;
+  ToleranceSetup s;
+  s.mask = DefaultMask(design, 0, &none);
+  EXPECT_TRUE(none.empty()) << none;
+  design.ladder.L[2] = std::numeric_limits<float>::infinity();
+  EXPECT_TRUE(DefaultMask(design, 0, &none).stops.empty());
+  EXPECT_NE(none.find("not a finite number"), std::string::npos) << none;
+
+  design = Designed(kChebyshev, 5, "Cinlowpass");
+  ToleranceResult r;
+  s.trials = 8;
+  design.freq[500] = design.freq[499];
+  EXPECT_NE(RunTolerance(design, s, r).fault.find("repeated"), std::string::npos);
+  design.freq[500] = design.freq[501];
+  s.mask.passRl.reset(), s.mask.stops.clear();
+  EXPECT_NE(RunTolerance(Designed(kChebyshev, 5, "Cinlowpass"), s, r).fault.find("no check"),
+            std::string::npos);
+}
+
 // Each band is judged at its own frequencies, wherever the sweep ends: a
 // stopband beyond it gives the figure of a direct evaluation there, a
 // passband below it a return loss; a mask that cannot be checked says why.
