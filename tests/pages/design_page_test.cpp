@@ -154,6 +154,14 @@ TEST_F(DesignPageTest, BandBoxesRedesignAtOnceAndShowTheEdges) {
   EXPECT_NE(page.LabelNamed("lblBandEdges").Caption().find(", L "), std::string::npos);
   page.Box("txtResonatorL").Type("1u");
   EXPECT_TRUE(D().ResonatorL == 1e-6f && D().L[2] == 1e-6f && D().Stages == 11);
+  // A width typed key by key passes through bands narrower than 0.01% of
+  // the centre ("1" on the way to "1M"): the same.
+  redraws = page.SchematicRedraws();
+  for (const char* text : {"1", "10", "100"}) page.Box("txtBandwidth").Type(text);
+  EXPECT_TRUE(platform.messages.empty() && page.SchematicRedraws() == redraws);
+  EXPECT_EQ(page.LabelNamed("lblBandEdges").Caption(), "under 0.01% of the centre: widen the band");
+  page.Box("txtBandwidth").Type("1M");
+  EXPECT_EQ(page.LabelNamed("lblBandEdges").Caption().find("f1 "), 0u);
   // 1 MHz wide: typed key by key, "4" and "400k" would reach below 0 Hz.
   // The label says so and the design waits; Design gives the message once.
   const int stages = D().Stages;
