@@ -63,6 +63,14 @@ TEST_F(DesignPageTest, FirstStartWithoutSessionFileShowsTheDefaultsQuietly) {
   EXPECT_GT(page.SchematicRedraws(), 0);
 }
 
+// A file whose design the program refuses (order 9 here) is one it cannot
+// read: none of it loads, part models included, and Exit writes none back.
+TEST_F(DesignPageTest, ARefusedSessionLoadsNoneOfItsFields) {
+  WriteSession("9,4200000,2,.044,40,\"Cinlowpass\",50,1000000,0,0,2,300,5E-13,2E-09");
+  StartDesign().Button("cmdExit").Click();
+  EXPECT_EQ(ReadSession(), "5,4200000,2,.044,0,\"Cinlowpass\",50,1000000\r\n");
+}
+
 // Zelmar fixes order 5 and locks the groups; Chebyshev brings the ripple back.
 TEST_F(DesignPageTest, ZelmarLocksTheGroupsAndExitKeepsTheChoices) {
   DesignPage& page = StartDesign();
