@@ -306,24 +306,18 @@ TEST(Tolerance, DefaultMaskFollowsTheDesign) {
 // a sweep whose 32-bit frequencies repeat (a band narrower than they
 // resolve), which once read past the run's buffers.
 TEST(Tolerance, NoCheckAndRepeatedFrequenciesAreRefused) {
-  ToleranceDesign design = Designed(kChebyshev, 5, "Cinlowpass");
+  ToleranceDesign design = Designed(kChebyshev, 5, "Cinlowpass"), broken = design;
   std::string none;
-  ToleranceSetup s;
-  s.mask = DefaultMask(design, 0, &none);
+  ToleranceSetup s{.trials = 8, .mask = DefaultMask(design, 0, &none)};
   EXPECT_TRUE(none.empty()) << none;
-  design.ladder.L[2] = std::numeric_limits<float>::infinity();
-  EXPECT_TRUE(DefaultMask(design, 0, &none).stops.empty());
+  broken.ladder.L[2] = std::numeric_limits<float>::infinity();
+  EXPECT_TRUE(DefaultMask(broken, 0, &none).stops.empty());
   EXPECT_NE(none.find("not a finite number"), std::string::npos) << none;
-
-  design = Designed(kChebyshev, 5, "Cinlowpass");
   ToleranceResult r;
-  s.trials = 8;
-  design.freq[500] = design.freq[499];
-  EXPECT_NE(RunTolerance(design, s, r).fault.find("repeated"), std::string::npos);
-  design.freq[500] = design.freq[501];
+  broken = design, broken.freq[500] = broken.freq[499];
+  EXPECT_NE(RunTolerance(broken, s, r).fault.find("repeated"), std::string::npos);
   s.mask.passRl.reset(), s.mask.stops.clear();
-  EXPECT_NE(RunTolerance(Designed(kChebyshev, 5, "Cinlowpass"), s, r).fault.find("no check"),
-            std::string::npos);
+  EXPECT_NE(RunTolerance(design, s, r).fault.find("no check"), std::string::npos);
 }
 
 // Each band is judged at its own frequencies, wherever the sweep ends: a
