@@ -24,15 +24,19 @@ bool OneLine(const std::string& text) {
   return !text.empty() && text.find('\n') == text.size() - 1;
 }
 
-// The complaint after any notices of values the page replaced, which the
-// design that then failed was made with.
-std::string Complaint(const std::string& err) {
-  size_t from = 0;
-  for (size_t end;
-       (end = err.find('\n', from)) != std::string::npos &&
-       err.substr(from, end - from).find(": the design page does not take '") != std::string::npos;)
-    from = end + 1;
-  return err.substr(from);
+// A refusal of the design after notices of values the page replaced (with
+// which it was designed): every line before the last is such a notice.
+bool NoticesThenOneLine(const std::string& err) {
+  const size_t last = err.rfind('\n', err.size() >= 2 ? err.size() - 2 : 0);
+  if (last == std::string::npos || err.size() < 2) return OneLine(err);
+  for (size_t from = 0, end; from <= last; from = end + 1) {
+    end = err.find('\n', from);
+    const std::string line = err.substr(from, end - from);
+    if (!line.starts_with("drenik: --") ||
+        line.find(": the design page does not take '") == std::string::npos)
+      return false;
+  }
+  return OneLine(err.substr(last + 1));
 }
 
 // Whether JSON text has inf or NaN where a value goes (after ':', '[' or
@@ -83,8 +87,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (refused || streamsOnly) {
     std::ostringstream out, err;
     const int status = RunCommandLine(args, out, err);
-    // A refusal is one line, after any notices of clamped values.
-    if (status != 0 && (status != 2 || !OneLine(Complaint(err.str())))) std::abort();
+    // A refusal of the command line is one line; a refused design may
+    // follow notices of the values it was made with.
+    if (status != 0 &&
+        (status != 2 || !(refused ? OneLine(err.str()) : NoticesThenOneLine(err.str()))))
+      std::abort();
     if (options.json && HasNonNumber(out.str())) std::abort();
     // The design and the windings have every figure: null is for the
     // figures the others may lack.
