@@ -65,8 +65,9 @@ fuzz: fuzz-build
 	  [ -x "$$f" ] || continue; \
 	  name=$$(basename $$f); corpus=$$(mktemp -d); log=$$findings/$$name.log; \
 	  if [ -d fuzz/corpus/$$name ]; then cp fuzz/corpus/$$name/* $$corpus/; fi; \
+	  dict=; if [ -f fuzz/$$name.dict ]; then dict=-dict=fuzz/$$name.dict; fi; \
 	  echo "== $$name for $(FUZZ_SECONDS) s"; \
-	  if ! $(FUZZ_ENV) $$f -max_total_time=$(FUZZ_SECONDS) -timeout=10 \
+	  if ! $(FUZZ_ENV) $$f -max_total_time=$(FUZZ_SECONDS) -timeout=10 $$dict \
 	       -artifact_prefix=$$findings/$$name- $$corpus > $$log 2>&1 \
 	     || grep -q -E 'runtime error|ERROR: [A-Za-z]+Sanitizer' $$log; then \
 	    tail -n 60 $$log; rm -rf $$corpus; \

@@ -1,9 +1,9 @@
-// Any session line the reader accepts, put into the record as it stands (the
-// opening page's usability check is skipped on purpose), then the design
-// page, the display page and the design page again: no fault, at most one
-// message for each page's load and only the program's own run-time message
-// or an engine notice. A session the usability check accepts loads with no
-// message at all.
+// Any session line the reader accepts, put into the record as it stands
+// (band and part-model fields too; the opening page's usability check is
+// skipped on purpose), then the design page, the display page and the design
+// page again: no fault, at most one message for each page's load and only
+// the program's own run-time message or an engine notice. A session the
+// usability check accepts loads with no message at all.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -39,6 +39,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   d.Order = session.Order, d.Width = session.Width, d.Family = session.Family;
   d.Apass = session.Apass, d.Astop = session.Astop, d.Topology = session.Topology;
   d.Rsource = session.Rsource, d.Qind = session.Qind;
+  d.Center = session.Center, d.ResonatorL = session.ResonatorL;
+  d.InductorQLaw = session.InductorQLaw, d.CapacitorQ = session.CapacitorQ;
+  d.WindingCapacitance = session.WindingCapacitance, d.CapacitorEsl = session.CapacitorEsl;
   const bool usable = drenik::IsUsableSession(d);
 
   const auto load = [&](drenik::ControlSet& controls, const char* button) {

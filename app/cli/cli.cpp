@@ -45,13 +45,15 @@ int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
     err << "drenik: " << Printable(error.empty() ? "could not write " + file : error) << "\n";
     return 1;
   };
-  int status = o.renderFile.empty() ? 0 : write(r.page, o.renderFile);
-  if (o.smithFile.empty() && o.stepFile.empty()) return status;
-  const TimePageData data = MakeTimePageData(r.chosen, o.values);
+  // Every page is made before any file is written: a refusal leaves none.
+  const bool timePages = !o.smithFile.empty() || !o.stepFile.empty();
+  TimePageData data;
+  if (timePages) data = MakeTimePageData(r.chosen, o.values);
   if (!data.fault.empty()) {
     err << "drenik: " << Printable(data.fault) << "\n";
     return 2;
   }
+  int status = o.renderFile.empty() ? 0 : write(r.page, o.renderFile);
   for (const auto& [file, charts] :
        {std::pair{o.smithFile, TimeCharts::Smith}, std::pair{o.stepFile, TimeCharts::Step}}) {
     if (file.empty()) continue;

@@ -19,6 +19,11 @@ std::string JsonReal(float value) {
   return RoundTripText(value);
 }
 
+std::string JsonNumber(double value) {
+  if (!std::isfinite(value)) return "null";
+  return RoundTripText(value);
+}
+
 std::string JsonString(const std::string& text) {
   std::string out = "\"";
   for (unsigned char c : text) {

@@ -1,5 +1,7 @@
 #include "cli/options.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
@@ -107,17 +109,48 @@ std::string BoxEntry(const std::string& option, const std::string& value, bool i
   return BoxText(value);
 }
 
+// A box entry that the page would clamp from a value below 0 (or at 0) to
+// some other: refused, as the part models' values are. (A negative centre
+// would become the box's least, 0.1 Hz; a negative resonator inductance
+// the design's own choice.)
+std::string PositiveBoxEntry(const std::string& option, const std::string& value, bool zeroAllowed,
+                             const char* what) {
+  const double v = ReadNumber(option, value, {.boxCharacters = kEntryCharacters});
+  if (v < 0 || (v == 0 && !zeroAllowed))
+    throw UsageError(option + ": expected " + what + ", got '" + value + "'");
+  return BoxText(value);
+}
+
 bool EndsWith(const std::string& s, const std::string& tail) {
   return s.size() >= tail.size() && Lower(s.substr(s.size() - tail.size())) == tail;
 }
 
-// Whether two file names reach the same file ("a.x", "./a.x", "d/../a.x").
+// Where a file name leads: its links followed, a link to nothing yet
+// included (the writer makes the file where it points), and the folders'
+// names made plain ("./a.x", "d/../a.x").
+std::filesystem::path Destination(const std::string& name, std::error_code& ec) {
+  namespace fs = std::filesystem;
+  fs::path p = fs::absolute(name, ec);
+  struct stat found {};
+  // As many links as the kernel follows.
+  for (int links = 0; !ec && links < 40 && lstat(p.c_str(), &found) == 0 && S_ISLNK(found.st_mode);
+       ++links) {
+    const fs::path next = fs::read_symlink(p, ec);
+    p = next.is_absolute() ? next : p.parent_path() / next;
+  }
+  return ec ? p : fs::weakly_canonical(p, ec);
+}
+
+// Whether two file names reach the same file: the same name, a link to the
+// other, another hard link of it.
 bool SameFile(const std::string& a, const std::string& b) {
   if (a == b) return true;
-  namespace fs = std::filesystem;
+  struct stat sa {};
+  struct stat sb {};
+  if (stat(a.c_str(), &sa) == 0 && stat(b.c_str(), &sb) == 0)
+    return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
   std::error_code ec1, ec2;
-  const fs::path pa = fs::weakly_canonical(fs::absolute(a, ec1), ec1);
-  const fs::path pb = fs::weakly_canonical(fs::absolute(b, ec2), ec2);
+  const std::filesystem::path pa = Destination(a, ec1), pb = Destination(b, ec2);
   return !ec1 && !ec2 && pa == pb;
 }
 
@@ -138,16 +171,24 @@ void CheckBand(const Choices& ch) {
   SetLastSessionDefaults(firstStart);
   const float width = ch.bandwidth ? BoxValue(*ch.bandwidth) : firstStart.Width;
   if (const std::string why = BandFault(center, width); !why.empty())
-    throw UsageError("--center: " + why);
+    throw UsageError((BandTooNarrow(center, width) ? "--bandwidth: " : "--center: ") + why);
 }
 
-// Two exports to one file would leave only the last: refused.
+// Two outputs into one file would leave only the last: refused.
 void RefuseSharedTargets(const CliOptions& o) {
-  for (size_t j = 1; j < o.exports.size(); ++j)
+  std::vector<std::pair<std::string, std::string>> outputs = o.exports;
+  for (const auto& [option, file] : {std::pair{"render", &o.renderFile},
+                                     {"smith", &o.smithFile},
+                                     {"step", &o.stepFile},
+                                     {"csv", &o.time.csvFile},
+                                     {"bom", &o.parts.bom}})
+    if (!file->empty())
+      outputs.emplace_back(option == std::string("render") ? o.renderOption : option, *file);
+  for (size_t j = 1; j < outputs.size(); ++j)
     for (size_t i = 0; i < j; ++i)
-      if (SameFile(o.exports[i].second, o.exports[j].second))
-        throw UsageError("--" + o.exports[j].first + ": '" + o.exports[j].second +
-                         "' is also the file of --" + o.exports[i].first);
+      if (SameFile(outputs[i].second, outputs[j].second))
+        throw UsageError("--" + outputs[j].first + ": '" + outputs[j].second +
+                         "' is also the file of --" + outputs[i].first);
 }
 
 std::string ChoicesText() {
@@ -340,6 +381,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     };
     auto file = [&](Command c, const char* what, std::string& target) {
       only(c, what);
+      // A second file for one output would drop the first.
+      if (!target.empty()) throw UsageError(name + ": given twice; one file each");
       target = value();
       if (target.empty()) throw UsageError(name + ": needs a file name");
     };
@@ -360,13 +403,15 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--bandwidth") {
       ch.bandwidth = BoxEntry(name, value(), false);
     } else if (name == "--center") {
-      ch.center = BoxEntry(name, value(), false);
+      ch.center = PositiveBoxEntry(name, value(), false, "a frequency above 0 Hz");
     } else if (name == "--resonator-l") {
-      ch.resonatorL = BoxEntry(name, value(), false);
+      ch.resonatorL =
+          PositiveBoxEntry(name, value(), true, "an inductance in henries of 0 or above");
     } else if (name == "--q") {
       ch.q = BoxEntry(name, value(), true);
     } else if (ParsePartModelOption(name, value, ch.models)) {
     } else if (o.command == Command::Winding && (name == "--core" || name == "--air-core")) {
+      if (o.former) throw UsageError(name + ": one former only, --core or --air-core");
       o.former = name == "--core" ? CoreOption(name, value()) : AirCoreOption(name, value());
     } else if (ParsePartsOption(name, value, o.command == Command::Parts || name != "--bom",
                                 o.parts)) {
@@ -405,6 +450,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       only(Command::Render, "render");
       if (!o.renderFile.empty()) throw UsageError(name + ": only one output file");
       o.renderFile = value();
+      o.renderOption = name.substr(2);
       if (!EndsWith(o.renderFile, "." + name.substr(2))) {
         throw UsageError(name + ": the file name must end in ." + name.substr(2));
       }

@@ -74,8 +74,9 @@ struct CliOptions {
   Choices choices;
   ValueStage values = ValueStage::FiveC;  // --values
   bool json = false;
-  bool quiet = false;      // --quiet: no progress line
-  std::string renderFile;  // .png, .svg or .pdf
+  bool quiet = false;        // --quiet: no progress line
+  std::string renderFile;    // .png, .svg or .pdf
+  std::string renderOption;  // its option's word: "png", "svg" or "pdf"
   // The time page's charts: the Smith chart, the step and impulse responses.
   std::string smithFile, stepFile;
   int widthPx = 1600;

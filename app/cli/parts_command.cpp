@@ -123,13 +123,9 @@ void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& 
   if (choice.keptStandard) out << "The 5% C values are kept: no set of these parts does better.\n";
 }
 
-std::string Real(double v) {
-  return std::isfinite(v) ? RoundTripText(v) : "null";
-}
-
 std::string List(const std::vector<double>& values) {
   std::string text = "[";
-  for (double v : values) text += (text.size() > 1 ? ", " : "") + Real(v);
+  for (double v : values) text += (text.size() > 1 ? ", " : "") + JsonNumber(v);
   return text + "]";
 }
 
@@ -140,7 +136,8 @@ std::string FloatList(const float* values, size_t count) {
 }
 
 std::string FiguresJson(const Figures& f) {
-  return "{\"returnLoss\": " + Real(f.returnLoss) + ", \"stopband\": " + Real(f.stopband) + "}";
+  return "{\"returnLoss\": " + JsonNumber(f.returnLoss) +
+         ", \"stopband\": " + JsonNumber(f.stopband) + "}";
 }
 
 void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& out) {
@@ -156,8 +153,8 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& o
     out << (p.position > 1 ? ",\n    " : "\n    ") << "{\"position\": " << p.position
         << ", \"C\": " << List(p.capacitors) << ", \"L\": "
         << List(p.inductor > 0 ? std::vector<double>{p.inductor} : std::vector<double>{})
-        << ", \"errorC\": " << Real(ErrorPercent(p.C, p.exactC))
-        << ", \"errorL\": " << Real(ErrorPercent(p.L, p.exactL))
+        << ", \"errorC\": " << JsonNumber(ErrorPercent(p.C, p.exactC))
+        << ", \"errorL\": " << JsonNumber(ErrorPercent(p.L, p.exactL))
         << (q.former ? ", \"turns\": " + std::to_string(p.turns) : "") << "}";
   }
   const size_t points = std::clamp<int>(d.NrIntervals + 1, 0, kSweepSlots);
@@ -182,7 +179,9 @@ std::optional<Former> AirCoreOption(const std::string& name, const std::string& 
     std::snprintf(text, sizeof text, "%.17g:%.17g", form, wire);
     if (std::optional<Former> f = AirCoreNamed(text)) return f;
   }
-  throw UsageError(name + ": expected FORM_MM:WIRE_MM, both above 0 (e.g. 6:0.8), got '" + v + "'");
+  throw UsageError(name +
+                   ": expected FORM_MM:WIRE_MM, both above 0 and at most 1000 (e.g. 6:0.8), got '" +
+                   v + "'");
 }
 
 std::optional<Former> CoreOption(const std::string& name, const std::string& v) {
@@ -219,6 +218,8 @@ bool ParsePartsOption(const std::string& name, const std::function<std::string()
   } else if (name == "--pairs") {
     parts.request.pairs = true;
   } else {
+    // A second list would drop the first.
+    if (!parts.bom.empty()) throw UsageError(name + ": given twice; one file each");
     parts.bom = value();
     if (parts.bom.empty()) throw UsageError(name + ": needs a file name");
   }

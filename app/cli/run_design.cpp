@@ -109,6 +109,8 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
 
   const Choices& c = options.choices;
   NoteClamp("--bandwidth", c.bandwidth, result->exact.Width, " Hz", result->notices);
+  NoteClamp("--center", c.center, result->exact.Center, " Hz", result->notices);
+  NoteClamp("--resonator-l", c.resonatorL, result->exact.ResonatorL, " H", result->notices);
   NoteClamp("--impedance", c.impedance, result->exact.Rsource, " ohms", result->notices);
   NoteClamp("--q", c.q, result->exact.Qind, "", result->notices);
 

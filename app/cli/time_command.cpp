@@ -25,26 +25,22 @@ constexpr int kMaxPoints = 100000;
   throw UsageError(name + ": expected " + expected + ", got '" + text + "'");
 }
 
-std::string JsonDouble(double v) {
-  return std::isfinite(v) ? RoundTripText(v) : "null";
-}
-
 std::string JsonArray(const std::vector<double>& values) {
   std::string out = "[";
-  for (size_t i = 0; i < values.size(); ++i) out += (i ? ", " : "") + JsonDouble(values[i]);
+  for (size_t i = 0; i < values.size(); ++i) out += (i ? ", " : "") + JsonNumber(values[i]);
   return out + "]";
 }
 
 void WriteJson(const TimeResponse& r, const std::string& values, std::ostream& out) {
   const TimeFigures& f = r.figures;
-  out << "{\n  \"values\": " << JsonString(values) << ",\n  \"initial\": " << JsonDouble(r.initial)
-      << ",\n  \"final\": " << JsonDouble(r.final)
-      << ",\n  \"overshoot_pct\": " << JsonDouble(f.overshootPct)
-      << ",\n  \"rise_10_90\": " << JsonDouble(f.rise1090)
-      << ",\n  \"delay_50\": " << JsonDouble(f.delay50)
-      << ",\n  \"settling_1pct\": " << JsonDouble(f.settling1pct)
-      << ",\n  \"settling_01pct\": " << JsonDouble(f.settling01pct)
-      << ",\n  \"peak_time\": " << JsonDouble(f.peakTime) << ",\n  \"t\": " << JsonArray(r.t)
+  out << "{\n  \"values\": " << JsonString(values) << ",\n  \"initial\": " << JsonNumber(r.initial)
+      << ",\n  \"final\": " << JsonNumber(r.final)
+      << ",\n  \"overshoot_pct\": " << JsonNumber(f.overshootPct)
+      << ",\n  \"rise_10_90\": " << JsonNumber(f.rise1090)
+      << ",\n  \"delay_50\": " << JsonNumber(f.delay50)
+      << ",\n  \"settling_1pct\": " << JsonNumber(f.settling1pct)
+      << ",\n  \"settling_01pct\": " << JsonNumber(f.settling01pct)
+      << ",\n  \"peak_time\": " << JsonNumber(f.peakTime) << ",\n  \"t\": " << JsonArray(r.t)
       << ",\n  \"step\": " << JsonArray(r.step) << ",\n  \"impulse\": " << JsonArray(r.impulse)
       << "\n}\n";
 }

@@ -293,7 +293,12 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
     s.mask.passIl = t.passIl;
     s.mask.stops = t.stops;
   } else {
-    s.mask = DefaultMask(d, t.passEdge.value_or(0));
+    std::string none;
+    s.mask = DefaultMask(d, t.passEdge.value_or(0), &none);
+    if (!none.empty()) {
+      err << "drenik: " << none << " Give it with --pass-rl, --pass-il or --stop.\n";
+      return 2;
+    }
   }
 
   if (const std::string fault = MaskFault(s.mask, d.highpass); !fault.empty()) {

@@ -52,11 +52,12 @@ int WriteWindings(const CliOptions& o, const DesignResult& r, std::ostream& out)
     for (size_t i = 0; i < rows.size(); ++i) {
       const Row& row = rows[i];
       out << (i ? ",\n    " : "\n    ") << "{\"position\": " << row.position
-          << ", \"L\": " << RoundTripText(row.wanted) << ", \"turns\": " << row.winding.turns
-          << ", \"inductance\": " << RoundTripText(row.winding.inductance);
+          << ", \"L\": " << JsonNumber(row.wanted) << ", \"turns\": " << row.winding.turns
+          << ", \"inductance\": " << JsonNumber(row.winding.inductance);
       if (air)
-        out << ", \"lengthMm\": " << RoundTripText(row.winding.lengthMm)
+        out << ", \"lengthMm\": " << JsonNumber(row.winding.lengthMm)
             << ", \"formulaHolds\": " << (row.winding.formulaHolds ? "true" : "false");
+      if (row.winding.beyond) out << ", \"beyondFormer\": true";
       out << "}";
     }
     out << "\n  ]\n}\n";
@@ -67,7 +68,7 @@ int WriteWindings(const CliOptions& o, const DesignResult& r, std::ostream& out)
     out << " (AL " << Fixed(former.core->alNanohenry, "%g") << " nH per turn squared, +-"
         << Fixed(kToroidAlTolerance * 100, "%g") << "%)";
   out << "\n\nPos  Wanted       Turns  Gives        Error %" << (air ? "  Length, mm" : "") << "\n";
-  bool rough = false;
+  bool rough = false, beyond = false;
   for (const Row& row : rows) {
     char line[160];
     std::snprintf(line, sizeof line, "%3d  %-12s %5d  %-12s %+7.2f", row.position,
@@ -77,11 +78,16 @@ int WriteWindings(const CliOptions& o, const DesignResult& r, std::ostream& out)
     out << line;
     if (air)
       out << Fixed(row.winding.lengthMm, "  %10.1f") << (row.winding.formulaHolds ? "" : " *");
-    out << "\n";
+    out << (row.winding.beyond ? " !" : "") << "\n";
     rough = rough || !row.winding.formulaHolds;
+    beyond = beyond || row.winding.beyond;
   }
   if (rough)
     out << "* shorter than 0.4 of its diameter: Wheeler's formula is only a first estimate there\n";
+  if (beyond)
+    out << "! beyond the former: " << kMostTurns
+        << " turns, the most wound, give less than wanted; take a former of more inductance per "
+           "turn\n";
   return 0;
 }
 

@@ -131,6 +131,8 @@ std::string LadderFault(const Ladder& ladder) {
   for (int j = 1; j <= ladder.stages; ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
     if (!Modelled(f, ladder.bandBranches)) continue;
+    if ((f->hasL && !std::isfinite(ladder.L[j])) || (f->hasC && !std::isfinite(ladder.C[j])))
+      return "Cannot analyse: a part value is not a finite number" + At(j);
     if (f->hasL && ladder.qind == 0) return "Cannot analyse: the inductor Q is 0" + At(j);
     if (f->hasC && ladder.qcap == 0) return "Cannot analyse: the capacitor Q is 0" + At(j);
     // A shunt inductor or a tank divides by its inductance.

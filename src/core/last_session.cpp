@@ -241,6 +241,12 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Center = 0;
   d.ResonatorL = 0;
   ClearKeptSetup(d);
+  // Ideal parts: a file the program does not take gives none of its fields.
+  const DesignRecord ideal;
+  d.InductorQLaw = ideal.InductorQLaw;
+  d.CapacitorQ = ideal.CapacitorQ;
+  d.WindingCapacitance = ideal.WindingCapacitance;
+  d.CapacitorEsl = ideal.CapacitorEsl;
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {
@@ -262,6 +268,14 @@ void ReadLastSession(DesignRecord& d, const std::string& path) {
 }
 
 void WriteLastSession(const DesignRecord& d, Platform& platform, const std::string& path) {
+  // The session is kept in a plain file only, as it is read from one: a
+  // FIFO there would hold Exit until something read it, and a device is no
+  // place for it.
+  struct stat found {};
+  if (stat(path.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
+    platform.ShowMessage("We did not read the last-session file.");
+    return;
+  }
   AtomicFile file(path);
   file.Line(LastSessionLine(d));
   if (!file.Commit()) platform.ShowMessage("We did not read the last-session file.");

@@ -35,6 +35,8 @@ namespace drenik {
 namespace {
 
 constexpr const char* kEol = "\r\n";
+// ngspice reads the points per decade as a whole number.
+constexpr double kMostPointsPerDecade = 1e9;
 
 std::string Number(double v) {
   char buf[32];
@@ -227,10 +229,18 @@ std::string SpiceNetlistText(const DesignRecord& d) {
   }
   if (fstop < fstart) std::swap(fstart, fstop);
   const double decades = std::log10(fstop / fstart);
-  int perDecade = 100;
+  double perDecade = 100;
   if (decades > 0 && d.NrIntervals > 0)
-    perDecade = std::max(100, static_cast<int>(std::ceil(d.NrIntervals / decades)));
-  net.Line(".ac dec " + std::to_string(perDecade) + " " + Number(fstart) + " " + Number(fstop));
+    perDecade = std::max(100.0, std::ceil(d.NrIntervals / decades));
+  // A sweep a tiny part of a decade wide (ends a float step or two apart)
+  // would need more points per decade than a whole number holds; over such
+  // a span a linear sweep of the program's points is the same sweep.
+  if (perDecade <= kMostPointsPerDecade)
+    net.Line(".ac dec " + std::to_string(static_cast<long>(perDecade)) + " " + Number(fstart) +
+             " " + Number(fstop));
+  else
+    net.Line(".ac lin " + std::to_string(std::max<int>(d.NrIntervals, 1) + 1) + " " +
+             Number(fstart) + " " + Number(fstop));
   net.Line(".end");
   return net.Text();
 }

@@ -205,7 +205,21 @@ void DesignPage::OnBandwidthChange() {
   d_.Width = CheckEntry(text);
   if (d_.Width < kBandwidthRange.low) d_.Width = kBandwidthRange.low;
   if (d_.Width > kBandwidthRange.high) d_.Width = kBandwidthRange.high;
+  if (SelectedBand() && BandWaits()) return;
   if (d_.Width > 0) RedesignChain();
+}
+
+// Typed a key at a time, a band passes through ones that cannot be
+// designed: a centre of "7" on the way to "7.1M" reaches below 0 Hz, a
+// width of "1" on the way to "100k" is narrower than any band designed.
+// The label beside the band boxes says so and the design waits for a band
+// that can be; Design with such a band gives the message.
+bool DesignPage::BandWaits() {
+  if (BandFault(d_.Center, d_.Width).empty()) return false;
+  LabelNamed("lblBandEdges")
+      .SetCaption(BandTooNarrow(d_.Center, d_.Width) ? "under 0.01% of the centre: widen the band"
+                                                     : "f1 below 0 Hz: raise the centre");
+  return true;
 }
 
 const TopologyInfo* DesignPage::SelectedBand() const {
@@ -230,18 +244,10 @@ void DesignPage::ReadResonatorL() {
   if (d_.ResonatorL > kResonatorLMax) d_.ResonatorL = kResonatorLMax;
 }
 
-// Typed a key at a time, a centre passes through values whose band would
-// reach below 0 Hz ("7" on the way to "7.1M"): the label beside the boxes
-// says so and the design waits for a band that exists, rather than a
-// message at every key. Design with such a band gives the message.
 void DesignPage::OnCenterChange() {
   if (!SelectedBand()) return;
   ReadCenter();
-  if (!BandFault(d_.Center, d_.Width).empty()) {
-    LabelNamed("lblBandEdges").SetCaption("f1 below 0 Hz: raise the centre");
-    return;
-  }
-  RedesignChain();
+  if (!BandWaits()) RedesignChain();
 }
 
 void DesignPage::OnResonatorLChange() {

@@ -73,6 +73,7 @@ class DesignPage {
   void ReadCenter();
   void ReadResonatorL();
   void OnCenterChange();
+  bool BandWaits();
   void OnResonatorLChange();
   void ShowBand();
 

@@ -66,7 +66,7 @@ std::string ReadEntries(const PartModelEntries& entries, DesignRecord& d,
              "an inductance of 0 or more (for example 2n)");
   const std::optional<Former>& f = entries.former;
   if (f && !f->core && !Windable(f->air))
-    complain("Air-core coil", f->Name(), "a form and a wire of more than 0 mm");
+    complain("Air-core coil", f->Name(), "a form and a wire of more than 0 mm, at most 1000 mm");
   if (!bad.empty()) return bad + "\nNothing was changed.";
 
   d.InductorQLaw = entries.law;

@@ -323,7 +323,7 @@ void TolerancePage::PrefillMask() {
   prefilling_ = true;
   maskSet_ = false;
   const ToleranceDesign design = ToleranceDesignOf(Stage());
-  const Mask mask = DefaultMask(design);
+  const Mask mask = DefaultMask(design, 0, &noMask_);
   auto set = [&](const char* box, const std::string& text) {
     controls_.FindTextBox(box)->SetText(text);
   };
@@ -516,6 +516,11 @@ void TolerancePage::OnRun() {
   if (!TakePending()) return;
   ToleranceSetup setup;
   if (!ReadSetup(setup, false)) return;
+  const Mask& m = setup.mask;
+  if (!m.passRl && !m.passIl && m.stops.empty() && !noMask_.empty()) {
+    platform_.ShowMessage(noMask_ + " Fill in the mask's limits.");
+    return;
+  }
   auto job = std::make_shared<Job>();
   job->design = ToleranceDesignOf(Stage());
   job->setup = setup;

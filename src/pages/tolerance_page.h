@@ -154,6 +154,8 @@ class TolerancePage {
   bool prefilling_ = false;
   bool loaded_ = false;
   std::string status_;
+  // Why the design has no default mask (empty when it has one).
+  std::string noMask_;
 
   std::shared_ptr<Job> job_;
   std::thread worker_;

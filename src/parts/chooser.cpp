@@ -66,12 +66,14 @@ std::vector<float> BandProbe(std::initializer_list<const DesignRecord*> response
 
 // The nearest single part first, then the other neighbour, then the pairs
 // that come nearer the exact value than the nearest single part.
-CapSlot CapacitorSlot(int position, double exact, const PartsRequest& request) {
+// Nothing for a value no capacitor can have.
+std::optional<CapSlot> CapacitorSlot(int position, double exact, const PartsRequest& request) {
   const ESeries series = request.capacitors;
   CapSlot slot{position, exact, {}};
-  const Bracket b = SeriesBracket(series, exact);
-  const double nearest = NearestInSeries(series, exact);
-  for (double v : {nearest, nearest == b.lower ? b.upper : b.lower})
+  const std::optional<Bracket> b = SeriesBracket(series, exact);
+  if (!b) return std::nullopt;
+  const double nearest = *NearestInSeries(series, exact);
+  for (double v : {nearest, nearest == b->lower ? b->upper : b->lower})
     slot.options.push_back({Stored(v), {v}});
   if (request.pairs) {
     const double singleError = std::fabs(std::log(nearest / exact));
@@ -102,7 +104,7 @@ std::vector<PositionParts> StandardPositions(const DesignRecord& exact,
   for (PositionParts& p : positions) {
     p.L = standard.L[p.position];
     p.C = standard.C[p.position];
-    if (p.C > 0) p.capacitors = {NearestInSeries(ESeries::E24, p.C)};
+    if (const std::optional<double> c = NearestInSeries(ESeries::E24, p.C)) p.capacitors = {*c};
     if (p.L > 0 && p.exactL > 0) p.inductor = p.L;
   }
   return positions;
@@ -119,7 +121,7 @@ void TakeResult(const SearchInput& in, const SearchResult& result, PartsChoice& 
   for (size_t i = 0; i < in.inductors.size(); ++i) {
     PositionParts& p = choice.positions[static_cast<size_t>(in.inductors[i].position - 1)];
     const double l = result.inductors[i];
-    p.inductor = NearestInductor(in.inductorValues, l);
+    p.inductor = NearestInductor(in.inductorValues, l).value_or(l);
     p.L = static_cast<float>(l);
     if (const std::optional<Former>& f = in.inductorValues.former)
       p.turns = WindingFor(*f, p.inductor).turns;
@@ -172,7 +174,13 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   for (const PositionParts& p : choice.positions) {
     const ElementFacts* f = FactsOf(p.kind);
     if (!Modelled(f, in.exact.bandBranches)) continue;
-    if (f->hasC && p.exactC > 0) in.caps.push_back(CapacitorSlot(p.position, p.exactC, request));
+    if (f->hasC && p.exactC > 0) {
+      std::optional<CapSlot> slot = CapacitorSlot(p.position, p.exactC, request);
+      if (!slot)
+        return EngineReport::Fault("Cannot choose parts: C" + std::to_string(p.position) +
+                                   " is a value no capacitor can have.");
+      in.caps.push_back(std::move(*slot));
+    }
     if (f->hasL && p.exactL > 0) in.inductors.push_back({p.position, p.exactL});
   }
 
@@ -182,6 +190,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   // points and the inductors are polished again.
   in.progress = [&done](double share) { done(kSearchShare * share); };
   SearchResult result = SearchParts(in);
+  if (!result.fault.empty()) return EngineReport::Fault(result.fault);
   DesignRecord chosen = design;
   for (int round = 0;; ++round) {
     TakeResult(in, result, choice);

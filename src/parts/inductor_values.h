@@ -16,9 +16,11 @@ struct InductorValues {
   bool Restricted() const { return series || former; }
 };
 
-// Neighbours lower <= v < upper among the values (v above 0 and finite).
-Bracket InductorBracket(const InductorValues& values, double v);
-// The nearer neighbour by ratio; v itself where any value goes.
-double NearestInductor(const InductorValues& values, double v);
+// Neighbours lower <= v < upper among the values. Nothing for a value no
+// inductor can have (0, negative, not finite, beyond the 32-bit floats).
+std::optional<Bracket> InductorBracket(const InductorValues& values, double v);
+// The nearer neighbour by ratio; v itself where any value goes. Nothing
+// where InductorBracket has nothing.
+std::optional<double> NearestInductor(const InductorValues& values, double v);
 
 }  // namespace drenik

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string>
 
 #include "parts/linear_model.h"
 #include "parts/series_values.h"
@@ -73,9 +76,10 @@ class Searcher {
 
   // The inductors for the state's capacitors: polished as continuous values,
   // then rounded to the series when they come from one.
-  void Fit(State& s, double firstStep, double lastStep) const {
+  // False where the inductors cannot be rounded (Round).
+  bool Fit(State& s, double firstStep, double lastStep) const {
     Polish(s, firstStep, lastStep);
-    if (in_.inductorValues.Restricted()) Round(s, in_.inductorValues);
+    return !in_.inductorValues.Restricted() || Round(s, in_.inductorValues);
   }
 
   // Within a hundredth of a dB of the exact design's return loss, which
@@ -130,8 +134,8 @@ class Searcher {
       const std::vector<double> step = LinearStep(r, h, radius);
       State trial = s;
       for (size_t i = 0; i < n; ++i) trial.L[i] = Stored(s.L[i] * std::exp(step[i]));
-      Measure(trial);
-      if (trial.merit.Beats(s.merit)) {
+      if (Buildable(trial)) Measure(trial);
+      if (Buildable(trial) && trial.merit.Beats(s.merit)) {
         s = trial;
         radius = std::min(2 * radius, kLargestStep);
       } else {
@@ -205,10 +209,16 @@ class Searcher {
 
   // Each inductor to its lower or upper series neighbour: every combination
   // when there are few, otherwise one inductor at a time from the nearest.
-  void Round(State& s, const InductorValues& values) const {
+  // False, leaving the state as it was, where an inductor has no neighbours
+  // (a value no part can have).
+  bool Round(State& s, const InductorValues& values) const {
     const size_t n = s.L.size();
     std::vector<Bracket> brackets;
-    for (double l : s.L) brackets.push_back(InductorBracket(values, l));
+    for (double l : s.L) {
+      const std::optional<Bracket> b = InductorBracket(values, l);
+      if (!b) return false;
+      brackets.push_back(*b);
+    }
     auto pick = [&](State& t, size_t i, bool up) {
       t.L[i] = Stored(up ? brackets[i].upper : brackets[i].lower);
     };
@@ -222,7 +232,7 @@ class Searcher {
       Measure(trials);
     } else {
       State t = s;
-      for (size_t i = 0; i < n; ++i) t.L[i] = Stored(NearestInductor(values, s.L[i]));
+      for (size_t i = 0; i < n; ++i) t.L[i] = Stored(*NearestInductor(values, s.L[i]));
       Measure(t);
       for (bool moved = true; moved;) {
         moved = false;
@@ -237,6 +247,16 @@ class Searcher {
     }
     s = *std::max_element(trials.begin(), trials.end(),
                           [](const State& a, const State& b) { return b.merit.Beats(a.merit); });
+    return true;
+  }
+
+  // Whether every inductor is a value a part can have, as the record keeps
+  // it: the first-order model's corrections can overflow.
+  static bool Buildable(const State& s) {
+    for (double l : s.L)
+      if (!(l >= std::numeric_limits<float>::min() && l <= std::numeric_limits<float>::max()))
+        return false;
+    return true;
   }
 
  private:
@@ -280,12 +300,25 @@ void PreferSingleParts(const SearchInput& in, const Searcher& searcher, State& b
       State t = best;
       t.cap[k] = static_cast<int>(o);
       searcher.Measure(t);
-      searcher.Fit(t, kRefitStep, kLastStep);
+      if (!searcher.Fit(t, kRefitStep, kLastStep)) continue;
       if (single.cap.empty() || t.merit.Beats(single.merit)) single = t;
     }
     if (!single.cap.empty() && single.merit.primary >= best.merit.primary - kPairGain)
       best = single;
   }
+}
+
+// Why no start gave a set of parts: the first inductor of the nearest
+// start that has no value to round to.
+std::string UnbuildableFault(const SearchInput& in, const State& nearest) {
+  for (size_t i = 0; i < nearest.L.size(); ++i) {
+    if (InductorBracket(in.inductorValues, nearest.L[i])) continue;
+    char value[32];
+    std::snprintf(value, sizeof value, "%g", nearest.L[i]);
+    return "Cannot choose parts: L" + std::to_string(in.inductors[i].position) + " would need " +
+           value + " H, which no inductor can be.";
+  }
+  return "Cannot choose parts: no set of the chosen values keeps the response.";
 }
 
 }  // namespace
@@ -305,7 +338,7 @@ SearchResult SearchParts(const SearchInput& in) {
     State s{combo.option, {}, {}};
     for (size_t i = 0; i < in.inductors.size(); ++i)
       s.L.push_back(Stored(in.inductors[i].exact * std::exp(combo.inductorShift[i])));
-    starts.push_back(std::move(s));
+    if (Searcher::Buildable(s)) starts.push_back(std::move(s));
   }
   searcher.Measure(starts);
 
@@ -320,12 +353,14 @@ SearchResult SearchParts(const SearchInput& in) {
     if (in.progress) in.progress(share * static_cast<double>(k));
     State& s = starts[k];
     searcher.Polish(s, kFirstStep, kCoarseStep);
+    if (!Searcher::Buildable(s)) continue;
     if (!best.cap.empty() && !s.merit.Beats(best.merit)) continue;
-    if (in.inductorValues.Restricted()) searcher.Round(s, in.inductorValues);
+    if (in.inductorValues.Restricted() && !searcher.Round(s, in.inductorValues)) continue;
     if (best.cap.empty() || s.merit.Beats(best.merit)) best = s;
     if (searcher.AtCeiling(best)) break;
   }
   if (in.progress) in.progress(1 - share);
+  if (best.cap.empty()) return {{}, {}, {}, UnbuildableFault(in, starts.front())};
   if (!in.inductorValues.Restricted()) searcher.Fit(best, kCoarseStep, kLastStep);
   PreferSingleParts(in, searcher, best);
   return {best.cap, best.L, best.merit};
@@ -335,7 +370,8 @@ SearchResult RefineParts(const SearchInput& in, const SearchResult& from) {
   Searcher searcher(in);
   State s{from.capOption, from.inductors, {}};
   searcher.Measure(s);
-  searcher.Fit(s, kRefitStep, kLastStep);
+  const State kept = s;
+  if (!searcher.Fit(s, kRefitStep, kLastStep)) s = kept;
   return {s.cap, s.L, s.merit};
 }
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "analysis/ladder.h"
@@ -53,6 +54,9 @@ struct SearchResult {
   std::vector<int> capOption;     // per capacitor slot
   std::vector<double> inductors;  // H, per inductor slot, as the record will keep them
   Merit merit;                    // at the probe
+  // Why there is no set (a search that found none says so); empty when
+  // there is one.
+  std::string fault{};
 };
 
 SearchResult SearchParts(const SearchInput& in);

@@ -1,6 +1,7 @@
 #include "parts/series_values.h"
 
 #include <cmath>
+#include <limits>
 
 namespace drenik {
 namespace {
@@ -37,7 +38,11 @@ double ValueAt(const ESeriesInfo& info, int decade, int index) {
 
 }  // namespace
 
-Bracket SeriesBracket(ESeries series, double v) {
+std::optional<Bracket> SeriesBracket(ESeries series, double v) {
+  // The scan below needs a decade to start from; a value outside the
+  // floats' range has none (and would spin on a decade of zeros).
+  if (!(v >= std::numeric_limits<float>::min() && v <= std::numeric_limits<float>::max()))
+    return std::nullopt;
   const ESeriesInfo& info = InfoOf(series);
   const int decade = static_cast<int>(std::floor(std::log10(v)));
   // Scan from the top of the decade below (log10 may land a hair either side
@@ -46,31 +51,34 @@ Bracket SeriesBracket(ESeries series, double v) {
   double lower = ValueAt(info, decade, -1);
   for (int i = 0;; ++i) {
     const double value = ValueAt(info, decade, i);
-    if (value > limit) return {lower, value};
+    if (value > limit) return Bracket{lower, value};
     lower = value;
   }
 }
 
-double NearestInSeries(ESeries series, double v) {
-  const Bracket b = SeriesBracket(series, v);
-  return b.upper / v <= v / b.lower ? b.upper : b.lower;
+std::optional<double> NearestInSeries(ESeries series, double v) {
+  const std::optional<Bracket> b = SeriesBracket(series, v);
+  if (!b) return std::nullopt;
+  return b->upper / v <= v / b->lower ? b->upper : b->lower;
 }
 
 bool InSeries(ESeries series, double v) {
-  if (!(v > 0) || !std::isfinite(v)) return false;
-  return std::fabs(SeriesBracket(series, v).lower / v - 1) <= kSameValue;
+  const std::optional<Bracket> b = SeriesBracket(series, v);
+  return b && std::fabs(b->lower / v - 1) <= kSameValue;
 }
 
 std::vector<PartPair> PairsAround(ESeries series, double v) {
   const double trim = InfoOf(series).tolerancePercent / 100.0;
   PartPair below, above;
+  const std::optional<Bracket> half = SeriesBracket(series, v / 2);
+  if (!half || !SeriesBracket(series, v)) return {};
   // The larger part runs over the series values from v/2 up to just below v;
   // the smaller one is either neighbour of what is left.
-  for (double larger = SeriesBracket(series, v / 2).lower; larger < v;
-       larger = SeriesBracket(series, larger).upper) {
+  for (double larger = half->lower; larger < v; larger = SeriesBracket(series, larger)->upper) {
     if (larger < v / 2 * (1 - kSameValue)) continue;
-    const Bracket rest = SeriesBracket(series, v - larger);
-    for (double smaller : {rest.lower, rest.upper}) {
+    const std::optional<Bracket> rest = SeriesBracket(series, v - larger);
+    if (!rest) continue;  // v - larger below the smallest float
+    for (double smaller : {rest->lower, rest->upper}) {
       if (smaller > larger * (1 + kSameValue) || smaller < larger * trim * (1 - kSameValue))
         continue;
       const PartPair pair{larger, smaller};

@@ -3,6 +3,7 @@
 // nearest value, membership, and pairs of two parts in parallel that add up
 // close to a value. Values are in the part's own unit (farads, henries).
 
+#include <optional>
 #include <vector>
 
 #include "synthesis/e_series.h"
@@ -15,11 +16,13 @@ namespace drenik {
 struct Bracket {
   double lower = 0, upper = 0;
 };
-// v must be positive and finite.
-Bracket SeriesBracket(ESeries series, double v);
+// Nothing for a value no part can have: 0, negative, infinite, NaN, or
+// beyond the range of the record's 32-bit floats.
+std::optional<Bracket> SeriesBracket(ESeries series, double v);
 
 // The nearer neighbour by ratio; a tie goes up, as the 5% stage rounds.
-double NearestInSeries(ESeries series, double v);
+// Nothing where SeriesBracket has nothing.
+std::optional<double> NearestInSeries(ESeries series, double v);
 
 // Whether v is a value of the series, to a part in a million.
 bool InSeries(ESeries series, double v);

@@ -11,6 +11,7 @@
 #include <complex>
 #include <vector>
 
+#include "core/formatters.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -212,11 +213,22 @@ double BandSweepFactor(double center, double width) {
   return (5 * fbw + std::sqrt(25 * fbw * fbw + 4)) / 2;
 }
 
+bool BandTooNarrow(double center, double width) {
+  // A part in a million below the limit still passes: a centre and width
+  // typed at exactly the limit arrive as floats a rounding either side.
+  return width < center * kLeastFractionalBandwidth * (1 - 1e-6);
+}
+
 std::string BandFault(double center, double width) {
   if (!(center > 0)) return "The centre frequency must be above 0 Hz.";
   if (!(center - width / 2 > 0))
     return "The band reaches down to 0 Hz: make the bandwidth less than twice the centre "
            "frequency.";
+  if (BandTooNarrow(center, width))
+    return "The band is too narrow: the bandwidth must be at least 0.01% of the centre "
+           "frequency (" +
+           TrimBlanks(FormatFrequency(static_cast<float>(center * kLeastFractionalBandwidth))) +
+           " at " + TrimBlanks(FormatFrequency(static_cast<float>(center))) + ").";
   return {};
 }
 

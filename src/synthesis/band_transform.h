@@ -33,9 +33,20 @@ BandEdges EdgesOfBand(double center, double width);
 // sweep runs from a fifth of the cutoff to five times it).
 double BandSweepFactor(double center, double width);
 
+// The narrowest band designed, as a share of its centre (0.01 %). The
+// display sweep's 1001 points span about five bandwidths, and a 32-bit
+// frequency resolves about 6e-8 of the centre: here the points are still
+// four or more float steps apart; much narrower they repeat, and the
+// resonators' stored values detune them by a sizeable part of the band.
+// No LC ladder comes near (inductor Q is 100 to 300).
+inline constexpr double kLeastFractionalBandwidth = 1e-4;
+
+// Whether the width is under kLeastFractionalBandwidth of the centre.
+bool BandTooNarrow(double center, double width);
+
 // Why a band of this centre and width cannot be designed (a centre of 0, a
 // width so large that the arithmetic lower edge f0 - BW/2 is at or below
-// 0 Hz), or an empty text.
+// 0 Hz, a band too narrow), or an empty text.
 std::string BandFault(double center, double width);
 
 // The fill routines of the band topologies (topologies.h): element codes

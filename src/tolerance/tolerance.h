@@ -67,8 +67,10 @@ inline constexpr double kLossMarginDb = 1;
 // nominal worst (rounded up to 0.1 dB); from a Cauer design's stopband edge,
 // for the others from twice the cutoff (to half of it for a highpass), the
 // nominal least attenuation there less kMaskMarginDb, rounded down to a
-// whole dB.
-Mask DefaultMask(const ToleranceDesign& design, double passEdge = 0);
+// whole dB. A broken nominal design (one the analysis refuses, a
+// self-resonance in its passband) can leave it no check at all; `none`,
+// when given, then says why, and is empty otherwise.
+Mask DefaultMask(const ToleranceDesign& design, double passEdge = 0, std::string* none = nullptr);
 
 struct ToleranceSetup {
   double ctolPercent = 5;  // capacitors, +-%
@@ -141,7 +143,8 @@ struct ToleranceResult {
 using ToleranceProgress = std::function<bool(double done)>;
 
 // Faults: a tolerance outside 0..50%, a trial count outside 1..1,000,000, a
-// ladder the kernel cannot solve, a sweep without points.
+// ladder the kernel cannot solve, a sweep without points or with a repeated
+// frequency, a mask without a check (against which every trial would pass).
 [[nodiscard]] EngineReport RunTolerance(const ToleranceDesign& design, const ToleranceSetup& setup,
                                         ToleranceResult& result,
                                         const ToleranceProgress& progress = {});

@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string>
 
 #include "synthesis/design_edges.h"
 #include "tolerance/tolerance.h"
@@ -21,10 +24,25 @@ void NominalPowers(const ToleranceDesign& design, std::span<const float> freq,
   for (int i = 0; i < n; ++i) s21[i] = a[i * kBatchLanes], s11[i] = b[i * kBatchLanes];
 }
 
+// A limit made from a nominal figure, or NaN where the nominal has none to
+// give: a design that passes nothing has an infinite loss, and a limit of
+// infinite loss would pass any trial.
+double Limit(double db) {
+  return std::isfinite(db) ? db : std::numeric_limits<double>::quiet_NaN();
+}
+
+// The nominal design's own figures that a default mask keeps inside of, dB:
+// the worst passband return loss and the least stopband attenuation (NaN
+// where it has no such band).
+struct NominalFigures {
+  double returnLoss = std::numeric_limits<double>::quiet_NaN();
+  double attenuation = std::numeric_limits<double>::quiet_NaN();
+};
+
 // A bandpass: the passband between its edges, each skirt from where the
 // lowpass stopband would start, at the nominal attenuation there less 3 dB.
 Mask BandpassMask(const ToleranceDesign& design, const std::vector<double>& s21,
-                  const std::vector<double>& s11) {
+                  const std::vector<double>& s11, NominalFigures& nominal) {
   Mask mask;
   mask.passStart = design.f1, mask.passEdge = design.f2;
   int first, last, lo, hi;
@@ -33,15 +51,18 @@ Mask BandpassMask(const ToleranceDesign& design, const std::vector<double>& s21,
   first = std::max(first, lo);
   if (first <= last) {
     const double s11Max = *std::max_element(s11.begin() + first, s11.begin() + last + 1);
-    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - 3) * 10) / 10;
-    if (returnLoss >= 3) mask.passRl = returnLoss;
+    nominal.returnLoss = -ReflectionDbOf(s11Max);
+    const double returnLoss = std::floor((nominal.returnLoss - 3) * 10) / 10;
+    if (Limit(returnLoss) >= 3) mask.passRl = returnLoss;
   }
   for (const auto& [from, below] : {std::pair{design.stopLow, true}, {design.stopHigh, false}}) {
     PointsBeyond(design.freq, from, below, first, last);
     if (first > last) continue;
     const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
-    const double depth = std::floor(-TransmissionDbOf(s21Max) - 3);
-    if (depth > 0) mask.stops.push_back({from, depth, below});
+    const double attenuation = -TransmissionDbOf(s21Max);
+    nominal.attenuation = std::fmin(nominal.attenuation, attenuation);
+    const double depth = std::floor(attenuation - 3);
+    if (Limit(depth) > 0) mask.stops.push_back({from, depth, below});
   }
   return mask;
 }
@@ -50,7 +71,7 @@ Mask BandpassMask(const ToleranceDesign& design, const std::vector<double>& s21,
 // attenuation over the notch between the stop edges, each at the nominal
 // figure less the margin.
 Mask BandstopMask(const ToleranceDesign& design, const std::vector<double>& s21,
-                  const std::vector<double>& s11) {
+                  const std::vector<double>& s11, NominalFigures& nominal) {
   Mask mask;
   mask.passEdge = design.f1, mask.passResume = design.f2;
   double s11Max = -1;
@@ -61,8 +82,9 @@ Mask BandstopMask(const ToleranceDesign& design, const std::vector<double>& s21,
       s11Max = std::max(s11Max, *std::max_element(s11.begin() + first, s11.begin() + last + 1));
   }
   if (s11Max >= 0) {
-    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - kMaskMarginDb) * 10) / 10;
-    if (returnLoss >= 3) mask.passRl = returnLoss;
+    nominal.returnLoss = -ReflectionDbOf(s11Max);
+    const double returnLoss = std::floor((nominal.returnLoss - kMaskMarginDb) * 10) / 10;
+    if (Limit(returnLoss) >= 3) mask.passRl = returnLoss;
   }
   int lo, hi;
   PointsBeyond(design.freq, design.stopLow, false, first, last);
@@ -70,11 +92,33 @@ Mask BandstopMask(const ToleranceDesign& design, const std::vector<double>& s21,
   last = std::min(last, hi);
   if (first <= last) {
     const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
-    const double depth = std::floor(-TransmissionDbOf(s21Max) - kMaskMarginDb);
-    if (depth > 0)
+    nominal.attenuation = -TransmissionDbOf(s21Max);
+    const double depth = std::floor(nominal.attenuation - kMaskMarginDb);
+    if (Limit(depth) > 0)
       mask.stops.push_back({.frequency = design.stopLow, .depth = depth, .to = design.stopHigh});
   }
   return mask;
+}
+
+std::string Decibels(double db) {
+  if (std::isinf(db)) return "an infinite number of dB (nothing passes)";
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f dB", db);
+  return text;
+}
+
+// Why a mask made from these figures has no check.
+std::string NothingToKeep(const NominalFigures& f) {
+  std::string figures;
+  if (!std::isnan(f.returnLoss))
+    figures = "a worst passband return loss of " + Decibels(f.returnLoss);
+  if (!std::isnan(f.attenuation))
+    figures += (figures.empty() ? "" : " and ") + std::string("a least stopband attenuation of ") +
+               Decibels(f.attenuation);
+  return "There is no default mask: the nominal design has nothing to keep" +
+         (figures.empty() ? std::string(".") : ", " + figures + ".") +
+         " A mask keeps a return loss of at least 3 dB and an attenuation above 0 dB, 3 dB inside "
+         "the nominal figures.";
 }
 
 }  // namespace
@@ -107,16 +151,17 @@ std::vector<VariedPart> VariedParts(const Ladder& ladder, double ctolPercent, do
   return parts;
 }
 
-Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
-  Mask mask;
-  mask.passEdge = passEdge > 0 ? passEdge : design.cutoff;
+namespace {
+
+Mask DefaultChecks(const ToleranceDesign& design, Mask mask, NominalFigures& nominal) {
   if (design.freq.empty() || !LadderFault(design.ladder).empty()) return mask;
   // A band design is judged on the display sweep, which spans both skirts
   // of a bandpass and both passbands of a bandstop.
   if (design.band) {
     std::vector<double> s21, s11;
     NominalPowers(design, design.freq, s21, s11);
-    return design.bandstop ? BandstopMask(design, s21, s11) : BandpassMask(design, s21, s11);
+    return design.bandstop ? BandstopMask(design, s21, s11, nominal)
+                           : BandpassMask(design, s21, s11, nominal);
   }
   // A Cauer design's own edge, else the second harmonic of the cutoff; both
   // bands are judged at their own frequencies, wherever the sweep ends.
@@ -133,22 +178,44 @@ Mask DefaultMask(const ToleranceDesign& design, double passEdge) {
   if (first <= last) {
     const double s11Max = *std::max_element(s11.begin() + first, s11.begin() + last + 1);
     const double s21Min = *std::min_element(s21.begin() + first, s21.begin() + last + 1);
-    const double returnLoss = std::floor((-ReflectionDbOf(s11Max) - kMaskMarginDb) * 10) / 10;
-    if (returnLoss >= 3)
+    nominal.returnLoss = -ReflectionDbOf(s11Max);
+    const double returnLoss = std::floor((nominal.returnLoss - kMaskMarginDb) * 10) / 10;
+    const double loss = std::ceil((-TransmissionDbOf(s21Min) + kLossMarginDb) * 10) / 10;
+    if (Limit(returnLoss) >= 3)
       mask.passRl = returnLoss;
-    else  // an edge at the 3 dB point reflects half the power there
-      mask.passIl = std::ceil((-TransmissionDbOf(s21Min) + kLossMarginDb) * 10) / 10;
+    else if (Limit(loss) >= 0)  // an edge at the 3 dB point reflects half the power there
+      mask.passIl = loss;
   }
 
   PointsBeyond(grid, from, design.highpass, first, last);
   if (first > last) return mask;
   const double s21Max = *std::max_element(s21.begin() + first, s21.begin() + last + 1);
-  const double nominal = -TransmissionDbOf(s21Max);
+  nominal.attenuation = -TransmissionDbOf(s21Max);
   // The same margin for every family: a Cauer design's nominal depth is met
   // with almost nothing to spare, and parts off by a percent would fail it.
-  const double depth = std::floor(nominal - kMaskMarginDb);
-  if (depth > 0) mask.stops.push_back({from, depth});
+  const double depth = std::floor(nominal.attenuation - kMaskMarginDb);
+  if (Limit(depth) > 0) mask.stops.push_back({from, depth});
   return mask;
+}
+
+}  // namespace
+
+Mask DefaultMask(const ToleranceDesign& design, double passEdge, std::string* none) {
+  Mask mask;
+  mask.passEdge = passEdge > 0 ? passEdge : design.cutoff;
+  NominalFigures nominal;
+  Mask made = DefaultChecks(design, mask, nominal);
+  if (none) {
+    none->clear();
+    const std::string fault = LadderFault(design.ladder);
+    if (design.freq.empty())
+      *none = "There is no default mask: the design has no sweep.";
+    else if (!fault.empty())
+      *none = "There is no default mask: the nominal design cannot be analysed. " + fault;
+    else if (!made.passRl && !made.passIl && made.stops.empty())
+      *none = NothingToKeep(nominal);
+  }
+  return made;
 }
 
 }  // namespace drenik

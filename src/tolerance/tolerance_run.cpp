@@ -261,8 +261,16 @@ std::string SetupFault(const ToleranceDesign& design, const ToleranceSetup& s) {
   if (s.trials < 1 || s.trials > kMaxTrials)
     return "Cannot run the tolerance analysis: the trials must be 1 to 1,000,000.";
   if (design.freq.empty()) return "Cannot run the tolerance analysis: the sweep has no points.";
-  if (!std::is_sorted(design.freq.begin(), design.freq.end()))
-    return "Cannot run the tolerance analysis: the sweep must rise.";
+  if (!s.mask.passRl && !s.mask.passIl && s.mask.stops.empty())
+    return "Cannot run the tolerance analysis: the mask has no check, and every trial would pass "
+           "it.";
+  // Every sweep point is a point of the run's grid, at its own place after
+  // the points below the sweep: a repeated frequency would fall out of the
+  // grid and shift the rest.
+  const auto notRising = [](float a, float b) { return !(a < b); };
+  if (std::adjacent_find(design.freq.begin(), design.freq.end(), notRising) != design.freq.end())
+    return "Cannot run the tolerance analysis: the sweep's frequencies must rise, with none "
+           "repeated.";
   return LadderFault(design.ladder);
 }
 

@@ -16,7 +16,8 @@ double CoilInches(const AirCoreForm& f) {
 }  // namespace
 
 bool Windable(const AirCoreForm& form) {
-  return form.formMm > 0 && form.wireMm > 0 && std::isfinite(form.formMm + form.wireMm);
+  return form.formMm > 0 && form.wireMm > 0 && form.formMm <= kLargestAirCoreMm &&
+         form.wireMm <= kLargestAirCoreMm;
 }
 
 double AirCoreInductance(const AirCoreForm& form, double turns) {

@@ -13,7 +13,13 @@ struct AirCoreForm {
   double wireMm = 0;  // diameter of the wire, insulation included
 };
 
-// Whether the form can be wound at all (both diameters above 0).
+// The largest form and wire taken, mm: a metre across is beyond any filter
+// coil, and beyond a few thousand kilometres the formula's numbers
+// overflow a double.
+inline constexpr double kLargestAirCoreMm = 1000;
+
+// Whether the form can be wound: both diameters above 0 and at most
+// kLargestAirCoreMm.
 bool Windable(const AirCoreForm& form);
 
 // Henries of n close-wound turns.

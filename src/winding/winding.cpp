@@ -7,8 +7,6 @@
 namespace drenik {
 namespace {
 
-constexpr int kMostTurns = 100000;  // no filter coil comes near; keeps the count an int
-
 // The fractional turns for `henries`.
 double ExactTurns(const Former& f, double henries) {
   if (f.core) return std::sqrt(henries / (f.core->alNanohenry * 1e-9));
@@ -58,15 +56,19 @@ TurnsBracket TurnsAround(const Former& former, double v) {
   // The fractional count can sit a rounding either side of a whole one.
   while (n > 1 && TurnsInductance(former, n) > v) --n;
   while (n < kMostTurns && TurnsInductance(former, n + 1) <= v) ++n;
-  return {n, TurnsInductance(former, n), TurnsInductance(former, n + 1)};
+  return {n, TurnsInductance(former, n), TurnsInductance(former, n < kMostTurns ? n + 1 : n)};
 }
 
 Winding WindingFor(const Former& former, double henries) {
   const TurnsBracket b = TurnsAround(former, henries);
-  // Nearer by ratio; below one turn's inductance the one turn.
-  const bool up = b.lower <= henries && henries * henries >= b.lower * b.upper;
+  // Nearer by ratio; below one turn's inductance the one turn. Nearer the
+  // turn after the most is beyond the former.
+  const bool up =
+      b.lower <= henries && henries * henries >= b.lower * b.upper && b.lowerTurns < kMostTurns;
+  const bool beyond = b.lowerTurns == kMostTurns &&
+                      henries * henries >= b.lower * TurnsInductance(former, kMostTurns + 1);
   const int turns = up ? b.lowerTurns + 1 : b.lowerTurns;
-  Winding w{turns, TurnsInductance(former, turns), 0, true};
+  Winding w{turns, TurnsInductance(former, turns), 0, true, beyond};
   if (!former.core) {
     w.lengthMm = AirCoreLengthMm(former.air, turns);
     w.formulaHolds = WheelerHolds(former.air, turns);

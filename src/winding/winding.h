@@ -29,19 +29,27 @@ std::optional<Former> AirCoreNamed(const std::string& text);
 // Henries of n whole turns.
 double TurnsInductance(const Former& former, int turns);
 
+// The most turns wound on any former: no filter coil comes near, and it
+// keeps the count an int.
+inline constexpr int kMostTurns = 100000;
+
 struct Winding {
-  int turns = 0;             // whole turns, at least 1
+  int turns = 0;             // whole turns, 1 to kMostTurns
   double inductance = 0;     // H, what those turns give
   double lengthMm = 0;       // air core: the coil's length; 0 on a toroid
   bool formulaHolds = true;  // air core: Wheeler's formula holds for this coil
+  // The inductance wanted is beyond the former: nearer more than
+  // kMostTurns turns, so the turns stop there and give less.
+  bool beyond = false;
 };
 
 // The whole number of turns whose inductance is nearest `henries` (by
-// ratio); `henries` above 0.
+// ratio), at most kMostTurns; `henries` above 0.
 Winding WindingFor(const Former& former, double henries);
 
 // The whole-turn inductances around v: the largest at or below v and the
-// next above it (the lower one is 1 turn's when v is below that).
+// next above it (the lower one is 1 turn's when v is below that; at
+// kMostTurns both are that many turns' inductance).
 struct TurnsBracket {
   int lowerTurns = 1;
   double lower = 0, upper = 0;  // H, of lowerTurns and one turn more

@@ -215,6 +215,10 @@ TEST(SpiceNetlist, LossResistorsTerminationsAndUnmodelledPositions) {
                          "RLOAD out 0 75\r\n",
                          ".ac dec 716 200000 5000000\r\n.end\r\n"};
   for (const char* line : lines) EXPECT_NE(net.find(line), std::string::npos) << line << net;
+  // A sweep two float steps wide would need 2^32 points a decade: the same
+  // points linearly.
+  d.Fstart = 467615.75f, d.Fstop = 467616.25f;
+  EXPECT_NE(SpiceNetlistText(d).find(".ac lin 1001 467615.75 467616.25\r\n"), std::string::npos);
 }
 
 constexpr int kPoints = 2000;  // Width/20 to Width*20: point 1000 is the cutoff

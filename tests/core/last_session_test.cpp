@@ -117,6 +117,7 @@ TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
     DesignRecord d = Sample();
     EXPECT_FALSE(ParseLastSession(Get(), d));
     EXPECT_EQ(d.Topology, "Linhighpass");  // a failed parse leaves the record alone
+    d.CapacitorQ = 300;                    // nor are part models kept
     ReadLastSession(d, file);
     EXPECT_EQ(LastSessionLine(d), kDefaults);
   }
@@ -130,7 +131,11 @@ TEST_F(SessionFile, AnyFaultGivesAllDefaults) {
     ReadLastSession(d, odd.string());
     EXPECT_EQ(LastSessionLine(d), kDefaults);
   }
+  // Nor does Exit wait for a reader of a FIFO: the session is not kept.
+  WriteLastSession(Sample(), platform, (folder / "fifo").string());
   alarm(0);
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text, kMessage);
 }
 
 }  // namespace

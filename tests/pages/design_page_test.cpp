@@ -63,6 +63,14 @@ TEST_F(DesignPageTest, FirstStartWithoutSessionFileShowsTheDefaultsQuietly) {
   EXPECT_GT(page.SchematicRedraws(), 0);
 }
 
+// A file whose design the program refuses (order 9 here) is one it cannot
+// read: none of it loads, part models included, and Exit writes none back.
+TEST_F(DesignPageTest, ARefusedSessionLoadsNoneOfItsFields) {
+  WriteSession("9,4200000,2,.044,40,\"Cinlowpass\",50,1000000,0,0,2,300,5E-13,2E-09");
+  StartDesign().Button("cmdExit").Click();
+  EXPECT_EQ(ReadSession(), "5,4200000,2,.044,0,\"Cinlowpass\",50,1000000\r\n");
+}
+
 // Zelmar fixes order 5 and locks the groups; Chebyshev brings the ripple back.
 TEST_F(DesignPageTest, ZelmarLocksTheGroupsAndExitKeepsTheChoices) {
   DesignPage& page = StartDesign();
@@ -154,6 +162,14 @@ TEST_F(DesignPageTest, BandBoxesRedesignAtOnceAndShowTheEdges) {
   EXPECT_NE(page.LabelNamed("lblBandEdges").Caption().find(", L "), std::string::npos);
   page.Box("txtResonatorL").Type("1u");
   EXPECT_TRUE(D().ResonatorL == 1e-6f && D().L[2] == 1e-6f && D().Stages == 11);
+  // A width typed key by key passes through bands narrower than 0.01% of
+  // the centre ("1" on the way to "1M"): the same.
+  redraws = page.SchematicRedraws();
+  for (const char* text : {"1", "10", "100"}) page.Box("txtBandwidth").Type(text);
+  EXPECT_TRUE(platform.messages.empty() && page.SchematicRedraws() == redraws);
+  EXPECT_EQ(page.LabelNamed("lblBandEdges").Caption(), "under 0.01% of the centre: widen the band");
+  page.Box("txtBandwidth").Type("1M");
+  EXPECT_EQ(page.LabelNamed("lblBandEdges").Caption().find("f1 "), 0u);
   // 1 MHz wide: typed key by key, "4" and "400k" would reach below 0 Hz.
   // The label says so and the design waits; Design gives the message once.
   const int stages = D().Stages;

@@ -225,6 +225,25 @@ TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting)
   EXPECT_EQ(platform.dialogs.back().proposedName, "Tolerance.png");
 }
 
+// A nominal design with nothing to keep (its capacitors' lead inductance
+// resonates in the band) leaves the mask empty: Run says why and runs nothing.
+TEST_F(TolerancePageTest, NoDefaultMaskSaysWhyAndRunsNothing) {
+  StartDesign();
+  for (const char* option : {"optCauer", "optOrder3", "optQ2"}) Design().Option(option).Click();
+  Design().Box("txtCenter").Type("630.07M");
+  Design().Box("txtBandwidth").Type("316.21M");
+  Design().Box("txtQother").Type("5960");
+  Design().Option("optCinbandstop").Click();
+  D().InductorQLaw = QLaw::Sqrt, D().CapacitorQ = 32.1f, D().CapacitorEsl = 1.08e-8f;
+  Design().Button("cmdDesign").Click();
+  Display().Controls().FindButton("cmdTolerance")->Click();
+  EXPECT_TRUE(Box("txtPassRl").empty() && Box("txtStopDepth1").empty());
+  Click("cmdRun");
+  EXPECT_FALSE(Page().Running());
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].text.find("There is no default mask"), 0u);
+}
+
 // A band's mask: both edges and each stopband's from and to as the command
 // line's default mask has them; inverted and overlapping bands are refused
 // naming the boxes; the run checks what the boxes say.

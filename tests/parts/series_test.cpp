@@ -49,10 +49,10 @@ TEST(ESeriesValues, MembersInEveryDecadeAndNeighboursAcrossDecadeBoundaries) {
         EXPECT_FALSE(InSeries(s, v * 1.004)) << v;
         // Just above a value: that value and the next, into the next decade.
         const double next = i + 1 < m.size() ? m[i + 1] * scale : m[0] * scale * 10;
-        const Bracket b = SeriesBracket(s, v * 1.001);
+        const Bracket b = SeriesBracket(s, v * 1.001).value();
         EXPECT_NEAR(b.lower / v, 1, 1e-12);
         EXPECT_NEAR(b.upper / next, 1, 1e-12);
-        EXPECT_NEAR(NearestInSeries(s, std::sqrt(v * next) * 1.0001) / next, 1, 1e-12);
+        EXPECT_NEAR(*NearestInSeries(s, std::sqrt(v * next) * 1.0001) / next, 1, 1e-12);
       }
     }
   }
@@ -61,6 +61,11 @@ TEST(ESeriesValues, MembersInEveryDecadeAndNeighboursAcrossDecadeBoundaries) {
     EXPECT_TRUE(InSeries(ESeries::E96, v) && !InSeries(ESeries::E24, v)) << v;
   for (double v : {2.7e-9, 3.0e-9, 3.3e-9, 4.7e-11, 8.2e-6})
     EXPECT_TRUE(InSeries(ESeries::E24, v) && !InSeries(ESeries::E48, v)) << v;
+  // A value no part can have has no neighbours (once an endless scan).
+  for (double v : {0.0, -1e-9, 1e-300, 1e300, HUGE_VAL, std::nan("")})
+    EXPECT_FALSE(SeriesBracket(ESeries::E12, v) || NearestInSeries(ESeries::E12, v) ||
+                 InSeries(ESeries::E12, v) || !PairsAround(ESeries::E12, v).empty())
+        << v;
   EXPECT_EQ(ESeriesNamed("e48"), ESeries::E48);
   EXPECT_FALSE(ESeriesNamed("E7") || ESeriesNamed("E"));
 }

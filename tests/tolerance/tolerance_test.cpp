@@ -311,6 +311,25 @@ TEST(Tolerance, DefaultMaskFollowsTheDesign) {
   EXPECT_EQ(c.stops[0].depth, std::floor(NominalRun(cauer, c).nominalStopAttenuation - 3));
 }
 
+// A mask without a check would pass every trial: a broken nominal design
+// gets none and the reason, and the run refuses such a mask, as it refuses
+// a sweep whose 32-bit frequencies repeat (a band narrower than they
+// resolve), which once read past the run's buffers.
+TEST(Tolerance, NoCheckAndRepeatedFrequenciesAreRefused) {
+  ToleranceDesign design = Designed(kChebyshev, 5, "Cinlowpass"), broken = design;
+  std::string none;
+  ToleranceSetup s{.trials = 8, .mask = DefaultMask(design, 0, &none)};
+  EXPECT_TRUE(none.empty()) << none;
+  broken.ladder.L[2] = std::numeric_limits<float>::infinity();
+  EXPECT_TRUE(DefaultMask(broken, 0, &none).stops.empty());
+  EXPECT_NE(none.find("not a finite number"), std::string::npos) << none;
+  ToleranceResult r;
+  broken = design, broken.freq[500] = broken.freq[499];
+  EXPECT_NE(RunTolerance(broken, s, r).fault.find("repeated"), std::string::npos);
+  s.mask.passRl.reset(), s.mask.stops.clear();
+  EXPECT_NE(RunTolerance(design, s, r).fault.find("no check"), std::string::npos);
+}
+
 // Each band is judged at its own frequencies, wherever the sweep ends: a
 // stopband beyond it gives the figure of a direct evaluation there, a
 // passband below it a return loss; a mask that cannot be checked says why.
