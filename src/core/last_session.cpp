@@ -117,9 +117,9 @@ std::string LastSessionLine(const DesignRecord& d) {
   return std::to_string(d.Order) + "," + ShortestText(d.Width) + "," + std::to_string(d.Family) +
          "," + ShortestText(d.Apass) + "," + ShortestText(d.Astop) + ",\"" + d.Topology + "\"," +
          ShortestText(d.Rsource) + "," + ShortestText(d.Qind) +
-         (d.Center > 0 || !ideal
-              ? "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.ResonatorL)
-              : "") +
+         (d.Center > 0 || !ideal ? "," + ShortestText(std::max(d.Center, 0.0f)) + "," +
+                                       ShortestText(d.Center > 0 ? d.ResonatorL : 0.0f)
+                                 : "") +
          (ideal ? ""
                 : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
                       ShortestText(d.CapacitorQ) + "," + ShortestText(d.WindingCapacitance) + "," +

@@ -194,6 +194,32 @@ TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDial
   EXPECT_EQ(platform->dialogs.size(), 1u);
 }
 
+// A band the engine refuses raises no message, whether its topology is
+// clicked or its resonator inductance typed a key at a time: the choice
+// stays, the label under the frames and the strip say why, and Display
+// responses gives the message once and stays on the design page.
+TEST_F(WindowTest, ARefusedBandWaitsBesideItsBoxesWithoutAMessage) {
+  Start();
+  EXPECT_FALSE(Edit("txtCenter")->isEnabled());
+  Click(Radio("optCauer"));
+  Click(Radio("optCoupledbandpass"));  // the coupled form takes no elliptic prototype
+  auto label = [&] { return Widget<QLabel>(window->DesignView(), "lblBandEdges")->text(); };
+  EXPECT_TRUE(Radio("optCoupledbandpass")->isChecked() && Edit("txtResonatorL")->isEnabled());
+  EXPECT_TRUE(label().startsWith("The coupled-resonator bandpass is designed from"));
+  EXPECT_TRUE(HasText(app->DesignCanvas(), "No design for this band:"));
+  Click(Radio("optChebycheff"));
+  TypeInto(Edit("txtBandwidth"), "300k");
+  TypeInto(Edit("txtResonatorL"), "2.2u");  // "2", "2." and "2.2" have no design
+  EXPECT_TRUE(platform->messages.empty());
+  EXPECT_TRUE(D().L[2] == 2.2e-6f && label().startsWith("f1 7.0016MHz"));
+  QDir().mkpath(DRENIK_BINARY_DIR "/screenshots");
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-band-edges.png");
+  TypeInto(Edit("txtResonatorL"), "2");
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-band-refused.png");
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_TRUE(platform->messages.size() == 1u && app->CurrentPage() == PageId::Design);
+}
+
 // "Chosen parts" opens its dialog over the window: OK takes the series and
 // pairs and draws the stage, Cancel changes nothing.
 TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
