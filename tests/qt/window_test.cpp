@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QInputDialog>
 #include <QTimer>
 #include "core/formatters.h"
 
@@ -218,6 +219,27 @@ TEST_F(WindowTest, ARefusedBandWaitsBesideItsBoxesWithoutAMessage) {
   window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-band-refused.png");
   Click(Button(window->DesignView(), "cmdDesign"));
   EXPECT_TRUE(platform->messages.size() == 1u && app->CurrentPage() == PageId::Design);
+}
+
+// "Sweep" is open for a band design only; its dialog shows the span as the
+// page holds it, and OK sweeps the band from f0/k to k f0.
+TEST_F(WindowTest, SweepDialogWidensABandsSweep) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_FALSE(Button(window->DisplayView(), "cmdSweep")->isEnabled());
+  Click(Button(window->DisplayView(), "cmdDesign"));
+  TypeInto(Edit("txtBandwidth"), "300k");
+  Click(Radio("optCinbandpass"));
+  Click(Button(window->DesignView(), "cmdDesign"));
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->textValue().isEmpty() && dialog->labelText().contains("7.15MHz"));
+    dialog->setTextValue("3");
+    dialog->accept();
+  });
+  Click(Button(window->DisplayView(), "cmdSweep"));
+  EXPECT_TRUE(D().Fstop == float(D().Center * 3) && platform->messages.empty());
 }
 
 // "Chosen parts" opens its dialog over the window: OK takes the series and
