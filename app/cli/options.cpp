@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -154,24 +155,48 @@ bool SameFile(const std::string& a, const std::string& b) {
   return !ec1 && !ec2 && pa == pb;
 }
 
-// The band options belong to the band topologies; the band they give must
-// lie above 0 Hz. The texts are read as the page reads its boxes.
+// The band options belong to the band topologies; the band they give, by
+// its centre and width or by its edges, must lie above 0 Hz. The texts are
+// read as the page reads its boxes.
 void CheckBand(const Choices& ch) {
   const TopologyInfo* t = FindTopology(ch.topology.value_or(kDefaultTopology.name));
   const bool band = t && t->band;
-  if (ch.center && !band)
-    throw UsageError("--center: only for the band topologies (" + BandTopologyWords() + ")");
-  if (!ch.center && band)
-    throw UsageError("--center: required for the " + *ch.topology + " topology");
+  const char* given = ch.center  ? "--center"
+                      : ch.f1    ? "--f1"
+                      : ch.f2    ? "--f2"
+                      : ch.sweep ? "--sweep"
+                                 : nullptr;
+  if (given && !band)
+    throw UsageError(std::string(given) + ": only for the band topologies (" + BandTopologyWords() +
+                     ")");
   if (ch.resonatorL && !(t && t->resonatorL))
     throw UsageError("--resonator-l: only for the Coupledbandpass topology");
   if (!band) return;
-  const float center = BoxValue(*ch.center);
-  DesignRecord firstStart;
-  SetLastSessionDefaults(firstStart);
-  const float width = ch.bandwidth ? BoxValue(*ch.bandwidth) : firstStart.Width;
+  const bool edges = ch.f1 || ch.f2;
+  if (edges && ch.center) throw UsageError("--f1, --f2: a band by its edges takes no --center");
+  if (edges && ch.bandwidth)
+    throw UsageError("--f1, --f2: a band by its edges takes no --bandwidth");
+  if (edges && !(ch.f1 && ch.f2))
+    throw UsageError(ch.f1 ? "--f2: required with --f1" : "--f1: required with --f2");
+  if (!edges && !ch.center)
+    throw UsageError("--center: required for the " + *ch.topology + " topology (or --f1 and --f2)");
+  float center, width;
+  if (edges) {
+    const float f1 = BoxValue(*ch.f1), f2 = BoxValue(*ch.f2);
+    if (!(f2 > f1)) throw UsageError("--f2: the upper band edge must lie above --f1");
+    center = static_cast<float>(std::sqrt(static_cast<double>(f1) * f2));
+    width = static_cast<float>(static_cast<double>(f2) - f1);
+  } else {
+    DesignRecord firstStart;
+    SetLastSessionDefaults(firstStart);
+    center = BoxValue(*ch.center);
+    width = ch.bandwidth ? BoxValue(*ch.bandwidth) : firstStart.Width;
+  }
+  // The arithmetic lower edge f0 - BW/2 above 0 Hz: f2 below (3 + 2 sqrt 2) f1.
   if (const std::string why = BandFault(center, width); !why.empty())
-    throw UsageError((BandTooNarrow(center, width) ? "--bandwidth: " : "--center: ") + why);
+    throw UsageError(BandTooNarrow(center, width)
+                         ? (edges ? "--f1, --f2: " : "--bandwidth: ") + why
+                         : (edges ? "--f1, --f2: " + std::string(kEdgesTooWide) : "--center: " + why));
 }
 
 // Two outputs into one file would leave only the last: refused.
@@ -206,6 +231,11 @@ std::string ChoicesText() {
          "                              (a band topology: the band's width f2 - f1)\n"
          "  --center TEXT               geometric band centre, Hz, e.g. 7.15M\n"
          "                              (required for a band topology, for no other)\n"
+         "  --f1 TEXT --f2 TEXT         or the band by its edges, Hz, e.g. 88M and 108M\n"
+         "                              (in place of --center and --bandwidth)\n"
+         "  --sweep K                   a band design's display sweep: f0/K to K f0, K above\n"
+         "                              1, at most 100 (default: both skirts, as far out as\n"
+         "                              a lowpass sweep and past a bandpass's stop edges)\n"
          "  --resonator-l TEXT          coupled resonators' inductance, H, e.g. 1u\n"
          "                              (Coupledbandpass only; a practical one when left out)\n"
          "  --q inf|TEXT                inductor Q                (inf)\n" +
@@ -404,6 +434,18 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       ch.bandwidth = BoxEntry(name, value(), false);
     } else if (name == "--center") {
       ch.center = PositiveBoxEntry(name, value(), false, "a frequency above 0 Hz");
+    } else if (name == "--f1" || name == "--f2") {
+      (name == "--f1" ? ch.f1 : ch.f2) =
+          PositiveBoxEntry(name, value(), false, "a frequency above 0 Hz");
+    } else if (name == "--sweep") {
+      const std::string v = value();
+      const double k = ReadNumber(name, v);
+      if (!(k > 1 && k <= kLargestSweepSpan))
+        throw UsageError(
+            "--sweep: expected a span above 1 and at most 100 (the sweep runs from "
+            "f0/K to K f0), got '" +
+            v + "'");
+      ch.sweep = static_cast<float>(k);
     } else if (name == "--resonator-l") {
       ch.resonatorL =
           PositiveBoxEntry(name, value(), true, "an inductance in henries of 0 or above");

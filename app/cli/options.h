@@ -44,7 +44,9 @@ struct Choices {
   std::optional<std::string> impedance;       // "50" or text for the Other box
   std::optional<std::string> bandwidth;       // text for the bandwidth box
   std::optional<std::string> center;          // text for the band centre box
+  std::optional<std::string> f1, f2;          // texts for the band edge boxes
   std::optional<std::string> resonatorL;      // text for the resonator inductance box
+  std::optional<float> sweep;                 // a band design's sweep span (SweepSpan)
   std::optional<std::string> q;               // "inf" or text for the Q box
   PartModelChoices models;
 };

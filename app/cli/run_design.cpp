@@ -33,12 +33,16 @@ void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
   if (c.order && *c.order != d.Order) {
     Click(page, "optOrder" + std::to_string(*c.order), "--order", d);
   }
-  // A band's boxes are filled before its topology is chosen, so that the
-  // band is whole when the first band design runs.
+  // A band's boxes open with its topology; the band designs once it is
+  // whole (the page waits quietly through the bands on the way).
+  if (c.topology) Click(page, "opt" + *c.topology, "--topology", d);
   if (c.center) Type(page, "txtCenter", *c.center);
   if (c.resonatorL) Type(page, "txtResonatorL", *c.resonatorL);
   if (c.center && c.bandwidth) Type(page, "txtBandwidth", *c.bandwidth);
-  if (c.topology) Click(page, "opt" + *c.topology, "--topology", d);
+  if (c.f1 && c.f2) {
+    Type(page, "txtF1", *c.f1);
+    Type(page, "txtF2", *c.f2);
+  }
   if (c.rippleOption) Click(page, *c.rippleOption, "--ripple", d);
   if (c.stopbandOption) Click(page, *c.stopbandOption, "--stopband", d);
   if (c.impedance) {
@@ -84,6 +88,7 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   ApplyChoices(app.Design(), options.choices, app.Record());
   Fail(platform);
   ApplyPartModels(options.choices.models, app.Record());
+  if (options.choices.sweep) app.Record().SweepSpan = *options.choices.sweep;
 
   bool exactSeen = false;
   app.Display().SetAnalysisObserver([&](int mode) {

@@ -7,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "analysis/ladder.h"
 #include "core/element_kinds.h"
 #include "core/formatters.h"
 #include "parts/figures.h"
@@ -27,13 +28,22 @@ std::string Padded(const std::string& s, size_t width) {
   return s.size() >= width ? s + " " : s + std::string(width - s.size(), ' ');
 }
 
-// The transmission at the sweep point nearest f (the cutoff by default).
+// The transmission at the sweep point nearest f (the cutoff by default); a
+// band swept other than its own way at the nearer of that and its own
+// sweep's point, as its own sweep would give it.
 float TransmissionAtCutoff(const DesignRecord& d, double f = -1) {
   const float at = f < 0 ? d.Width : static_cast<float>(f);
   int best = 0;
   for (int i = 1; i <= std::min<int>(d.NrIntervals, kSweepSlots - 1); ++i) {
     if (std::fabs(d.Freq[i] - at) < std::fabs(d.Freq[best] - at)) best = i;
   }
+  const std::vector<float> own = OwnBandSweep(d);
+  const auto near = std::ranges::min_element(
+      own, [at](float a, float b) { return std::fabs(a - at) < std::fabs(b - at); });
+  const Ladder ladder = LadderOf(d);
+  if (near != own.end() && std::fabs(*near - at) < std::fabs(d.Freq[best] - at) &&
+      LadderFault(ladder).empty())
+    return static_cast<float>(AnalyzePoint(ladder, *near, 0, 0, false).TransmissionDb);
   return d.Transmission[best];
 }
 
@@ -61,6 +71,11 @@ StageFigures FiguresAt(const DesignRecord& d, const Bands& bands) {
   StageFigures f;
   for (int i = 0; i <= std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1); ++i)
     if (InPassband(bands, d.Freq[i])) f.loss = std::max(f.loss, -double{d.Transmission[i]});
+  // A band swept other than its own way: its own sweep's passband points too.
+  const Ladder ladder = LadderOf(d);
+  if (bands.band && LadderFault(ladder).empty())
+    for (float at : BeyondSweep(d, bands).passband)
+      f.loss = std::max(f.loss, -AnalyzePoint(ladder, at, 0, 0, false).TransmissionDb);
   const Figures own = FiguresOf(d, bands);
   f.returnLoss = own.returnLoss;
   f.stopband = own.stopband;

@@ -107,6 +107,9 @@ struct DesignRecord {
   // --- Sweep settings and results ---
   float Fstart = 0;  // Hz
   float Fstop = 0;   // Hz
+  // A band design's display sweep runs from Center / SweepSpan to Center *
+  // SweepSpan when the user widened (or narrowed) it; 0 for the design's own.
+  float SweepSpan = 0;
   int16_t NrIntervals = 0;
   SweepArray Freq{};          // Hz
   SweepArray Transmission{};  // dB (0 or negative)

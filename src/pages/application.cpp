@@ -80,6 +80,10 @@ bool Application::AskPartModels(PartModelEntries& entries) {
   return !partModelsService_ || partModelsService_(entries);
 }
 
+bool Application::AskSweep(SweepEntry& entry) {
+  return !sweepService_ || sweepService_(entry);
+}
+
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {

@@ -110,6 +110,11 @@ class Application : public PageHost {
     partModelsService_ = std::move(service);
   }
 
+  // The band sweep's dialog; without it the display page keeps its sweep.
+  void SetSweepService(std::function<bool(SweepEntry&)> service) {
+    sweepService_ = std::move(service);
+  }
+
   // Called after each change of page, once the new page has loaded.
   void SetPageObserver(std::function<void(PageId)> observer) {
     pageObserver_ = std::move(observer);
@@ -124,6 +129,7 @@ class Application : public PageHost {
   bool PrintDisplayPage() override;
   bool AskPartsRequest(PartsRequest& request) override;
   bool AskPartModels(PartModelEntries& entries) override;
+  bool AskSweep(SweepEntry& entry) override;
   void ShowTolerancePage() override;
   void ShowTimePage() override;
 
@@ -150,6 +156,7 @@ class Application : public PageHost {
   std::function<void()> printService_;
   std::function<bool(PartsRequest&)> partsRequestService_;
   std::function<bool(PartModelEntries&)> partModelsService_;
+  std::function<bool(SweepEntry&)> sweepService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
   std::function<void(TimePage&)> timeObserver_;
   std::function<void()> followObserver_;

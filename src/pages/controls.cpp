@@ -67,6 +67,12 @@ void TextBox::SetText(const std::string& text) {
   if (handler_) owner_.RunEvent(handler_);
 }
 
+void TextBox::SetTextQuietly(const std::string& text) {
+  if (text == text_) return;
+  text_ = text;
+  Changed();
+}
+
 bool TextBox::Type(const std::string& text) {
   if (!Enabled()) return false;
   SetText(text);

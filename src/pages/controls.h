@@ -109,6 +109,9 @@ class TextBox : public Control {
   void SetText(const std::string& text);
   // The user's typing; false while the box is disabled.
   bool Type(const std::string& text);
+  // Sets the text without running the change handler (a box that shows what
+  // another box's change worked out).
+  void SetTextQuietly(const std::string& text);
   void SetChangeHandler(std::function<void()> handler) { handler_ = std::move(handler); }
   void ResetToDefault() override;
 

@@ -50,6 +50,9 @@ inline constexpr const char* kDefaultCenterText = "7.15M";
 inline constexpr float kDefaultCenter = 7.15e6f;
 // The largest resonator inductance the coupled-resonator box takes, H.
 inline constexpr float kResonatorLMax = 1;
+// The widest band sweep the display page takes: f0 / 100 to 100 f0, four
+// decades of 1001 points.
+inline constexpr float kLargestSweepSpan = 100;
 
 enum class SnapBounds { Driver, Load };
 

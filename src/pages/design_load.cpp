@@ -15,12 +15,9 @@
 
 namespace drenik {
 
-namespace {
-
-// A box's text for a value the record holds: the page's own format where it
-// reads back to the same float, else the fewest digits (under a prefix
-// letter, within the box's twelve characters) that do. A band design then
-// comes back on the same centre and width, not one rounded to five digits.
+// The fewest digits under a prefix letter, within the box's twelve
+// characters: a band design comes back on the same centre and width, not one
+// rounded to five digits.
 std::string ExactEntry(float value, const std::string& formatted) {
   auto reads = [value](std::string text) { return CheckEntry(text) == value; };
   if (reads(formatted)) return formatted;
@@ -35,8 +32,6 @@ std::string ExactEntry(float value, const std::string& formatted) {
   }
   return formatted;
 }
-
-}  // namespace
 
 // What the option selections report is dropped (the controls are half set
 // then); the design the load ends with has its say, and the strip is drawn
@@ -53,6 +48,7 @@ void DesignPage::LoadControls() {
   controls_.RunLoad([this] {
     controls_.ResetToDefaults();
     strip_.Clear();
+    refusal_.clear();
     caption_ = d_.ProgramTitle + " " + d_.Version + " - Design";
 
     if (d_.Width == 0) d_.Width = 4.5e6f;

@@ -1,9 +1,14 @@
 #include "pages/design_page.h"
 
+#include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "core/formatters.h"
+#include "core/runtime_error.h"
+#include "pages/band_notch.h"
 #include "pages/design_choices.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
@@ -15,6 +20,13 @@
 namespace drenik {
 
 namespace {
+
+// Where the clause of `text` from `start` ends: after the separator's
+// punctuation mark, or at the end of the text.
+size_t ClauseEnd(const std::string& text, size_t start, const char* separator) {
+  const size_t at = text.find(separator, start);
+  return at == std::string::npos ? text.size() : at + 1;
+}
 
 template <typename T>
 T& Require(T* control, const std::string& name) {
@@ -61,7 +73,7 @@ void DesignPage::Build() {
   };
   Frame& topology = c.AddFrame("frmTopology", "Topology");
   for (const TopologyInfo& t : Topologies())
-    addChoice(topology, TopologyOption(t), t.caption, d_.Topology, t.name);
+    c.AddOption(TopologyOption(t), t.caption, &topology).SetHandler([this, &t] { OnTopology(t); });
   Frame& ripple = c.AddFrame("frmRipple", "Passband ripple");
   for (const RippleChoice& r : kRippleChoices)
     addChoice(ripple, r.option, r.caption, d_.Apass, r.value);
@@ -88,6 +100,13 @@ void DesignPage::Build() {
   c.AddLabel("lblResonatorL", "L, H:");
   c.AddTextBox("txtResonatorL", "").SetChangeHandler([this] { OnResonatorLChange(); });
   c.AddLabel("lblBandEdges", "");
+  // Or the band by its edges f1 and f2, in hertz: each pair of boxes follows
+  // what the other is typed to, and the record keeps the centre and width.
+  c.AddFrame("frmBandEdges", "Band edges");
+  c.AddLabel("lblF1", "f1");
+  c.AddTextBox("txtF1", "").SetChangeHandler([this] { OnEdgeChange(); });
+  c.AddLabel("lblF2", "f2");
+  c.AddTextBox("txtF2", "").SetChangeHandler([this] { OnEdgeChange(); });
 
   Frame& q = c.AddFrame("frmQ", "Inductor Q");
   c.AddOption("optQ1", "Infinite", &q).SetHandler([this] { OnQ1(); });
@@ -119,14 +138,44 @@ CommandButton& DesignPage::Button(const std::string& name) const {
 
 void DesignPage::RedesignChain() {
   RunSynthesisDriver();
-  Act(Denormalize(d_), controls_);
+  DenormalizeOrRefuse();
   ShowBand();
   RedrawSchematic();
 }
 
+// A band design is typed a key at a time and its topology chosen before or
+// after its band, so it passes through bands the engine refuses ("2" on the
+// way to "2.2u" is a 2 H resonator): the design waits for one it can make,
+// with the label and the strip saying why, rather than a message at every
+// key. A lowpass or highpass design's fault is the run-time error as ever.
+void DesignPage::DenormalizeOrRefuse() {
+  EngineReport report = Denormalize(d_);
+  refusal_.clear();
+  if (!report.Ok() && IsBandDesign(d_)) refusal_ = std::exchange(report.fault, {});
+  Act(report, controls_);
+}
+
 void DesignPage::RedrawSchematic() {
   ++schematicRedraws_;
-  drenik::RedrawSchematic(d_, strip_);
+  if (refusal_.empty()) {
+    drenik::RedrawSchematic(d_, strip_);
+    return;
+  }
+  // The strip shows no ladder while the band has no design: the last one
+  // drawn is not what the boxes ask for. The reason, a clause a line.
+  strip_.FilledBox(1, 1, 12090, 3500, kWhite);
+  strip_.SetForeColor(kBlack);
+  strip_.SetFont("Arial", 10, true);
+  strip_.SetTextPosition(1000, 1000);
+  strip_.Print("No design for this band:");
+  strip_.SetFont("Arial", 9, false);
+  float y = 1400;
+  for (size_t start = 0; start < refusal_.size(); y += 280) {
+    const size_t end = std::min(ClauseEnd(refusal_, start, ". "), ClauseEnd(refusal_, start, ": "));
+    strip_.SetTextPosition(1000, y);
+    strip_.Print(TrimBlanks(refusal_.substr(start, end - start)));
+    start = end;
+  }
 }
 
 // Enabling a group covers its frame and each option in it.
@@ -205,21 +254,7 @@ void DesignPage::OnBandwidthChange() {
   d_.Width = CheckEntry(text);
   if (d_.Width < kBandwidthRange.low) d_.Width = kBandwidthRange.low;
   if (d_.Width > kBandwidthRange.high) d_.Width = kBandwidthRange.high;
-  if (SelectedBand() && BandWaits()) return;
   if (d_.Width > 0) RedesignChain();
-}
-
-// Typed a key at a time, a band passes through ones that cannot be
-// designed: a centre of "7" on the way to "7.1M" reaches below 0 Hz, a
-// width of "1" on the way to "100k" is narrower than any band designed.
-// The label beside the band boxes says so and the design waits for a band
-// that can be; Design with such a band gives the message.
-bool DesignPage::BandWaits() {
-  if (BandFault(d_.Center, d_.Width).empty()) return false;
-  LabelNamed("lblBandEdges")
-      .SetCaption(BandTooNarrow(d_.Center, d_.Width) ? "under 0.01% of the centre: widen the band"
-                                                     : "f1 below 0 Hz: raise the centre");
-  return true;
 }
 
 const TopologyInfo* DesignPage::SelectedBand() const {
@@ -244,10 +279,22 @@ void DesignPage::ReadResonatorL() {
   if (d_.ResonatorL > kResonatorLMax) d_.ResonatorL = kResonatorLMax;
 }
 
+// A topology opens the boxes it reads: the band's for a band, the
+// resonator inductance's for the coupled form.
+void DesignPage::OnTopology(const TopologyInfo& topology) {
+  d_.Topology = topology.name;
+  for (const char* name :
+       {"frmCenter", "lblCenter", "txtCenter", "frmBandEdges", "lblF1", "txtF1", "lblF2", "txtF2"})
+    controls_.Find(name)->SetEnabled(topology.band);
+  for (const char* name : {"lblResonatorL", "txtResonatorL"})
+    controls_.Find(name)->SetEnabled(topology.resonatorL);
+  RedesignChain();
+}
+
 void DesignPage::OnCenterChange() {
   if (!SelectedBand()) return;
   ReadCenter();
-  if (!BandWaits()) RedesignChain();
+  RedesignChain();
 }
 
 void DesignPage::OnResonatorLChange() {
@@ -257,20 +304,67 @@ void DesignPage::OnResonatorLChange() {
   RedesignChain();
 }
 
-// The label beside the band boxes names both edges (and the resonator
-// inductance the coupled form chose). The boxes stay open whatever the
-// topology, so that a band can be typed before its topology is chosen.
+// The edges as typed, read like the bandwidth box, give the centre and width
+// (which the centre and bandwidth boxes then show exactly, as the design
+// reads them there).
+void DesignPage::OnEdgeChange() {
+  if (!SelectedBand()) return;
+  std::string t1 = Box("txtF1").Text(), t2 = Box("txtF2").Text();
+  const float f1 = std::clamp(CheckEntry(t1), kBandwidthRange.low, kBandwidthRange.high);
+  const float f2 = std::clamp(CheckEntry(t2), kBandwidthRange.low, kBandwidthRange.high);
+  const char* refused = "The lower band edge f1 must lie below the upper edge f2.";
+  if (f2 > f1) {
+    d_.Center = static_cast<float>(std::sqrt(static_cast<double>(f1) * f2));
+    d_.Width = static_cast<float>(static_cast<double>(f2) - f1);
+    Box("txtCenter").SetTextQuietly(ExactEntry(d_.Center, FormatFrequency(d_.Center)));
+    Box("txtBandwidth").SetTextQuietly(ExactEntry(d_.Width, FormatFrequency(d_.Width)));
+    refused = BandFault(d_.Center, d_.Width).empty() ? nullptr : kEdgesTooWide;
+  }
+  if (refused) {
+    refusal_ = refused;
+    ShowBand();
+    RedrawSchematic();
+    return;
+  }
+  typingEdges_ = true;
+  struct Done {
+    bool& flag;
+    ~Done() { flag = false; }
+  } done{typingEdges_};
+  RedesignChain();
+}
+
+// The label under the frames names both edges (and the resonator
+// inductance the coupled form chose, or where a bandstop reaches its
+// depth), or the first sentence of why the band has no design.
 void DesignPage::ShowBand() {
   const TopologyInfo* band = SelectedBand();
-  std::string edges;
-  if (band && d_.Center > 0 && BandFault(d_.Center, d_.Width).empty()) {
+  std::string text;
+  if (band && !refusal_.empty()) {
+    text = refusal_.substr(0, ClauseEnd(refusal_, 0, ". "));
+  } else if (band && d_.Center > 0 && BandFault(d_.Center, d_.Width).empty()) {
     const BandEdges e = EdgesOfBand(d_.Center, d_.Width);
-    edges = "f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
-            TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));
+    text = "f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
+           TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));
     if (band->resonatorL && d_.ResonatorL <= 0)
-      edges += ", L " + TrimBlanks(FormatInductance(static_cast<float>(DefaultResonatorL(d_))));
+      text += ", L " + TrimBlanks(FormatInductance(static_cast<float>(DefaultResonatorL(d_))));
+    if (const std::optional<BandNotch> notch = NotchOfDesign(d_)) text += ", " + NotchText(*notch);
+    ShowEdges();
   }
-  LabelNamed("lblBandEdges").SetCaption(edges);
+  LabelNamed("lblBandEdges").SetCaption(text);
+}
+
+// The edge boxes follow a band typed by its centre and width, to the five
+// figures the page shows frequencies in; the prefix letter without its "Hz"
+// keeps the text short enough for the box.
+void DesignPage::ShowEdges() {
+  if (typingEdges_) return;
+  const BandEdges e = EdgesOfBand(d_.Center, d_.Width);
+  for (const auto& [box, f] : {std::pair{"txtF1", e.f1}, std::pair{"txtF2", e.f2}}) {
+    std::string text = TrimBlanks(FormatFrequency(f));
+    if (text.ends_with("Hz")) text.resize(text.size() - 2);
+    Box(box).SetTextQuietly(text);
+  }
 }
 
 // The strip shows the values denormalized before the new synthesis: the
@@ -281,7 +375,7 @@ void DesignPage::OnZotherChange() {
   if (d_.Rsource < kImpedanceRange.low) d_.Rsource = kImpedanceRange.low;
   if (d_.Rsource > kImpedanceRange.high) d_.Rsource = kImpedanceRange.high;
   if (d_.Rsource > 0) {
-    Act(Denormalize(d_), controls_);
+    DenormalizeOrRefuse();
     RedrawSchematic();
     RunSynthesisDriver();
   }
@@ -293,8 +387,11 @@ void DesignPage::OnQotherChange() {
   if (d_.Qind < kLeastQ) d_.Qind = kLeastQ;
 }
 
+// A band without a design gives its message here, once, and the display
+// page stays shut.
 void DesignPage::OnDesign() {
   MatchFixedDesignLoad();
+  if (SelectedBand() && !refusal_.empty()) throw RunTimeError(refusal_);
   host_.ShowDisplayPage();
 }
 

@@ -70,12 +70,17 @@ class DesignPage {
   void OnDesign();
   // The chosen band topology, or nullptr for a lowpass or highpass.
   const TopologyInfo* SelectedBand() const;
+  void OnTopology(const TopologyInfo& topology);
   void ReadCenter();
   void ReadResonatorL();
   void OnCenterChange();
-  bool BandWaits();
   void OnResonatorLChange();
+  void OnEdgeChange();
+  // Denormalizes; a band design the engine refuses is shown as refused
+  // (refusal_) instead of raising the run-time error.
+  void DenormalizeOrRefuse();
   void ShowBand();
+  void ShowEdges();
 
   DesignRecord& d_;
   Platform& platform_;
@@ -85,9 +90,19 @@ class DesignPage {
   std::string caption_;
   int driverRuns_ = 0;
   int schematicRedraws_ = 0;
+  // Why the band the boxes give has no design (the label and the strip say
+  // so, and Display responses gives it as the message); empty while the
+  // strip shows the design.
+  std::string refusal_;
+  // While the edge boxes are typed into, they are what the band follows.
+  bool typingEdges_ = false;
 };
 
 // The option button of a topology ("opt" and its string).
 std::string TopologyOption(const TopologyInfo& topology);
+
+// A box's text for a value the record holds: the page's own format where it
+// reads back to the same float, else the fewest digits that do.
+std::string ExactEntry(float value, const std::string& formatted);
 
 }  // namespace drenik

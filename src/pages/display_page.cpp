@@ -7,17 +7,31 @@
 #include "analysis/sweep.h"
 #include "core/formatters.h"
 #include "export/formats.h"
+#include "pages/band_notch.h"
+#include "pages/band_schematic.h"
 #include "pages/design_choices.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
 #include "plot/legends.h"
 #include "plot/response_plot.h"
 #include "synthesis/denormalize.h"
+#include "synthesis/design_edges.h"
 #include "synthesis/families.h"
 #include "synthesis/standard_values.h"
 #include "synthesis/topologies.h"
 
 namespace drenik {
+
+void SetDisplaySweep(DesignRecord& d) {
+  d.Fstart = static_cast<float>(static_cast<double>(d.Width) * 0.2);
+  d.NrIntervals = kSweepIntervals;
+  d.Fstop = static_cast<float>(static_cast<double>(d.Width) * 5);
+  if (IsBandDesign(d) && d.Center > 0) {
+    const double k = BandSweepSpan(d);
+    d.Fstart = static_cast<float>(d.Center / k);
+    d.Fstop = static_cast<float>(d.Center * k);
+  }
+}
 
 DisplayPage::DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host)
     : d_(d), platform_(platform), canvas_(canvas), host_(host), controls_(platform) {
@@ -37,6 +51,7 @@ void DisplayPage::Build() {
       {"cmdTime", "Time", &DisplayPage::OnTime},
       {"cmdInductors", "5% inductors", &DisplayPage::OnInductors},
       {"cmdPartModels", "Part models", &DisplayPage::OnPartModels},
+      {"cmdSweep", "Sweep", &DisplayPage::OnSweep},
       {"cmdChosenParts", "Chosen parts", &DisplayPage::OnChosenParts},
       {"cmdTolerance", "Tolerance", &DisplayPage::OnTolerance},
       {"cmdPrint", "Print", &DisplayPage::OnPrint},
@@ -109,19 +124,13 @@ void DisplayPage::LoadPipeline() {
   DrawBandwidthLabel(d_, canvas_);
   PrintReadout(DataReadout{});
 
-  d_.Fstart = static_cast<float>(static_cast<double>(d_.Width) * 0.2);
-  d_.NrIntervals = 1000;
-  d_.Fstop = static_cast<float>(static_cast<double>(d_.Width) * 5);
-  if (IsBandDesign(d_) && d_.Center > 0) {
-    const double k = BandSweepFactor(d_.Center, d_.Width);
-    d_.Fstart = static_cast<float>(d_.Center / k);
-    d_.Fstop = static_cast<float>(d_.Center * k);
-  }
+  SetDisplaySweep(d_);
   d_.InductorMode = 0;
   d_.TransmissionBottom = -70;
   d_.ReflectionBottom = -70;
   d_.Divisions = 7;  // 10 dB a division: 0, -10, ... -70
   BuildGridFrequencies(d_);
+  controls_.FindButton("cmdSweep")->SetEnabled(DrawsAsBand(d_));
 
   // Some families keep the prototype the design page computed; the Cauer
   // prototype runs here without the design page's inputs.
@@ -140,6 +149,7 @@ void DisplayPage::AnalyzeAndDraw(int mode) {
   Act(AnalyzeSweep(d_), controls_);
   DrawMainPlot(d_, canvas_);
   DrawDisplaySchematic(d_, canvas_);
+  if (mode == 1) DrawNotch();
   DrawResonanceWarning();
   DrawSelfResonances();
   if (analysisObserver_) analysisObserver_(mode);
@@ -244,6 +254,44 @@ void DisplayPage::DrawResonanceWarning() {
   if (warningShown_) canvas_.FilledBox(kLeft, kTop, kRight, kBottom, kWhite);
   warningShown_ = !warning.empty();
   if (warningShown_) PrintAt(kLeft, kTop + 40, warning, kRed);
+}
+
+// Where a bandstop reaches its depth, in the band's label over the plot,
+// from the exact values that each redraw analyses first.
+void DisplayPage::DrawNotch() {
+  if (const std::optional<BandNotch> notch = NotchOf(d_))
+    DrawBandLabel(d_, canvas_, NotchText(*notch));
+}
+
+// The span as the user typed it is read like the design page's boxes; a
+// span the page does not take changes nothing and says what it takes.
+void DisplayPage::OnSweep() {
+  controls_.RunEvent([this] {
+    if (!DrawsAsBand(d_)) return;
+    SweepEntry entry{d_.SweepSpan > 1 ? TrimBlanks(FormatValue(d_.SweepSpan)) : "", d_.Center,
+                     OwnBandSweepSpan(d_)};
+    if (!host_.AskSweep(entry)) return;
+    const bool own = entry.span.find_first_not_of(' ') == std::string::npos;
+    const float span = own ? 0 : CheckEntry(entry.span);
+    if (!own && !(span > 1 && span <= kLargestSweepSpan)) {
+      platform_.ShowMessage("The sweep runs from f0 / k to k f0: k must lie above 1 and at most " +
+                                TrimBlanks(FormatValue(kLargestSweepSpan)) +
+                                ", or leave it empty for the design's own sweep.",
+                            "Sweep", MessageIcon::Exclamation);
+      return;
+    }
+    d_.SweepSpan = span;
+    Reload();
+  });
+}
+
+// The page's load again, which clears the curves and frequency labels of
+// the old sweep, then the stages it showed.
+void DisplayPage::Reload() {
+  const bool inductors = d_.InductorMode == 1, chosen = chosen_.has_value();
+  LoadPipeline();
+  if (inductors) Inductors();
+  if (chosen) ChosenPartsStage();
 }
 
 // The readout's texts, always in the page's own small font.

@@ -30,6 +30,11 @@ struct DataReadout {
 // NrIntervals + 1 slices, one per sweep point.
 DataReadout ComputeReadout(const DesignRecord& d, float x, float y);
 
+// The display page's sweep: 1001 points from a fifth of the cutoff to five
+// times it, or for a band design over the span about its centre that
+// BandSweepSpan (synthesis/design_edges.h) gives.
+void SetDisplaySweep(DesignRecord& d);
+
 class DisplayPage {
  public:
   DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host);
@@ -59,6 +64,10 @@ class DisplayPage {
   // redraws the curves and the schematic with them (a bad entry is named in
   // a message and changes nothing).
   void OnPartModels();
+  // "Sweep": asks the host for a band design's sweep span, then draws the
+  // page again over the new sweep with the stages it showed. Only band
+  // designs sweep anything but a fifth to five times their cutoff.
+  void OnSweep();
 
   // Exports. Print and LTspice go through the host: without a window the
   // print button shows a message and the LTspice page is not shown.
@@ -118,6 +127,8 @@ class DisplayPage {
   void ChosenPartsStage();
   void DrawResonanceWarning();
   void Remodel();
+  void Reload();
+  void DrawNotch();
   void DrawSelfResonances();
   void PrintAt(float x, float y, const std::string& text, int32_t color = kBlack);
   void PrintReadout(const DataReadout& readout);

@@ -2,6 +2,8 @@
 // picked, chosen from the exact design to keep its response, analysed and
 // drawn over the other stages in the fourth colour and label row.
 
+#include <utility>
+
 #include "pages/display_page.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
@@ -34,6 +36,9 @@ void DisplayPage::ShowChosenParts() {
 void DisplayPage::ChosenPartsStage() {
   DesignRecord exact = d_;
   Act(Denormalize(exact), controls_);
+  // A band swept the user's way is chosen for on its own sweep: swept wider
+  // to show its harmonics, its passband would be judged at fewer points.
+  if (std::exchange(exact.SweepSpan, 0.0f) > 0) SetDisplaySweep(exact);
   PartsChoice choice;
   Act(ChooseParts(exact, partsRequest_, choice, partsProgress_), controls_);
   ApplyParts(choice, d_);

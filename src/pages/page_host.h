@@ -11,6 +11,14 @@ namespace drenik {
 struct PartsRequest;
 struct PartModelEntries;
 
+// What the display page's "Sweep" asks of a band design: the span k of its
+// sweep from f0 / k to k f0 as typed (empty for the design's own), with the
+// centre f0 (Hz) and the design's own span to show beside it.
+struct SweepEntry {
+  std::string span;
+  double center = 0, ownSpan = 0;
+};
+
 class PageHost {
  public:
   virtual ~PageHost() = default;
@@ -30,6 +38,9 @@ class PageHost {
   // Lets the user edit the part models and the winding; false when
   // cancelled. A host without a window keeps them as they are.
   virtual bool AskPartModels(PartModelEntries&) { return true; }
+  // Lets the user widen a band design's sweep; false when cancelled. A host
+  // without a window keeps it as it is.
+  virtual bool AskSweep(SweepEntry&) { return true; }
   // The tolerance page for the design the record holds.
   virtual void ShowTolerancePage() {}
   // The time responses and the Smith chart of the design the record holds.

@@ -42,8 +42,16 @@ bool InStopband(const Bands& b, double f) {
 
 Probe BeyondSweep(const DesignRecord& d, const Bands& bands) {
   Probe beyond;
-  // A band design's sweep spans the passband and both skirts.
-  if (bands.band) return beyond;
+  // A band design's own sweep spans the passband and both skirts; swept
+  // otherwise at the user's asking, the band is judged at its own points as
+  // well.
+  if (bands.band) {
+    for (float f : OwnBandSweep(d)) {
+      if (InPassband(bands, f)) beyond.passband.push_back(f);
+      if (InStopband(bands, f)) beyond.stopband.push_back(f);
+    }
+    return beyond;
+  }
   const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
   if (last < 0) return beyond;
   const std::span<const float> sweep(d.Freq.data(), static_cast<size_t>(last) + 1);

@@ -43,7 +43,9 @@ struct Probe {
 };
 
 // Each band's own frequencies (analysis/band_frequencies.h) that lie
-// beyond the record's sweep (points 0..NrIntervals).
+// beyond the record's sweep (points 0..NrIntervals); for a band design swept
+// other than its own way, its own sweep's points in each band
+// (synthesis/design_edges.h).
 Probe BeyondSweep(const DesignRecord& d, const Bands& bands);
 
 // From the record's analysed sweep (points 0..NrIntervals) and, where a band

@@ -64,20 +64,33 @@ void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
 // the large bold font and then which centre and which edges: the geometric
 // centre, the edges where the family's cutoff label says. Baselines agree
 // (ascent 0.905 em). The printout's axis labels stand from y = 3670 under
-// it.
-void DrawBandLabel(DesignRecord& d, Canvas& canvas) {
-  constexpr float kLeft = 500, kTop = 3440;
-  canvas.FilledBox(kLeft, kTop, 8500, 3780, kWhite);
+// it. A note (where a bandstop reaches its depth) takes the place of the
+// centre, which the schematic's resonances show. The line ends left of the
+// VSWR plot's white box: where gigahertz texts make it longer, it is printed
+// a point smaller, and at the last without the edges.
+void DrawBandLabel(DesignRecord& d, Canvas& canvas, const std::string& note) {
+  constexpr float kLeft = 500, kTop = 3440, kRight = 8550;
+  canvas.FilledBox(kLeft, kTop, kRight, 3780, kWhite);
   canvas.SetFont("Arial", 12, true);
   const std::string width = "Bandwidth: " + FormatFrequency(d.Width);
   PrintAt(canvas, kLeft, kTop, kBlack, width);
   const float next = kLeft + canvas.TextWidth(width) + 300;
-  canvas.SetFont("Arial", 8, false);
   const BandEdges e = EdgesOfBand(d.Center, d.Width);
-  PrintAt(canvas, next, kTop + 0.905f * (12 - 8) * 20, kBlack,
-          "f0 " + TrimBlanks(FormatFrequency(d.Center)) + ", f1 " +
-              TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) + ", f2 " +
-              TrimBlanks(FormatFrequency(static_cast<float>(e.f2))));
+  const std::string edges = "f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) +
+                            ", f2 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));
+  const std::string text = note.empty()
+                               ? "f0 " + TrimBlanks(FormatFrequency(d.Center)) + ", " + edges
+                               : edges + ", " + note;
+  const std::pair<float, std::string> tries[] = {
+      {8, text}, {7, text}, {7, note.empty() ? text : note}};
+  for (const auto& [points, line] : tries) {
+    canvas.SetFont("Arial", points, false);
+    if (next + canvas.TextWidth(line) < kRight || &line == &tries[2].second) {
+      PrintAt(canvas, next, kTop + 0.905f * (12 - points) * 20, kBlack, line);
+      break;
+    }
+  }
+  canvas.SetFont("Arial", 8, false);
 }
 
 }  // namespace drenik

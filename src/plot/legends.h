@@ -2,6 +2,8 @@
 // The fixed texts of the display page around the response plot: the axis and
 // value-mode legends left of the plot and the bandwidth label above it.
 
+#include <string>
+
 #include "core/design_record.h"
 #include "plot/canvas.h"
 
@@ -32,8 +34,7 @@ void DrawChosenPartsLegends(Canvas& canvas);
 // A band design prints its band label instead (DrawBandLabel).
 void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight = 11770);
 // "Bandwidth: " and the width at (500, 3440), over the legends and the main
-// plot, then
-// f0, f1 and f2 on the same line.
-void DrawBandLabel(DesignRecord& d, Canvas& canvas);
+// plot, then f0, f1 and f2 on the same line, or f1, f2 and the note.
+void DrawBandLabel(DesignRecord& d, Canvas& canvas, const std::string& note = {});
 
 }  // namespace drenik

@@ -129,7 +129,10 @@ void BuildBandGridFrequencies(DesignRecord& d) {
 void BuildGridFrequencies(DesignRecord& d) {
   static constexpr float kSteps[10] = {1, 1.5f, 2, 3, 4, 5, 6, 7, 8, 9};
   d.GridCount = -1;
-  if (IsBandDesign(d) && d.Center > 0) {
+  // A band sweep of less than two octaves gets evenly spaced lines; a wider
+  // one (a broad band, or a sweep the user widened to see the harmonics)
+  // the lowpass plot's lines, which a log axis spreads evenly.
+  if (IsBandDesign(d) && d.Center > 0 && d.Fstop < 4 * d.Fstart) {
     BuildBandGridFrequencies(d);
     return;
   }

@@ -35,8 +35,8 @@ inline constexpr float kVswrScaleTop = 3;
 inline constexpr float kVswrLimit = 2.4f;
 
 // Fills GridFrequency / GridCount with 1, 1.5, 2, 3 .. 9 times each decade
-// from Fstart up to 1.0001 Fstop; in a band design with evenly spaced lines
-// at a 1-2-5 step.
+// from Fstart up to 1.0001 Fstop; in a band design sweeping less than two
+// octaves with evenly spaced lines at a 1-2-5 step.
 void BuildGridFrequencies(DesignRecord& d);
 // Vertical grid lines and the frequency labels under the plot.
 void DrawXlines(DesignRecord& d, Canvas& canvas);

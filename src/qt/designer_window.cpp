@@ -5,6 +5,7 @@
 #include "qt/parts_dialog.h"
 #include "qt/print_page.h"
 #include "qt/spice_dialog.h"
+#include "qt/sweep_dialog.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -94,6 +95,12 @@ std::vector<ControlPlace> DesignPlaces() {
   p.push_back({"lblResonatorL", 10500, 7280, 10850, 7620, 8, "frmCenter"});
   p.push_back({"txtResonatorL", 10850, 7280, 11500, 7620, 8, "frmCenter"});
   p.push_back({"lblBandEdges", 3600, 7880, 11600, 8160, 8});
+  // The band by its edges, under the ripple frame.
+  p.push_back({"frmBandEdges", 7400, 5560, 9600, 6400});
+  p.push_back({"lblF1", 7470, 5910, 7640, 6250, 8, "frmBandEdges"});
+  p.push_back({"txtF1", 7650, 5910, 8530, 6250, 8, "frmBandEdges"});
+  p.push_back({"lblF2", 8600, 5910, 8770, 6250, 8, "frmBandEdges"});
+  p.push_back({"txtF2", 8780, 5910, 9540, 6250, 8, "frmBandEdges"});
 
   p.push_back({"cmdDesign", 400, 8200, 3000, 8750, 9});
   p.push_back({"cmdZelmarSoftware", 6700, 8200, 9000, 8750, 9});
@@ -129,10 +136,11 @@ std::vector<ControlPlace> DisplayPlaces() {
   row({"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis", "cmdSpice", "cmdNetlist",
        "cmdTouchstone", "cmdCsv", "cmdPartsList"},
       40, 400);
-  // Part models: the top left corner, left of the file row and as tall as
-  // its buttons (nothing is drawn above y = 420); last in tab order, so the
-  // page still opens with the focus on Up 1%.
-  p.push_back({"cmdPartModels", 400, 40, 2300, 400, 7.5f});
+  // Part models and a band design's sweep: the top left corner, left of the
+  // file row and as tall as its buttons (nothing is drawn above y = 420);
+  // last in tab order, so the page still opens with the focus on Up 1%.
+  p.push_back({"cmdPartModels", 400, 40, 1420, 400, 7.5f});
+  p.push_back({"cmdSweep", 1470, 40, 2300, 400, 7.5f});
   return p;
 }
 
@@ -167,7 +175,7 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
       [&app](float x, float y) { app.Display().OnMouseMove(x, y); });
   setMinimumSize(400, 300);
 
-  // The display page's Print, LTspice, Chosen parts and Part models buttons
+  // The display page's Print, LTspice, Chosen parts, Part models and Sweep buttons
   // need the desktop: their dialogs open over this window.
   app.SetPrintService([this] {
     PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
@@ -175,6 +183,7 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
   app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
   app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
+  app.SetSweepService([this](SweepEntry& e) { return AskSweep(e, this); });
   // The tolerance page in its own window beside this one, made once.
   app.SetToleranceObserver([this](TolerancePage& page) {
     if (!tolerance_) {

@@ -208,9 +208,9 @@ BandEdges EdgesOfBand(double center, double width) {
   return {f1, f1 + width};
 }
 
-double BandSweepFactor(double center, double width) {
-  const double fbw = width / center;
-  return (5 * fbw + std::sqrt(25 * fbw * fbw + 4)) / 2;
+double BandSweepFactor(double center, double width, double lowpassEnd) {
+  const double x = lowpassEnd * width / center;
+  return (x + std::sqrt(x * x + 4)) / 2;
 }
 
 bool BandTooNarrow(double center, double width) {

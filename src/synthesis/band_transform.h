@@ -29,9 +29,10 @@ struct BandEdges {
 BandEdges EdgesOfBand(double center, double width);
 
 // The display sweep runs from f0 / k to f0 k, with k chosen so that the
-// lowpass frequency the band maps to reaches 5 at both ends (the lowpass
-// sweep runs from a fifth of the cutoff to five times it).
-double BandSweepFactor(double center, double width);
+// lowpass frequency the band maps to reaches `lowpassEnd` at both ends (5 by
+// default: the lowpass sweep runs from a fifth of the cutoff to five times
+// it).
+double BandSweepFactor(double center, double width, double lowpassEnd = 5);
 
 // The narrowest band designed, as a share of its centre (0.01 %). The
 // display sweep's 1001 points span about five bandwidths, and a 32-bit
@@ -48,6 +49,10 @@ bool BandTooNarrow(double center, double width);
 // width so large that the arithmetic lower edge f0 - BW/2 is at or below
 // 0 Hz, a band too narrow), or an empty text.
 std::string BandFault(double center, double width);
+// The same fault for a band given by its edges: f0 - BW/2 lies above 0 Hz
+// while f2 stays below (3 + 2 sqrt 2) f1.
+inline constexpr const char* kEdgesTooWide =
+    "Too wide a band for the band designs: f2 must lie below about 5.8 times f1.";
 
 // The fill routines of the band topologies (topologies.h): element codes
 // and values from position 1, Rload and Stages. They read Center, Width,

@@ -129,6 +129,16 @@ ToleranceDesign ToleranceDesignOf(const DesignRecord& d) {
   out.ladder.reference = d.Rsource;
   const int last = std::clamp<int>(d.NrIntervals, -1, kSweepSlots - 1);
   out.freq.assign(d.Freq.begin(), d.Freq.begin() + (last + 1));
+  // A band design swept wider than its own way is judged at its own sweep's
+  // points as well: a view widened to the harmonics samples the passband and
+  // the stop edges no more coarsely. (The curves are drawn over the sweep.)
+  if (!out.freq.empty()) {
+    const float first = out.freq.front(), lastPoint = out.freq.back();
+    for (float f : OwnBandSweep(d))
+      if (f > first && f < lastPoint) out.freq.push_back(f);
+    std::sort(out.freq.begin(), out.freq.end());
+    out.freq.erase(std::unique(out.freq.begin(), out.freq.end()), out.freq.end());
+  }
   const DesignEdges edges = EdgesOf(d);
   out.highpass = edges.highpass;
   out.cutoff = edges.cutoff;

@@ -89,7 +89,13 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
       {"design --center 7M", "--center"},
       {"design --topology Cinbandpass", "--center"},
       {"design --topology Linbandstop --center 1M --bandwidth 2M", "--center"},
-      {"design --topology Cinbandpass --center 7M --resonator-l 1u", "--resonator-l"}};
+      {"design --topology Cinbandpass --center 7M --resonator-l 1u", "--resonator-l"},
+      {"design --sweep 3", "--sweep"},
+      {"design --topology Cinbandpass --center 7M --sweep 1", "--sweep"},
+      {"design --topology Cinbandpass --f1 7M", "--f2"},
+      {"design --topology Cinbandpass --f1 7M --f2 6M", "--f2"},
+      {"design --topology Cinbandpass --f1 1M --f2 7M", "--f1"},
+      {"design --topology Cinbandpass --f1 7M --f2 8M --center 7M", "--center"}};
   for (const auto& [line, option] : cases) {
     CliRun r = RunLine(line);
     SCOPED_TRACE(r.err);
@@ -352,6 +358,11 @@ TEST(Cli, BandDesignsNameTheirBand) {
   EXPECT_NE(r.err.find("smaller resonator inductance"), std::string::npos) << r.err;
   r = RunLine("design --topology Linbandstop --center 7.15M --bandwidth 300k");
   EXPECT_NE(r.out.find("Band (ripple): f1 7.0016MHz to f2 7.3016MHz"), std::string::npos) << r.out;
+  // By its edges; swept from a third of the centre to three times it.
+  j = DesignJson("--topology Cinbandpass --f1 7M --f2 7.3M --sweep 3");
+  EXPECT_FLOAT_EQ(j["Center"].AsFloat(), float(std::sqrt(7e6 * 7.3e6)));
+  EXPECT_FLOAT_EQ(j["F2"].AsFloat() - j["F1"].AsFloat(), 3e5f);
+  EXPECT_FLOAT_EQ(j["Fstop"].AsFloat(), float(j["Center"].AsFloat() * 3));
 }
 
 // The chosen-parts stage of the 7th-order 0.2 dB Chebyshev, whose 5% C stage

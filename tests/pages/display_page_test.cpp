@@ -20,6 +20,8 @@
 #include "plot/response_plot.h"
 #include "support/temp_folder.h"
 #include "synthesis/denormalize.h"
+#include "synthesis/design_edges.h"
+#include "tolerance/tolerance.h"
 
 namespace drenik::testing {
 namespace {
@@ -103,6 +105,51 @@ TEST_F(DisplayPageTest, UpAndDownMoveABandWholeWithinTheBoxesRange) {
   Display().Controls().FindButton("cmdUp")->Click();
   EXPECT_EQ(D().Center, 1e10f);
   EXPECT_NEAR(D().Width, 1e9 * 1e10 / 9.95e9, 1e3);
+}
+
+// A third-order elliptic bandpass's own sweep reaches past its far stop
+// edges, so its default mask checks both skirts. "Sweep" widens it about the
+// centre (an empty box goes back; k of 1 changes nothing, with a message),
+// keeps the stages shown, and judges the band at no fewer points: the chosen
+// parts and the mask's passband stay as they were. A lowpass sweeps as ever.
+TEST_F(DisplayPageTest, SweepWidensABandAboutItsCentreAndJudgesItAsBefore) {
+  DesignPage& design = StartDesign();
+  design.Button("cmdDesign").Click();
+  EXPECT_FALSE(Display().Controls().FindButton("cmdSweep")->Enabled());
+  Display().Controls().FindButton("cmdDesign")->Click();
+  for (const char* option : {"optCauer", "optOrder3", "optAstop60", "opt01", "optCinbandpass"})
+    design.Option(option).Click();
+  design.Box("txtBandwidth").Type("300k");
+  design.Button("cmdDesign").Click();
+  const DesignEdges e = EdgesOf(D());
+  EXPECT_TRUE(D().Fstart < e.stopLow && D().Fstop > e.stopHigh) << D().Fstop;
+  Display().OnChosenParts();
+  const PartsChoice chosen = *Display().ChosenParts();
+  const Mask own = DefaultMask(ToleranceDesignOf(D()));  // of the chosen parts
+  EXPECT_EQ(own.stops.size(), 2u);
+
+  std::string asked;
+  App().SetSweepService([&](SweepEntry& entry) {
+    EXPECT_EQ(entry.center, D().Center);
+    entry.span = asked;
+    return true;
+  });
+  auto sweep = [&](const char* span) {
+    asked = span;
+    Display().Controls().FindButton("cmdSweep")->Click();
+  };
+  sweep("3");
+  EXPECT_TRUE(D().Fstart == float(D().Center / 3) && D().Fstop == float(D().Center * 3));
+  ASSERT_TRUE(Display().ChosenParts());
+  EXPECT_EQ(Display().ChosenParts()->chosen.returnLoss, chosen.chosen.returnLoss);
+  const Mask wide = DefaultMask(ToleranceDesignOf(D()));
+  // The passband as before; the skirts judged further out, never shallower.
+  EXPECT_TRUE(wide.passRl == own.passRl && wide.stops[0].depth <= own.stops[0].depth &&
+              wide.stops[1].depth <= own.stops[1].depth);
+  sweep("1");
+  EXPECT_TRUE(platform.messages.size() == 1u && D().SweepSpan == 3);
+  sweep(" ");
+  EXPECT_TRUE(D().Fstart < e.stopLow && D().Fstart > D().Center / 3);
 }
 
 TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {

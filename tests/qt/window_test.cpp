@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QInputDialog>
 #include <QTimer>
 #include "core/formatters.h"
 
@@ -192,6 +193,53 @@ TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDial
   Click(dialog.CancelButton());
   EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(platform->dialogs.size(), 1u);
+}
+
+// A band the engine refuses raises no message, whether its topology is
+// clicked or its resonator inductance typed a key at a time: the choice
+// stays, the label under the frames and the strip say why, and Display
+// responses gives the message once and stays on the design page.
+TEST_F(WindowTest, ARefusedBandWaitsBesideItsBoxesWithoutAMessage) {
+  Start();
+  EXPECT_FALSE(Edit("txtCenter")->isEnabled());
+  Click(Radio("optCauer"));
+  Click(Radio("optCoupledbandpass"));  // the coupled form takes no elliptic prototype
+  auto label = [&] { return Widget<QLabel>(window->DesignView(), "lblBandEdges")->text(); };
+  EXPECT_TRUE(Radio("optCoupledbandpass")->isChecked() && Edit("txtResonatorL")->isEnabled());
+  EXPECT_TRUE(label().startsWith("The coupled-resonator bandpass is designed from"));
+  EXPECT_TRUE(HasText(app->DesignCanvas(), "No design for this band:"));
+  Click(Radio("optChebycheff"));
+  TypeInto(Edit("txtBandwidth"), "300k");
+  TypeInto(Edit("txtResonatorL"), "2.2u");  // "2", "2." and "2.2" have no design
+  EXPECT_TRUE(platform->messages.empty());
+  EXPECT_TRUE(D().L[2] == 2.2e-6f && label().startsWith("f1 7.0016MHz"));
+  QDir().mkpath(DRENIK_BINARY_DIR "/screenshots");
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-band-edges.png");
+  TypeInto(Edit("txtResonatorL"), "2");
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-band-refused.png");
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_TRUE(platform->messages.size() == 1u && app->CurrentPage() == PageId::Design);
+}
+
+// "Sweep" is open for a band design only; its dialog shows the span as the
+// page holds it, and OK sweeps the band from f0/k to k f0.
+TEST_F(WindowTest, SweepDialogWidensABandsSweep) {
+  Start();
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_FALSE(Button(window->DisplayView(), "cmdSweep")->isEnabled());
+  Click(Button(window->DisplayView(), "cmdDesign"));
+  TypeInto(Edit("txtBandwidth"), "300k");
+  Click(Radio("optCinbandpass"));
+  Click(Button(window->DesignView(), "cmdDesign"));
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->textValue().isEmpty() && dialog->labelText().contains("7.15MHz"));
+    dialog->setTextValue("3");
+    dialog->accept();
+  });
+  Click(Button(window->DisplayView(), "cmdSweep"));
+  EXPECT_TRUE(D().Fstop == float(D().Center * 3) && platform->messages.empty());
 }
 
 // "Chosen parts" opens its dialog over the window: OK takes the series and
