@@ -342,12 +342,23 @@ std::string KicadSchematicText(const DesignRecord& d) {
     w.Add("  (symbol (lib_id \"" + lib + "\") " + At(at, angle) +
           " (unit 1) (in_bom yes) (on_board yes)");
     w.Add("    (uuid " + uuid + ")");
-    // The texts beside the part: right of a vertical one, above a
-    // horizontal one.
-    const Point ref = angle ? Point{at.x, at.y - 4} : Point{at.x + 2, at.y - 1};
-    const Point val = angle ? Point{at.x, at.y - 2} : Point{at.x + 2, at.y + 1};
-    w.Add(Property("Reference", reference, 0, power ? At({at.x, at.y + 5}) : At(ref), power));
-    w.Add(Property("Value", value, 1, power ? At({at.x, at.y + 3}) : At(val)));
+    // The texts above a horizontal part, right of a vertical one. A field's
+    // angle turns with its symbol: a turned part's texts are turned back.
+    const Point ref = angle ? Point{at.x, at.y - 4} : Point{at.x + 3, at.y - 1};
+    const Point val = angle ? Point{at.x, at.y - 2} : Point{at.x + 3, at.y + 1};
+    const char* justify = angle ? "" : " (justify left)";
+    auto field = [&](const char* name, const std::string& text, int id, Point p) {
+      w.Add("    (property \"" + std::string(name) + "\" \"" + Quoted(text) + "\" (id " +
+            std::to_string(id) + ") " + At(p, angle) + " (effects (font (size 1.27 1.27))" +
+            justify + "))");
+    };
+    if (power) {
+      w.Add(Property("Reference", reference, 0, At({at.x, at.y + 5}), true));
+      w.Add(Property("Value", value, 1, At({at.x, at.y + 3})));
+    } else {
+      field("Reference", reference, 0, ref);
+      field("Value", value, 1, val);
+    }
     w.Add(Property("Footprint", "", 2, At(at), true));
     w.Add(Property("Datasheet", power ? "" : "~", 3, At(at), true));
     if (power) {
