@@ -36,7 +36,7 @@ void WriteTable(const DesignRecord& d, const StressResult& r, const StressReques
         << Padded(VoltsText(s.VPeak()), 9) << Padded(HertzText(s.v.f), 12)
         << Padded(AmpsText(s.i.value), 10) << Padded(HertzText(s.i.f), 12)
         << Padded(WattsText(s.p.value), 9) << HertzText(s.p.f) << "\n";
-  out << "\n" << TotalsText(r) << "\n";
+  out << "\n" << TotalsText(r) << "\n" << LossText(r) << "\n";
 }
 
 void WriteJson(const StressResult& r, const StressRequest& q, const std::string& values,

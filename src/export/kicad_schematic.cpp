@@ -184,6 +184,7 @@ std::vector<Point> Junctions(const Sheet& s) {
     ++ends[{p.centre.x - d.x, p.centre.y - d.y}], ++ends[{p.centre.x + d.x, p.centre.y + d.y}];
   }
   for (const Point& g : s.grounds) ++ends[g];
+  ++ends[s.grounds.front()];  // the power flag's pin
   std::vector<Point> out;
   for (const auto& [p, n] : ends)
     if (n >= 3) out.push_back(p);
@@ -285,6 +286,26 @@ void Library(Writer& w) {
         kFont + ") (number \"1\" " + kFont + "))");
   w.Add("      )");
   w.Add("    )");
+  // The flag that tells the electrical rules check that ground is driven
+  // (by the source and load off the sheet).
+  w.Add(
+      "    (symbol \"power:PWR_FLAG\" (power) (pin_numbers hide) (pin_names (offset 0) hide) "
+      "(in_bom yes) (on_board yes)");
+  w.Add(Property("Reference", "#FLG", 0, "(at 0 1.905 0)", true));
+  w.Add(Property("Value", "PWR_FLAG", 1, "(at 0 3.81 0)"));
+  w.Add(Property("Footprint", "", 2, "(at 0 0 0)", true));
+  w.Add(Property("Datasheet", "~", 3, "(at 0 0 0)", true));
+  w.Add("      (symbol \"PWR_FLAG_0_0\"");
+  w.Add(std::string("        (pin power_out line (at 0 0 90) (length 0) (name \"pwr\" ") + kFont +
+        ") (number \"1\" " + kFont + "))");
+  w.Add("      )");
+  w.Add("      (symbol \"PWR_FLAG_0_1\"");
+  w.Add(
+      "        (polyline (pts (xy 0 0) (xy 0 1.27) (xy -1.016 1.905) (xy 0 2.54) (xy 1.016 "
+      "1.905) (xy 0 1.27)) " +
+      std::string(kStroke) + " (fill (type none)))");
+  w.Add("      )");
+  w.Add("    )");
   w.Add("  )");
 }
 
@@ -353,8 +374,10 @@ std::string KicadSchematicText(const DesignRecord& d) {
             justify + "))");
     };
     if (power) {
-      w.Add(Property("Reference", reference, 0, At({at.x, at.y + 5}), true));
-      w.Add(Property("Value", value, 1, At({at.x, at.y + 3})));
+      // Ground's name under its symbol; the flag's is hidden.
+      const int down = lib == "power:GND" ? 3 : -4;
+      w.Add(Property("Reference", reference, 0, At({at.x, at.y + down + 2}), true));
+      w.Add(Property("Value", value, 1, At({at.x, at.y + down}), down < 0));
     } else {
       field("Reference", reference, 0, ref);
       field("Value", value, 1, val);
@@ -378,6 +401,7 @@ std::string KicadSchematicText(const DesignRecord& d) {
     std::snprintf(ref, sizeof ref, "#PWR%02zu", g + 1);
     symbol("power:GND", s.grounds[g], 0, ref, "GND", true);
   }
+  symbol("power:PWR_FLAG", s.grounds.front(), 0, "#FLG01", "PWR_FLAG", true);
 
   w.Add("  (sheet_instances (path \"/\" (page \"1\")))");
   w.Add("  (symbol_instances");

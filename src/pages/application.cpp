@@ -8,7 +8,8 @@ Application::Application(Platform& platform, ApplicationOptions options)
       opening_(record_, platform, openingCanvas_, *this, options_.sessionPath),
       design_(record_, platform, designCanvas_, *this),
       display_(record_, platform, displayCanvas_, *this),
-      tolerance_(platform, toleranceCanvas_) {}
+      tolerance_(platform, toleranceCanvas_),
+      stress_(platform, stressCanvas_) {}
 
 void Application::Start() {
   current_ = PageId::Opening;
@@ -44,6 +45,11 @@ void Application::ShowTolerancePage() {
 void Application::ShowTimePage() {
   time_.Load(record_);
   if (timeObserver_) timeObserver_(time_);
+}
+
+void Application::ShowStressPage() {
+  stress_.Load(record_);
+  if (stressObserver_) stressObserver_(stress_);
 }
 
 bool Application::PrintDisplayPage() {

@@ -16,6 +16,7 @@
 #include "pages/page_host.h"
 #include "pages/part_model_entries.h"
 #include "pages/spice_page.h"
+#include "pages/stress_page.h"
 #include "pages/time_page.h"
 #include "pages/tolerance_page.h"
 #include "plot/recording_canvas.h"
@@ -89,6 +90,13 @@ class Application : public PageHost {
   void SetTimeObserver(std::function<void(TimePage&)> observer) {
     timeObserver_ = std::move(observer);
   }
+  // The part-stress page and its drawing, loaded by the display page's
+  // button with the design shown; the observer then shows it.
+  StressPage& Stress() { return stress_; }
+  PageCanvas& StressCanvas() { return stressCanvas_; }
+  void SetStressObserver(std::function<void(StressPage&)> observer) {
+    stressObserver_ = std::move(observer);
+  }
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
@@ -118,6 +126,7 @@ class Application : public PageHost {
   bool AskPartModels(PartModelEntries& entries) override;
   void ShowTolerancePage() override;
   void ShowTimePage() override;
+  void ShowStressPage() override;
 
  private:
   void Enter(PageId page);
@@ -129,11 +138,13 @@ class Application : public PageHost {
   PageCanvas designCanvas_;
   PageCanvas displayCanvas_;
   PageCanvas toleranceCanvas_;
+  PageCanvas stressCanvas_;
   OpeningPage opening_;
   DesignPage design_;
   DisplayPage display_;
   TolerancePage tolerance_;
   TimePage time_;
+  StressPage stress_;
   std::optional<SpicePage> spice_;
   PageId current_ = PageId::Opening;
   std::function<void(PageId)> pageObserver_;
@@ -143,6 +154,7 @@ class Application : public PageHost {
   std::function<bool(PartModelEntries&)> partModelsService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
   std::function<void(TimePage&)> timeObserver_;
+  std::function<void(StressPage&)> stressObserver_;
 };
 
 }  // namespace drenik

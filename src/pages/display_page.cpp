@@ -46,6 +46,7 @@ void DisplayPage::Build() {
       {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
       {"cmdExit", "Exit", &DisplayPage::OnExit},
       {"cmdTimeSmith", "Time, Smith chart", &DisplayPage::OnTimeSmith},
+      {"cmdStress", "Part stress", &DisplayPage::OnStress},
   };
   for (const auto& b : buttons) {
     auto action = b.action;
@@ -89,6 +90,9 @@ void DisplayPage::OnTolerance() {
 }
 void DisplayPage::OnTimeSmith() {
   controls_.RunEvent([this] { host_.ShowTimePage(); });
+}
+void DisplayPage::OnStress() {
+  controls_.RunEvent([this] { host_.ShowStressPage(); });
 }
 void DisplayPage::OnExit() {
   controls_.RunEvent([this] { host_.EndProgram(true); });

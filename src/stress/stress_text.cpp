@@ -59,9 +59,12 @@ std::string BandsText(const StressResult& r) {
 std::string TotalsText(const StressResult& r) {
   const StressTotals& t = r.worst;
   return "Total dissipation " + WattsText(t.dissipated) + " W at " + HertzText(t.f) +
-         ": power in " + Figures(t.powerIn) + " W, out " + Figures(t.powerOut) +
-         " W (in less out " + WattsText(t.powerIn - t.powerOut) + " W), insertion loss " +
-         Printf("%.3g", t.LossDb()) + " dB";
+         " (power in " + Figures(t.powerIn) + " W, out " + Figures(t.powerOut) +
+         " W: in less out " + WattsText(t.powerIn - t.powerOut) + " W)";
+}
+
+std::string LossText(const StressResult& r) {
+  return "Insertion loss there " + Printf("%.3g", r.worst.LossDb()) + " dB";
 }
 
 }  // namespace drenik

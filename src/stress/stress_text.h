@@ -22,8 +22,10 @@ std::string HertzText(double f);
 std::string StressConditions(const StressResult& r, const StressRequest& q, double rsource);
 // "up to 14.35MHz", "from 7MHz to 7.3MHz", several joined by " and ".
 std::string BandsText(const StressResult& r);
-// "Total dissipation 0.85 W at 14.2MHz: power in 100 W, out 99.15 W (in less
-// out 0.85 W), insertion loss 0.037 dB"
+// "Total dissipation 0.85 W at 14.2MHz (power in 100 W, out 99.2 W: in less
+// out 0.85 W)"
 std::string TotalsText(const StressResult& r);
+// "Insertion loss there 0.037 dB"
+std::string LossText(const StressResult& r);
 
 }  // namespace drenik

@@ -119,7 +119,8 @@ Circuit Drawn(const Sexpr& sch) {
       p.pins.push_back(At(at.Num(1) + rx / 100, at.Num(2) - ry / 100));
       ++ends[p.pins.back()];
     }
-    if (p.ref.starts_with("#PWR")) named[p.pins.at(0)] = "0";
+    // Ground, and the flag on it.
+    if (p.ref.starts_with("#")) named[p.pins.at(0)] = "0";
     placed.push_back(p);
   }
   // Every pin meets something, and no wire end lies inside another wire
@@ -145,7 +146,7 @@ Circuit Drawn(const Sexpr& sch) {
   };
   Circuit c;
   for (const Placed& p : placed) {
-    if (p.ref.starts_with("#PWR")) continue;
+    if (p.ref.starts_with("#")) continue;
     EXPECT_EQ(p.pins.size(), 2u);
     c.parts[p.ref] = {net(p.pins[0]), net(p.pins[1])};
     c.values[p.ref] = p.value;
