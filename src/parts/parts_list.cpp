@@ -7,6 +7,7 @@
 #include "core/atomic_file.h"
 #include "core/formatters.h"
 #include "stress/ratings.h"
+#include "stress/stress_text.h"
 
 namespace drenik {
 namespace {
@@ -38,9 +39,7 @@ PartsListLine& Add(std::vector<PartsListLine>& lines, std::string reference, std
 // The largest RMS current among an inductor line's references, amperes.
 void RateInductor(PartsListLine& line, double amperes) {
   const double before = line.rating.empty() ? 0 : std::stod(line.rating);
-  char text[32];
-  std::snprintf(text, sizeof text, "%.3g A", std::max(before, amperes));
-  line.rating = text;
+  line.rating = AmpsText(std::max(before, amperes)) + " A";
 }
 
 }  // namespace

@@ -171,6 +171,37 @@ TEST(StressCli, AgreesWithNgspiceAtItsMaximaAndNothingExceedsThem) {
   }
 }
 
+// The parts list rated at a power: each capacitor at the standard rating at
+// or above twice the peak voltage the stress of the chosen parts gives it,
+// each inductor with its RMS current; without --power the list is as ever.
+TEST(StressCli, PartsListCarriesTheRatingsOfTheChosenParts) {
+  const TempFolder dir;
+  const std::string design = " --bandwidth 15M --power 1500 --vswr 2";
+  const Json stress = ParseJson(Drenik("stress --values chosen --json" + design).out);
+  ASSERT_EQ(Drenik("parts --quiet --bom " + (dir / "bom.csv") + design).status, 0);
+  const std::string bom = ReadWhole(dir / "bom.csv");
+  EXPECT_TRUE(
+      bom.starts_with("Reference,Value,Series,Tolerance,Quantity,Voltage rating,RMS current"));
+  const Json parts = ParseJson(Drenik("parts --quiet --json" + design).out);
+  ASSERT_EQ(parts["ratings"].items.size(), stress["parts"].items.size());
+  for (size_t k = 0; k < stress["parts"].items.size(); ++k) {
+    const Json& s = stress["parts"].items[k];
+    const Json& r = parts["ratings"].items[k];
+    EXPECT_EQ(r["name"].text, s["name"].text);
+    if (s["kind"].text == "capacitor") {
+      const double peak = s["v_peak"].AsDouble();
+      EXPECT_NEAR(r["v_peak"].AsDouble(), peak, 1e-9 * peak);
+      const double rating = r["rating"].AsDouble();
+      EXPECT_TRUE(rating >= 2 * peak || rating == 0) << rating << " for " << peak;
+      EXPECT_NE(bom.find(s["name"].text + ","), std::string::npos);
+    } else {
+      EXPECT_NEAR(r["i_rms"].AsDouble(), s["i_rms"].AsDouble(), 1e-9);
+    }
+  }
+  ASSERT_EQ(Drenik("parts --quiet --bom " + (dir / "plain.csv")).status, 0);
+  EXPECT_EQ(ReadWhole(dir / "plain.csv").find("rating"), std::string::npos);
+}
+
 TEST(StressCli, RefusesBadPowerAndVswrNamingTheOption) {
   const std::pair<const char*, const char*> cases[] = {
       {"stress", "--power"},
