@@ -56,19 +56,27 @@ class Search {
     return {value, r.f, Degrees(peak.at)};
   }
 
-  // The whole filter's dissipation at f, at the worst of the phases tried
-  // (or at `phase` alone when given).
-  StressTotals Totals(const LadderResponse& r, const double* phase = nullptr) const {
+  // The whole filter's dissipation at f, at the worst of the phases tried.
+  StressTotals Totals(const LadderResponse& r) const {
     StressTotals best;
-    const int phases = rho_ == 0 || phase ? 1 : kTotalPhases;
+    const int phases = rho_ == 0 ? 1 : kTotalPhases;
     for (int k = 0; k < phases; ++k) {
-      const double deg = phase ? *phase : 360.0 * k / phases;
+      const double deg = 360.0 * k / phases;
       const Phasor g = std::polar(rho_, deg * M_PI / 180);
-      const LadderState s = StateAt(r, ladder_.rload * (1.0 + g) / (1.0 - g), emf_);
-      const double sum = s.Dissipated();
-      if (k == 0 || sum > best.dissipated)
-        best = {r.f, rho_ == 0 ? 0 : deg, s.powerIn, s.powerOut, sum};
+      // As StateAt, without keeping each part's state.
+      const Phasor per = (1.0 - g) / (ladder_.rload * (1.0 + g));
+      const Phasor vout = emf_ / (r.source[0] + r.source[1] * per);
+      double sum = 0;
+      for (const PartResponse& p : r.parts) {
+        const Phasor(&x)[2] = p.inductor ? p.i : p.v;
+        sum += p.loss * std::norm(vout * (x[0] + x[1] * per));
+      }
+      if (k == 0 || sum > best.dissipated) best = {r.f, deg, 0, 0, sum};
     }
+    const Phasor g = std::polar(rho_, best.phase * M_PI / 180);
+    const LadderState s = StateAt(r, ladder_.rload * (1.0 + g) / (1.0 - g), emf_);
+    best.powerIn = s.powerIn, best.powerOut = s.powerOut;
+    if (rho_ == 0) best.phase = 0;
     return best;
   }
 
