@@ -219,6 +219,7 @@ TEST(KicadSchematic, EveryPinConnectsAndTheCircuitIsTheNetlists) {
   const TempFolder dir;
   const char* designs[] = {
       "--family chebyshev --order 5",
+      "--family bessel --order 4 --topology Linlowpass",
       "--family cauer --order 7 --stopband 50",
       "--family chebyshev --order 6 --topology Linhighpass --ripple 0.2",
       "--family cauer --order 5 --topology Linhighpass --q 100 --cesl 2n --lcp 1p",
