@@ -70,7 +70,7 @@ Section SectionAt(const Ladder& ladder, int j, double w, const models::Losses<do
 
 std::vector<LadderPart> LadderParts(const Ladder& ladder) {
   std::vector<LadderPart> parts;
-  for (int j = 1; j <= ladder.stages && j < kComponentSlots; ++j) {
+  for (int j = 1; j <= ladder.stages && j < static_cast<int>(ladder.kind.size()); ++j) {
     const ElementFacts* f = FactsOf(ladder.kind[j]);
     if (!Modelled(f, ladder.bandBranches)) continue;
     const bool hasC = f->hasC && ladder.C[j] != 0;

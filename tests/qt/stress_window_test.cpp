@@ -1,7 +1,10 @@
 // The part-stress window: opened from the display page with the design it
 // shows, following its power and VSWR boxes keystroke by keystroke, the
 // worst of each column in red, a box it cannot use named instead of a table.
+#include <regex>
+
 #include "fixture.h"
+#include "qt/print_page.h"
 
 namespace drenik::testing {
 namespace {
@@ -29,6 +32,16 @@ TEST_F(WindowTest, StressWindowFollowsItsBoxesAndMarksTheWorst) {
   EXPECT_NEAR(page.Result().parts[2].v.value, 2 * matched, 1e-6 * matched);
   TypeInto(Widget<QLineEdit>(stress->View(), "txtVswr"), "3");
   EXPECT_GT(page.Result().parts[2].v.value, 2.2 * matched);
+  // Printed after the display page, on a sheet of its own.
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(QString::fromStdString(folder / "stress.pdf"));
+  const RecordingCanvas paper = page.PaperDrawing();
+  ASSERT_TRUE(PrintDisplayPage(app->Record(), app->DisplayCanvas(), printer, *platform, &paper));
+  const std::string pdf = ReadWhole(folder / "stress.pdf");
+  const std::regex sheet("/Type\\s*/Page[^s]");
+  EXPECT_EQ(std::distance(std::sregex_iterator(pdf.begin(), pdf.end(), sheet), {}), 2);
+
   TypeInto(Widget<QLineEdit>(stress->View(), "txtVswr"), "0.5");
   EXPECT_NE(page.Problem().find("VSWR"), std::string::npos);
   EXPECT_TRUE(page.Result().parts.empty());
