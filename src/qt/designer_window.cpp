@@ -205,7 +205,7 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
             PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(),
                                        stress_, &paper);
           },
-          this);
+          [this] { app_.Stress().Load(app_.Record()); }, this);
     stress_->Reload();
     stress_->show();
     stress_->raise();

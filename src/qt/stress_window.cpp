@@ -1,5 +1,6 @@
 #include "qt/stress_window.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace drenik {
@@ -19,10 +20,12 @@ std::vector<ControlPlace> StressPlaces() {
 }
 
 StressWindow::StressWindow(StressPage& page, PageCanvas& drawing,
-                           std::function<void(const RecordingCanvas&)> print, QWidget* parent)
+                           std::function<void(const RecordingCanvas&)> print,
+                           std::function<void()> reload, QWidget* parent)
     : QWidget(parent, Qt::Window),
       page_(page),
       print_(std::move(print)),
+      reload_(std::move(reload)),
       view_(new ControlPageView(page.Controls(), drawing, StressPlaces(), this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -41,6 +44,14 @@ void StressWindow::Reload() {
   setWindowTitle(QString::fromStdString(page_.Caption()));
   view_->SyncAll();
   view_->Surface().update();
+}
+
+void StressWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && reload_) {
+    reload_();
+    Reload();
+  }
 }
 
 bool StressWindow::Print() {

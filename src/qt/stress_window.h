@@ -15,9 +15,13 @@ namespace drenik {
 class StressWindow : public QWidget, public StressHost {
   Q_OBJECT
  public:
-  // `print` prints the display page followed by the given drawing.
+  // `print` prints the display page followed by the given drawing;
+  // `reload` loads the page with the design the display page holds now,
+  // which the window does whenever it becomes the active window (the
+  // design may have changed behind it: Up 1%, 5% inductors, ...).
   StressWindow(StressPage& page, PageCanvas& drawing,
-               std::function<void(const RecordingCanvas&)> print, QWidget* parent = nullptr);
+               std::function<void(const RecordingCanvas&)> print, std::function<void()> reload,
+               QWidget* parent = nullptr);
   ~StressWindow() override;
 
   ControlPageView& View() { return *view_; }
@@ -27,9 +31,13 @@ class StressWindow : public QWidget, public StressHost {
   bool Print() override;
   void Close() override;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   StressPage& page_;
   std::function<void(const RecordingCanvas&)> print_;
+  std::function<void()> reload_;
   ControlPageView* view_;
 };
 

@@ -1,6 +1,7 @@
 // The part-stress window: opened from the display page with the design it
-// shows, following its power and VSWR boxes keystroke by keystroke, the
-// worst of each column in red, a box it cannot use named instead of a table.
+// shows, following its power and VSWR boxes keystroke by keystroke and the
+// design when it is active again, the worst of each column in red, printed
+// after the display page, a box it cannot use named instead of a table.
 #include <regex>
 
 #include "fixture.h"
@@ -32,6 +33,12 @@ TEST_F(WindowTest, StressWindowFollowsItsBoxesAndMarksTheWorst) {
   EXPECT_NEAR(page.Result().parts[2].v.value, 2 * matched, 1e-6 * matched);
   TypeInto(Widget<QLineEdit>(stress->View(), "txtVswr"), "3");
   EXPECT_GT(page.Result().parts[2].v.value, 2.2 * matched);
+  // Up 1% behind it: the window takes the new design when it is active again.
+  Click(Button(window->DisplayView(), "cmdUp"));
+  window->activateWindow();
+  stress->activateWindow();
+  QApplication::processEvents();
+  EXPECT_EQ(page.Result().parts[1].part.value, app->Record().L[2]);
   // Printed after the display page, on a sheet of its own.
   QPrinter printer(QPrinter::HighResolution);
   printer.setOutputFormat(QPrinter::PdfFormat);
