@@ -7,6 +7,7 @@
 #include "cli/options.h"
 #include "cli/progress_line.h"
 #include "cli/run_design.h"
+#include "cli/stress_command.h"
 #include "cli/table_output.h"
 #include "cli/time_command.h"
 #include "cli/tolerance_command.h"
@@ -138,6 +139,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
                                  errIsTerminal && !o.quiet);
     case Command::Time:
       return RunTimeCommand(o, *result, ValuesTitle(o.values), out, err);
+    case Command::Stress:
+      return RunStressCommand(o, *result, ValuesTitle(o.values), out, err);
     default:
       return 0;
   }

@@ -274,7 +274,9 @@ std::string ToleranceLines() {
 std::string PartsLines() {
   return "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
          " [--json]\n"
-         "               [--bom FILE] [--quiet]      (drenik parts --help)\n";
+         "               [--bom FILE] [--quiet]      (drenik parts --help)\n"
+         "               [--power W [--vswr S]]      (ratings: capacitor voltage, inductor "
+         "current)\n";
 }
 
 std::string TimeLines() {
@@ -284,6 +286,11 @@ std::string TimeLines() {
 std::string WindingLines() {
   return "  drenik winding [choices] [--values ...] (--core NAME | --air-core FORM_MM:WIRE_MM)"
          " [--json]\n";
+}
+
+std::string StressLines() {
+  return "  drenik stress [choices] [--values exact|5c|5l|chosen] --power W [--vswr S]"
+         " [--band FROM:TO] [--json]\n";
 }
 
 std::string CommandHelp(std::string (*lines)(), const char* what) {
@@ -339,6 +346,18 @@ std::string WindingHelp() {
                      "the inductance those whole turns give.\n");
 }
 
+std::string StressHelp() {
+  return CommandHelp(
+      StressLines,
+      "The largest RMS voltage (and its peak) and RMS current of every part, and what it\n"
+      "dissipates, at a transmit power, with the frequency where each falls.\n"
+      "  --power W       the source's available power, W: it delivers W into a matched load\n"
+      "  --vswr S        every load of this VSWR, at every phase (1: matched, the default)\n"
+      "  --band FROM:TO  the band transmitted in, Hz, e.g. 14M:14.35M (default: the\n"
+      "                  passband: a lowpass up to its cutoff, a highpass to ten times it,\n"
+      "                  a bandpass between its edges, a bandstop outside them)\n");
+}
+
 constexpr CommandInfo kCommands[] = {
     {.word = "design", .command = Command::Design, .usageLines = DesignLines, .help = DesignHelp},
     {.word = "render", .command = Command::Render, .usageLines = RenderLines, .help = RenderHelp},
@@ -353,6 +372,7 @@ constexpr CommandInfo kCommands[] = {
      .command = Command::Winding,
      .usageLines = WindingLines,
      .help = WindingHelp},
+    {.word = "stress", .command = Command::Stress, .usageLines = StressLines, .help = StressHelp},
 };
 
 // The commands, for the complaint about a missing or unknown one.
@@ -474,7 +494,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       }
     } else if (name == "--json") {
       if (o.command != Command::Parts && o.command != Command::Tolerance &&
-          o.command != Command::Winding && o.command != Command::Time)
+          o.command != Command::Winding && o.command != Command::Time &&
+          o.command != Command::Stress)
         only(Command::Design, "design");
       o.json = true;
     } else if (name == "--quiet") {
@@ -483,6 +504,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (IsToleranceOption(name)) {
       only(Command::Tolerance, "tolerance");
       ParseToleranceOption(name, value(), o.tolerance);
+    } else if (IsStressOption(name)) {
+      if (name == "--band" || o.command != Command::Parts)
+        only(Command::Stress, name == "--band" ? "stress" : "stress' or 'parts");
+      ParseStressOption(name, value(), o.stress);
     } else if (IsTimeOption(name)) {
       only(Command::Time, "time");
       ParseTimeOption(name, value(), o.time);
@@ -525,6 +550,9 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   if (o.command == Command::Export && o.exports.empty()) {
     throw UsageError("export: needs at least one of " + ExportWords("--", "", ", "));
   }
+  if (o.command == Command::Stress) StressRequestOf(o.stress, "stress");
+  if (o.command == Command::Parts && o.stress.vswr && !o.stress.power)
+    throw UsageError("--vswr: only with --power");
   RefuseSharedTargets(o);
   if (sizeGiven && EndsWith(o.renderFile, ".pdf"))
     o.notices.push_back("--size: no effect on a PDF, which is one printed page");

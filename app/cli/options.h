@@ -10,6 +10,7 @@
 
 #include "cli/part_model_options.h"
 #include "cli/parts_command.h"
+#include "cli/stress_command.h"
 #include "pages/value_stages.h"
 #include "tolerance/mask.h"
 #include "tolerance/trial_draws.h"
@@ -22,7 +23,18 @@ class UsageError : public std::runtime_error {
   explicit UsageError(const std::string& what) : std::runtime_error(what) {}
 };
 
-enum class Command { Design, Render, Export, Tolerance, Parts, Winding, Time, Help, Version };
+enum class Command {
+  Design,
+  Render,
+  Export,
+  Tolerance,
+  Parts,
+  Winding,
+  Time,
+  Stress,
+  Help,
+  Version
+};
 
 // One row per command: its word, its lines in the general usage, and its own
 // `--help` text. A new command adds a row here.
@@ -91,6 +103,7 @@ struct CliOptions {
   // Lines for standard error: options that have no effect on the output.
   std::vector<std::string> notices;
   TimeOptions time;
+  StressOptions stress;  // stress, and parts' ratings
 };
 
 // Throws UsageError.

@@ -4,17 +4,21 @@
 #include <cctype>
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 
 #include "cli/json_output.h"
 #include "cli/messages.h"
 #include "cli/number_reader.h"
 #include "cli/options.h"
 #include "cli/run_design.h"
+#include "cli/stress_command.h"
 #include "cli/table_output.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
 #include "pages/design_heading.h"
 #include "parts/parts_list.h"
+#include "stress/ratings.h"
+#include "stress/stress_text.h"
 #include "synthesis/families.h"
 
 namespace drenik::cli {
@@ -70,6 +74,36 @@ std::string RequestText(const PartsRequest& r) {
          (r.pairs ? " (one or two in parallel)" : "") + ", inductors " +
          (r.former ? "in whole turns on " + r.former->Name()
                    : (r.inductors ? InfoOf(*r.inductors).name : "wound to value"));
+}
+
+// What each part must take at the power asked for.
+void WriteRatings(const DesignRecord& d, const StressResult& stress, const StressRequest& q,
+                  std::ostream& out) {
+  out << "\nRatings: " << StressConditions(stress, q, d.Rsource) << ", " << BandsText(stress)
+      << "\n(a capacitor is rated at least " << kVoltageDerating
+      << " times its peak voltage, at the next standard rating)\n";
+  for (const PartStress& s : stress.parts) {
+    out << "  " << Padded(s.name, 6) << Padded(PartValueText(s), 13);
+    if (s.part.type == PartType::Capacitor)
+      out << VoltsText(s.VPeak()) << " V peak, rated " << RatingText(s.VPeak()) << "\n";
+    else
+      out << AmpsText(s.i.value) << " A RMS\n";
+  }
+}
+
+std::string RatingsJson(const StressResult& stress, const StressRequest& q) {
+  std::string text = ",\n  \"power\": " + RoundTripText(q.power) +
+                     ", \"vswr\": " + RoundTripText(q.vswr) + ", \"ratings\": [";
+  for (size_t k = 0; k < stress.parts.size(); ++k) {
+    const PartStress& s = stress.parts[k];
+    text += (k ? ",\n    " : "\n    ") + std::string("{\"name\": ") + JsonString(s.name);
+    if (s.part.type == PartType::Capacitor)
+      text += ", \"v_peak\": " + RoundTripText(s.VPeak()) +
+              ", \"rating\": " + RoundTripText(CapacitorRating(s.VPeak())) + "}";
+    else
+      text += ", \"i_rms\": " + RoundTripText(s.i.value) + "}";
+  }
+  return text + "\n  ]";
 }
 
 void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& out) {
@@ -140,7 +174,8 @@ std::string FiguresJson(const Figures& f) {
          ", \"stopband\": " + JsonNumber(f.stopband) + "}";
 }
 
-void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& out) {
+void WriteJson(const DesignResult& r, const PartsChoice& choice, const std::string& ratings,
+               std::ostream& out) {
   const DesignRecord& d = r.chosen;
   const PartsRequest& q = choice.request;
   out << "{\n  \"cseries\": " << JsonString(InfoOf(q.capacitors).name) << ",\n  \"lseries\": "
@@ -164,7 +199,8 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, std::ostream& o
       << ",\n  \"figures\": {\"exact\": " << FiguresJson(choice.exact)
       << ", \"standard\": " << FiguresJson(choice.standard)
       << ", \"chosen\": " << FiguresJson(choice.chosen)
-      << "},\n  \"keptStandard\": " << (choice.keptStandard ? "true" : "false") << "\n}\n";
+      << "},\n  \"keptStandard\": " << (choice.keptStandard ? "true" : "false") << ratings
+      << "\n}\n";
 }
 
 }  // namespace
@@ -239,20 +275,45 @@ std::string PartsUsageText() {
          "(--lseries T50-2) or an air-core form (--air-core 6:0.8, mm).\n"
          "--bom writes the parts list (CSV). A long search shows its progress on a\n"
          "terminal; --quiet turns that off.\n"
-         "choices as for 'drenik design' (see drenik --help)\n";
+         "choices as for 'drenik design' (see drenik --help)\n"
+         "  [--power W [--vswr S]]  rates the parts at a transmit power (as drenik stress):\n"
+         "                          each capacitor's voltage rating (the next standard one at\n"
+         "                          or above twice its peak voltage) and each inductor's RMS\n"
+         "                          current, in the list and the --bom file\n";
 }
 
 int WriteParts(const CliOptions& o, const DesignResult& r, ConsolePlatform& platform,
                std::ostream& out, std::ostream& err) {
   const PartsChoice& choice = *r.parts;
+  // At a transmit power: the stress of the chosen parts, which the record
+  // holds at this stage.
+  std::optional<PartLoads> loads;
+  std::string ratings;
+  if (o.stress.power) {
+    const StressRequest q = StressRequestOf(o.stress, "parts");
+    const StressResult stress = AnalyzeStress(r.chosen, q);
+    if (!stress.report.Ok()) {
+      err << "drenik: " << Printable(stress.report.fault) << "\n";
+      return 2;
+    }
+    loads = LoadsOf(stress);
+    if (o.json) {
+      ratings = RatingsJson(stress, q);
+    } else {
+      std::ostringstream text;
+      WriteRatings(r.chosen, stress, q, text);
+      ratings = text.str();
+    }
+  }
   if (o.json) {
-    WriteJson(r, choice, out);
+    WriteJson(r, choice, ratings, out);
   } else {
     WriteTable(r, choice, out);
+    out << ratings;
   }
   if (o.parts.bom.empty()) return 0;
   platform.messages.clear();
-  if (WritePartsList(choice, o.parts.bom, platform)) return 0;
+  if (WritePartsList(choice, o.parts.bom, platform, loads ? &*loads : nullptr)) return 0;
   CouldNotWrite(err, o.parts.bom, platform.messages);
   return 1;
 }

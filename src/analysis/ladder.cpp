@@ -80,16 +80,14 @@ std::string At(int j) {
   return " at ladder position " + std::to_string(j) + ".";
 }
 
-// The element models' parameters at w (rad/s, formed as the kernel forms
-// it); the inductor's Q is that of its law there.
-models::Losses<double> LossesAt(const Ladder& ladder, double w) {
+}  // namespace
+
+models::Losses<double> PartLossesAt(const Ladder& ladder, double w) {
   models::Losses<double> q{ladder.qind,     ladder.qcap, 1 / ladder.qind,
                            1 / ladder.qcap, ladder.lcp,  ladder.cesl};
   if (ladder.qLaw == QLaw::Constant) return q;
   return models::LossesAt(q, models::PerQindAt(ladder.qLaw, q.perQind, w, ReferenceOmega(ladder)));
 }
-
-}  // namespace
 
 Ladder LadderOf(const DesignRecord& d) {
   Ladder ladder;
@@ -151,7 +149,7 @@ PointResult AnalyzePoint(const Ladder& ladder, float F, double prevFreq, double 
                          bool withInputImpedance) {
   const float wf = ladder.twoPi * F;  // formed in single precision on purpose
   const double w = wf;
-  const models::Losses<double> q = LossesAt(ladder, w);
+  const models::Losses<double> q = PartLossesAt(ladder, w);
 
   PointResult out;
   // The chain matrix in plain doubles: the products of finite values are the
@@ -215,7 +213,7 @@ PointResult AnalyzePoint(const Ladder& ladder, float F, double prevFreq, double 
 
 ChainMatrix LadderChain(const Ladder& ladder, float F) {
   const double w = static_cast<float>(ladder.twoPi * F);  // formed in single precision
-  const models::Losses<double> q = LossesAt(ladder, w);
+  const models::Losses<double> q = PartLossesAt(ladder, w);
   ChainMatrix m;
   for (int j = 1; j <= ladder.stages; ++j) {
     const Section s = SectionAt(ladder, j, w, q);

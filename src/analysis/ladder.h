@@ -14,6 +14,7 @@
 #include <complex>
 #include <string>
 
+#include "analysis/element_models.h"
 #include "core/design_record.h"
 #include "core/element_kinds.h"
 
@@ -44,6 +45,11 @@ struct Ladder {
   float pi = 0;
   float twoPi = 0;
 };
+
+// The element models' part parameters at w (rad/s, formed as the kernel
+// forms it): the two Qs (the inductor's that of its law there), the winding
+// capacitance and the lead inductance.
+models::Losses<double> PartLossesAt(const Ladder& ladder, double w);
 
 // The reference frequency of the inductor's Q law as an angular frequency,
 // formed in single precision as the kernel forms every w, so that the Q at

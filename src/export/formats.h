@@ -61,6 +61,15 @@ inline constexpr ExportFormat kExportFormats[] = {
     {"csv", "cmdCsv", "CSV", SaveRoute::Dialog, "Save sweep as CSV", "CSV file (*.csv)|*.csv",
      ".csv",
      [](DesignRecord& d, const std::string& p, Platform& pl) { return WriteSweepCsv(d, p, pl); }},
+    {.option = "kicad",
+     .button = "cmdKicad",
+     .caption = "KiCad",
+     .route = SaveRoute::Dialog,
+     .dialogTitle = "Save KiCad schematic",
+     .filter = "KiCad schematic (*.kicad_sch)|*.kicad_sch",
+     .extension = ".kicad_sch",
+     .write = [](DesignRecord& d, const std::string& p,
+                 Platform& pl) { return WriteKicadSchematic(d, p, pl); }},
 };
 
 inline std::span<const ExportFormat> ExportFormats() {

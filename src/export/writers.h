@@ -20,6 +20,10 @@ bool WriteSpiceNetlist(const DesignRecord& d, const std::string& path, Platform&
 // Touchstone 2.0 (.s2p) of the analysed sweep, ports referred to Rsource and
 // Rload.
 bool WriteTouchstone(const DesignRecord& d, const std::string& path, Platform& platform);
+// A KiCad 6 schematic (.kicad_sch, file version 20211123) of the ladder's
+// inductors and capacitors. Failure: "We could not write the KiCad schematic"
+std::string KicadSchematicText(const DesignRecord& d);
+bool WriteKicadSchematic(const DesignRecord& d, const std::string& path, Platform& platform);
 // CSV of the sweep: frequency, transmission, reflection, VSWR, delay, phase.
 bool WriteSweepCsv(const DesignRecord& d, const std::string& path, Platform& platform);
 

@@ -10,7 +10,8 @@ Application::Application(Platform& platform, ApplicationOptions options)
       opening_(record_, platform, openingCanvas_, *this, options_.sessionPath),
       design_(record_, platform, designCanvas_, *this),
       display_(record_, platform, displayCanvas_, *this),
-      tolerance_(platform, toleranceCanvas_) {
+      tolerance_(platform, toleranceCanvas_),
+      stress_(platform, stressCanvas_) {
   display_.SetShownObserver([this] { FollowDisplay(); });
   // "Chosen" in the tolerance page's values: the display page's stage,
   // while that page shows the design.
@@ -31,7 +32,8 @@ void Application::Start() {
 void Application::FollowDisplay() {
   if (timeOpen_) time_.Load(record_);
   if (toleranceOpen_) tolerance_.Follow(record_);
-  if ((timeOpen_ || toleranceOpen_) && followObserver_) followObserver_();
+  // The window's own views (the part stress among them) follow too.
+  if (followObserver_) followObserver_();
 }
 
 void Application::Enter(PageId page) {
@@ -64,6 +66,11 @@ void Application::ShowTimePage() {
   timeOpen_ = true;
   time_.Load(record_);
   if (timeObserver_) timeObserver_(time_);
+}
+
+void Application::ShowStressPage() {
+  stress_.Load(record_);
+  if (stressObserver_) stressObserver_(stress_);
 }
 
 bool Application::PrintDisplayPage() {

@@ -16,6 +16,7 @@
 #include "pages/page_host.h"
 #include "pages/part_model_entries.h"
 #include "pages/spice_page.h"
+#include "pages/stress_page.h"
 #include "pages/time_page.h"
 #include "pages/tolerance_page.h"
 #include "plot/recording_canvas.h"
@@ -97,6 +98,13 @@ class Application : public PageHost {
   void TimePageClosed() { timeOpen_ = false; }
   void TolerancePageClosed() { toleranceOpen_ = false; }
   void SetFollowObserver(std::function<void()> observer) { followObserver_ = std::move(observer); }
+  // The part-stress page and its drawing, loaded by the display page's
+  // button with the design shown; the observer then shows it.
+  StressPage& Stress() { return stress_; }
+  PageCanvas& StressCanvas() { return stressCanvas_; }
+  void SetStressObserver(std::function<void(StressPage&)> observer) {
+    stressObserver_ = std::move(observer);
+  }
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
@@ -132,6 +140,7 @@ class Application : public PageHost {
   bool AskSweep(SweepEntry& entry) override;
   void ShowTolerancePage() override;
   void ShowTimePage() override;
+  void ShowStressPage() override;
 
  private:
   void Enter(PageId page);
@@ -144,11 +153,13 @@ class Application : public PageHost {
   PageCanvas designCanvas_;
   PageCanvas displayCanvas_;
   PageCanvas toleranceCanvas_;
+  PageCanvas stressCanvas_;
   OpeningPage opening_;
   DesignPage design_;
   DisplayPage display_;
   TolerancePage tolerance_;
   TimePage time_;
+  StressPage stress_;
   std::optional<SpicePage> spice_;
   PageId current_ = PageId::Opening;
   std::function<void(PageId)> pageObserver_;
@@ -161,6 +172,7 @@ class Application : public PageHost {
   std::function<void(TimePage&)> timeObserver_;
   std::function<void()> followObserver_;
   bool timeOpen_ = false, toleranceOpen_ = false;
+  std::function<void(StressPage&)> stressObserver_;
 };
 
 }  // namespace drenik

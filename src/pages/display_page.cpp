@@ -61,6 +61,7 @@ void DisplayPage::Build() {
       {"cmdDesign", "Change design", &DisplayPage::OnChangeDesign},
       {"cmdExit", "Exit", &DisplayPage::OnExit},
       {"cmdTimeSmith", "Time, Smith chart", &DisplayPage::OnTimeSmith},
+      {"cmdStress", "Part stress", &DisplayPage::OnStress},
   };
   for (const auto& b : buttons) {
     auto action = b.action;
@@ -110,6 +111,9 @@ void DisplayPage::OnTolerance() {
 }
 void DisplayPage::OnTimeSmith() {
   controls_.RunEvent([this] { host_.ShowTimePage(); });
+}
+void DisplayPage::OnStress() {
+  controls_.RunEvent([this] { host_.ShowStressPage(); });
 }
 void DisplayPage::OnExit() {
   controls_.RunEvent([this] { host_.EndProgram(true); });

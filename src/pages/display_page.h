@@ -83,6 +83,8 @@ class DisplayPage {
   void OnTolerance();
   // Opens the time responses and the Smith chart of the design shown.
   void OnTimeSmith();
+  // Opens the part stress of the design shown.
+  void OnStress();
 
   const PartsRequest& GetPartsRequest() const { return partsRequest_; }
   void SetPartsRequest(const PartsRequest& request) { partsRequest_ = request; }

@@ -45,6 +45,8 @@ class PageHost {
   virtual void ShowTolerancePage() {}
   // The time responses and the Smith chart of the design the record holds.
   virtual void ShowTimePage() {}
+  // The part stress of the design the record holds.
+  virtual void ShowStressPage() {}
 };
 
 }  // namespace drenik

@@ -110,7 +110,7 @@ std::vector<ControlPlace> DesignPlaces() {
 
 std::vector<ControlPlace> DisplayPlaces() {
   std::vector<ControlPlace> p;
-  // A row of nine buttons from x = 2400 to the page's right margin, in a
+  // A row of buttons from x = 2400 to the page's right margin, in a
   // font a little smaller than the page's own so that "Change design" fits
   // its button.
   auto row = [&p](std::initializer_list<const char*> names, float y1, float y2) {
@@ -125,7 +125,7 @@ std::vector<ControlPlace> DisplayPlaces() {
   // Along the bottom, under the plots and right of the readout box: the
   // page's own buttons, then the analyses that open pages of their own.
   row({"cmdUp", "cmdDown", "cmdVSWR", "cmdTime", "cmdInductors", "cmdChosenParts", "cmdTolerance",
-       "cmdDesign", "cmdExit"},
+       "cmdStress", "cmdDesign", "cmdExit"},
       8600, 8980);
   // The time and Smith chart page: under the data readout, left of the row
   // (the readout's five rows end at y = 8400).
@@ -134,7 +134,7 @@ std::vector<ControlPlace> DisplayPlaces() {
   // (the highest text is the "Chebyshev)" note of an unequally terminated
   // load at 440), whatever the width of the ladder.
   row({"cmdPrint", "cmdSaveOverlay", "cmdGetOverlay", "cmdWritePallis", "cmdSpice", "cmdNetlist",
-       "cmdTouchstone", "cmdCsv", "cmdPartsList"},
+       "cmdTouchstone", "cmdCsv", "cmdKicad", "cmdPartsList"},
       40, 400);
   // Part models and a band design's sweep: the top left corner, left of the
   // file row and as tall as its buttons (nothing is drawn above y = 420);
@@ -177,8 +177,12 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
 
   // The display page's Print, LTspice, Chosen parts, Part models and Sweep buttons
   // need the desktop: their dialogs open over this window.
+  // The part stress, while its window is open, prints after the page.
   app.SetPrintService([this] {
-    PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
+    const bool stress = stress_ && stress_->isVisible();
+    const RecordingCanvas paper = stress ? app_.Stress().PaperDrawing() : RecordingCanvas{};
+    PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this,
+                               stress ? &paper : nullptr);
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
   app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
@@ -207,10 +211,30 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
     time_->activateWindow();
   });
   // The side windows follow the display page: the time page drawn again,
-  // the tolerance page's boxes for the shape of its mask.
+  // the tolerance page's boxes for the shape of its mask, the part stress
+  // worked out again.
   app.SetFollowObserver([this] {
-    if (time_) time_->Refresh();
-    if (tolerance_) tolerance_->Reload();
+    if (time_ && time_->isVisible()) time_->Refresh();
+    if (tolerance_ && tolerance_->isVisible()) tolerance_->Reload();
+    if (stress_ && stress_->isVisible()) {
+      app_.Stress().Load(app_.Record());
+      stress_->Reload();
+    }
+  });
+  // The part-stress page in its own window, made once.
+  app.SetStressObserver([this](StressPage& page) {
+    if (!stress_)
+      stress_ = new StressWindow(
+          page, app_.StressCanvas(),
+          [this](const RecordingCanvas& paper) {
+            PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(),
+                                       stress_, &paper);
+          },
+          [this] { app_.Stress().Load(app_.Record()); }, this);
+    stress_->Reload();
+    stress_->show();
+    stress_->raise();
+    stress_->activateWindow();
   });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());

@@ -7,6 +7,7 @@
 
 #include "pages/application.h"
 #include "qt/control_page_view.h"
+#include "qt/stress_window.h"
 #include "qt/time_window.h"
 #include "qt/tolerance_window.h"
 
@@ -24,6 +25,7 @@ class DesignerWindow : public QWidget {
   // The tolerance page's window, once the display page has opened it.
   ToleranceWindow* Tolerance() const { return tolerance_; }
   TimeWindow* Time() const { return time_; }
+  StressWindow* Stress() const { return stress_; }
 
   // 80% of the available screen area, at 4:3.
   static QSize InitialSize(const QRect& available);
@@ -38,6 +40,7 @@ class DesignerWindow : public QWidget {
   ControlPageView* display_;
   ToleranceWindow* tolerance_ = nullptr;
   TimeWindow* time_ = nullptr;
+  StressWindow* stress_ = nullptr;
 };
 
 // Page layouts, in tab order.

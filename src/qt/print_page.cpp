@@ -53,7 +53,7 @@ std::string PrintTitle(const DesignRecord& d) {
 }
 
 bool PrintDisplayPage(const DesignRecord& d, const RecordingCanvas& page, QPrinter& printer,
-                      Platform& platform) {
+                      Platform& platform, const RecordingCanvas* after) {
   PrepareQtDrawing();
   QPainter painter;
   if (!printer.isValid() || !painter.begin(&printer)) {
@@ -81,6 +81,12 @@ bool PrintDisplayPage(const DesignRecord& d, const RecordingCanvas& page, QPrint
                        area.height() - 1.5 * titleHeight - 1.5 * footerHeight);
   ReplayPage(painter, page, drawing, PenMode::Scaled);
   DrawAxisLabels(painter, drawing);
+  if (after && printer.newPage()) {
+    const double scale =
+        std::min(printer.width() / double{kPageWidth}, printer.height() / double{kPageHeight});
+    ReplayPage(painter, *after, QRectF(0, 0, kPageWidth * scale, kPageHeight * scale),
+               PenMode::Scaled);
+  }
   if (!painter.end()) {
     platform.ShowMessage(kPrinterError);
     return false;
@@ -103,9 +109,9 @@ bool ChoosePrinter(QPrinter& printer, QWidget* parent) {
 }  // namespace
 
 void PrintDisplayPageWithDialog(const DesignRecord& d, const RecordingCanvas& page,
-                                Platform& platform, QWidget* parent) {
+                                Platform& platform, QWidget* parent, const RecordingCanvas* after) {
   QPrinter printer(QPrinter::HighResolution);
-  if (ChoosePrinter(printer, parent)) PrintDisplayPage(d, page, printer, platform);
+  if (ChoosePrinter(printer, parent)) PrintDisplayPage(d, page, printer, platform, after);
 }
 
 bool PrintDrawnPage(const RecordingCanvas& page, QPrinter& printer, Platform& platform) {

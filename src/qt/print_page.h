@@ -19,16 +19,18 @@ inline constexpr const char* kPrinterError = "Printer Error";
 // for the families that have one, the stopband depth only for Cauer.
 std::string PrintTitle(const DesignRecord& d);
 
-// Prints the drawn display page on a printer that is already set up. A
-// printer that is not valid or cannot be drawn on shows "Printer Error" and
-// gives false.
+// Prints the drawn display page on a printer that is already set up, and
+// `after` (a page that carries its own title, such as the part stress) on
+// the next sheet. A printer that is not valid or cannot be drawn on shows
+// "Printer Error" and gives false.
 bool PrintDisplayPage(const DesignRecord& d, const RecordingCanvas& page, QPrinter& printer,
-                      Platform& platform);
+                      Platform& platform, const RecordingCanvas* after = nullptr);
 
 // The print dialog (a printer, or a PDF file), landscape by default, then the
 // page. A cancelled dialog prints nothing.
 void PrintDisplayPageWithDialog(const DesignRecord& d, const RecordingCanvas& page,
-                                Platform& platform, QWidget* parent);
+                                Platform& platform, QWidget* parent,
+                                const RecordingCanvas* after = nullptr);
 
 // A page that carries its own title and footer, as drawn, through the same
 // print dialog.

@@ -42,6 +42,7 @@ const Output kOutputs[] = {
     {"out.cir", {"export", "--cir"}},
     {"out.s2p", {"export", "--s2p"}},
     {"out.csv", {"export", "--csv"}},
+    {"out.kicad_sch", {"export", "--kicad"}},
     {"parts.csv", {"parts", "--bom"}},
     {"step.csv", {"time", "--csv"}},
 #if DRENIK_WITH_QT
