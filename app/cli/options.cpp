@@ -194,9 +194,10 @@ void CheckBand(const Choices& ch) {
   }
   // The arithmetic lower edge f0 - BW/2 above 0 Hz: f2 below (3 + 2 sqrt 2) f1.
   if (const std::string why = BandFault(center, width); !why.empty())
-    throw UsageError(BandTooNarrow(center, width)
-                         ? (edges ? "--f1, --f2: " : "--bandwidth: ") + why
-                         : (edges ? "--f1, --f2: " + std::string(kEdgesTooWide) : "--center: " + why));
+    throw UsageError(
+        BandTooNarrow(center, width)
+            ? (edges ? "--f1, --f2: " : "--bandwidth: ") + why
+            : (edges ? "--f1, --f2: " + std::string(kEdgesTooWide) : "--center: " + why));
 }
 
 // Two outputs into one file would leave only the last: refused.
