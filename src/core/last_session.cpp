@@ -173,7 +173,9 @@ std::string LastSessionLine(const DesignRecord& d) {
                      std::to_string(d.Family) + "," + ShortestText(d.Apass) + "," +
                      ShortestText(d.Astop) + ",\"" + d.Topology + "\"," + ShortestText(d.Rsource) +
                      "," + ShortestText(d.Qind);
-  if (band) line += "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.Center > 0 ? d.ResonatorL : 0.0f);
+  if (band)
+    line += "," + ShortestText(std::max(d.Center, 0.0f)) + "," +
+            ShortestText(d.Center > 0 ? d.ResonatorL : 0.0f);
   if (models)
     line += ideal ? ",0,0,0,0"
                   : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
