@@ -12,6 +12,7 @@
 #include "parts/figures.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/families.h"
+#include "synthesis/stray_warning.h"
 #include "synthesis/topologies.h"
 
 namespace drenik::cli {
@@ -139,6 +140,8 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
         << chosenTitle << ")\n";
   }
   WriteFigures(exact, chosen, chosenTitle, out);
+  if (const std::string warning = StrayWarning(exact); !warning.empty())
+    out << "Warning: " << warning << "\n";
   out << "\n";
 
   out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12) << Padded("C exact", 12)
