@@ -52,8 +52,8 @@ bool Application::PrintDisplayPage() {
   return true;
 }
 
-bool Application::AskPartsRequest(PartsRequest& request) {
-  return !partsRequestService_ || partsRequestService_(request);
+bool Application::AskPartsRequest(PartsRequest& request, const std::string& note) {
+  return !partsRequestService_ || partsRequestService_(request, note);
 }
 
 bool Application::AskPartModels(PartModelEntries& entries) {

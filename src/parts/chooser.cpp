@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "analysis/sweep.h"
 #include "parts/search.h"
 #include "parts/series_values.h"
+#include "parts/trade_note.h"
 #include "synthesis/standard_values.h"
 
 namespace drenik {
@@ -95,6 +95,14 @@ std::vector<PositionParts> ExactPositions(const DesignRecord& d) {
   return positions;
 }
 
+void ApplyPositions(const std::vector<PositionParts>& positions, DesignRecord& d) {
+  for (const PositionParts& p : positions) {
+    if (p.position < 1 || p.position > kMaxPositions) continue;
+    d.L[static_cast<size_t>(p.position)] = p.L;
+    d.C[static_cast<size_t>(p.position)] = p.C;
+  }
+}
+
 // The 5% C stage as a choice: E24 capacitors, inductors retuned.
 std::vector<PositionParts> StandardPositions(const DesignRecord& exact,
                                              const DesignRecord& standard) {
@@ -104,6 +112,26 @@ std::vector<PositionParts> StandardPositions(const DesignRecord& exact,
     p.C = standard.C[p.position];
     if (p.C > 0) p.capacitors = {NearestInSeries(ESeries::E24, p.C)};
     if (p.L > 0 && p.exactL > 0) p.inductor = p.L;
+  }
+  return positions;
+}
+
+// Plain rounding, the least the chooser hands back: each capacitor as its
+// nearest single part and each inductor at its nearest allowed value, with
+// no retuning.
+std::vector<PositionParts> RoundedPositions(const DesignRecord& exact, const SearchInput& in) {
+  std::vector<PositionParts> positions = ExactPositions(exact);
+  for (const CapSlot& slot : in.caps) {
+    PositionParts& p = positions[static_cast<size_t>(slot.position - 1)];
+    p.capacitors = slot.options[0].parts;
+    p.C = static_cast<float>(slot.options[0].value);
+  }
+  for (size_t i = 0; i < in.inductors.size(); ++i) {
+    PositionParts& p = positions[static_cast<size_t>(in.inductors[i].position - 1)];
+    p.inductor = in.roundedInductors[i];
+    p.L = static_cast<float>(p.inductor);
+    if (const std::optional<Former>& f = in.inductorValues.former)
+      p.turns = WindingFor(*f, p.inductor).turns;
   }
   return positions;
 }
@@ -127,6 +155,12 @@ void TakeResult(const SearchInput& in, const SearchResult& result, PartsChoice& 
 }
 
 }  // namespace
+
+bool SameParts(const PartsRequest& a, const PartsRequest& b) {
+  const auto former = [](const PartsRequest& r) { return r.former ? r.former->Name() : ""; };
+  return a.capacitors == b.capacitors && a.inductors == b.inductors && a.pairs == b.pairs &&
+         former(a) == former(b);
+}
 
 double ErrorPercent(double chosen, double exact) {
   return exact == 0 ? 0 : (chosen / exact - 1) * 100;
@@ -153,9 +187,30 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   in.exact = LadderOf(exact);
   in.inductorValues = {request.former ? std::nullopt : request.inductors, request.former};
   in.judge = {choice.exact.returnLoss, choice.exact.stopband - kStopbandSlack};
-  in.probe.passband = BandProbe({&exact, &standard}, &DesignRecord::Reflection, &InPassband, bands);
-  in.probe.stopband = BandProbe({&exact, &standard}, &DesignRecord::Transmission, &InStopband,
-                                bands, &in.stopPeaks);
+  choice.positions = ExactPositions(exact);
+  for (const PositionParts& p : choice.positions) {
+    const ElementFacts* f = FactsOf(p.kind);
+    if (!Modelled(f, in.exact.bandBranches)) continue;
+    if (f->hasC && p.exactC > 0) in.caps.push_back(CapacitorSlot(p.position, p.exactC, request));
+    if (f->hasL && p.exactL > 0) {
+      in.inductors.push_back({p.position, p.exactL});
+      in.roundedInductors.push_back(Stored(NearestInductor(in.inductorValues, p.exactL)));
+    }
+  }
+  // Plain rounding on the whole sweep: the figure no chosen set may fall
+  // below, which the search's judge holds from the start.
+  const std::vector<PositionParts> rounded = RoundedPositions(exact, in);
+  DesignRecord roundedRecord = design;
+  ApplyPositions(rounded, roundedRecord);
+  if (EngineReport r = AnalyzeSweep(roundedRecord); !r.Ok()) return r;
+  choice.rounded = FiguresOf(roundedRecord, bands);
+  in.judge.roundedReturnLoss = choice.rounded.returnLoss;
+  in.judge.exactStopband = choice.exact.stopband;
+
+  const std::initializer_list<const DesignRecord*> stages = {&exact, &standard, &roundedRecord};
+  in.probe.passband = BandProbe(stages, &DesignRecord::Reflection, &InPassband, bands);
+  in.probe.stopband =
+      BandProbe(stages, &DesignRecord::Transmission, &InStopband, bands, &in.stopPeaks);
   // Where the stopband reaches past the sweep (a Cauer edge beyond its end,
   // minima further out), the candidates are measured at its own frequencies
   // there too. The passband's turning points lie within the sweep, and
@@ -168,13 +223,6 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   };
   in.probe.stopband = withBeyond(in.probe.stopband);
   if (in.stopPeaks.empty()) in.stopPeaks = beyond;
-  choice.positions = ExactPositions(exact);
-  for (const PositionParts& p : choice.positions) {
-    const ElementFacts* f = FactsOf(p.kind);
-    if (!Modelled(f, in.exact.bandBranches)) continue;
-    if (f->hasC && p.exactC > 0) in.caps.push_back(CapacitorSlot(p.position, p.exactC, request));
-    if (f->hasL && p.exactL > 0) in.inductors.push_back({p.position, p.exactL});
-  }
 
   // The search judges candidates at the probe's points. Where the whole
   // sweep of its result shows a worse point that the probe missed (the
@@ -192,10 +240,10 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
     const Merit swept = in.judge.Of(choice.chosen, result.merit.distance);
     if (round == kRefinements || result.merit.primary - swept.primary <= kProbeTolerance) break;
     done(kSearchShare + (1 - kSearchShare) * (round + 1) / (kRefinements + 1));
-    in.probe.passband =
-        BandProbe({&exact, &standard, &chosen}, &DesignRecord::Reflection, &InPassband, bands);
-    in.probe.stopband = withBeyond(
-        BandProbe({&exact, &standard, &chosen}, &DesignRecord::Transmission, &InStopband, bands));
+    in.probe.passband = BandProbe({&exact, &standard, &roundedRecord, &chosen},
+                                  &DesignRecord::Reflection, &InPassband, bands);
+    in.probe.stopband = withBeyond(BandProbe({&exact, &standard, &roundedRecord, &chosen},
+                                             &DesignRecord::Transmission, &InStopband, bands));
     result = RefineParts(in, result);
   }
 
@@ -203,26 +251,35 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   // E24 capacitors and wound inductors; never return less than it. Its
   // return loss is the figure the user compares, so a stage that matches
   // better wins even where it gives away more stopband than the search
-  // allows itself; so does one that keeps the stopband the chosen set lost.
-  const Judge raw{std::numeric_limits<double>::infinity(), in.judge.floor};
-  const bool standardBetter = choice.standard.returnLoss > choice.chosen.returnLoss ||
-                              raw.Of(choice.standard, 0).primary > raw.Of(choice.chosen, 0).primary;
+  // allows itself; so does one that keeps the stopband the chosen set lost
+  // (or more of it), as long as it is no worse than plain rounding.
+  const Judge& judge = in.judge;
+  const bool standardBetter =
+      choice.standard.returnLoss > choice.chosen.returnLoss ||
+      (!judge.StopbandKept(choice.chosen) &&
+       (judge.StopbandKept(choice.standard) || choice.standard.stopband > choice.chosen.stopband));
   if (request.capacitors == ESeries::E24 && !request.inductors && !request.former &&
-      standardBetter) {
+      standardBetter && choice.standard.returnLoss >= choice.rounded.returnLoss) {
     choice.positions = StandardPositions(exact, standard);
     choice.chosen = choice.standard;
     choice.keptStandard = true;
   }
+  // The search judges at its probe; on the whole sweep its set may still
+  // fall below plain rounding, which is then what the user gets.
+  if (judge.Of(choice.rounded, 0).primary > judge.Of(choice.chosen, 0).primary) {
+    choice.positions = rounded;
+    choice.chosen = choice.rounded;
+    choice.keptStandard = false;
+    choice.keptRounded = true;
+  }
+  if (!judge.StopbandKept(choice.chosen))
+    choice.note = TradeNote(choice, bands.band ? std::sqrt(bands.f1 * bands.f2) : bands.cutoff);
   done(1);
   return {};
 }
 
 void ApplyParts(const PartsChoice& choice, DesignRecord& d) {
-  for (const PositionParts& p : choice.positions) {
-    if (p.position < 1 || p.position > kMaxPositions) continue;
-    d.L[static_cast<size_t>(p.position)] = p.L;
-    d.C[static_cast<size_t>(p.position)] = p.C;
-  }
+  ApplyPositions(choice.positions, d);
 }
 
 }  // namespace drenik

@@ -173,7 +173,8 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
     PrintDisplayPageWithDialog(app_.Record(), app_.DisplayCanvas(), app_.GetPlatform(), this);
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
-  app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
+  app.SetPartsRequestService(
+      [this](PartsRequest& r, const std::string& note) { return AskPartsRequest(r, note, this); });
   app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
   // The tolerance page in its own window beside this one, made once.
   app.SetToleranceObserver([this](TolerancePage& page) {

@@ -254,7 +254,7 @@ TEST(SpicePage, TextsProposedNamesAndDrawing) {
 TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheirList) {
   DisplayPage& page = OpenDisplay();
   int asked = 0;
-  App().SetPartsRequestService([&](PartsRequest& r) {
+  App().SetPartsRequestService([&](PartsRequest& r, const std::string&) {
     r = {ESeries::E12, std::nullopt, true};
     return ++asked > 1;  // the first dialog is cancelled
   });
@@ -299,12 +299,19 @@ TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheir
   EXPECT_EQ(platform.dialogs.size(), 2u);
 
   // Another run with other parts replaces the curves at once: one curve of
-  // each colour, never the last run's beside it.
-  App().SetPartsRequestService([&](PartsRequest& r) {
+  // each colour, never the last run's beside it. E6 parts give stopband
+  // away: the dialog comes back with the line that says so, and its Cancel
+  // keeps them.
+  std::vector<std::string> notes;
+  App().SetPartsRequestService([&](PartsRequest& r, const std::string& note) {
     r = {ESeries::E6, ESeries::E6, false};
-    return true;
+    notes.push_back(note);
+    return note.empty();
   });
   page.OnChosenParts();
+  ASSERT_EQ(notes.size(), 2u);
+  EXPECT_TRUE(notes[0].empty() && notes[1] == page.ChosenParts()->note);
+  EXPECT_TRUE(notes[1].starts_with("E6 capacitors and E6 inductors cannot keep both")) << notes[1];
   for (int32_t color : {kChosenTransmissionColor, kChosenReflectionColor})
     EXPECT_LE(std::ranges::count_if(Page().Ops(),
                                     [&](const DrawOp& op) {

@@ -220,6 +220,28 @@ TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
   const PartsRequest& r = app->Display().ChosenParts()->request;
   EXPECT_TRUE(r.capacitors == ESeries::E96 && r.inductors == ESeries::E12 && r.pairs);
   EXPECT_EQ(D().ValueMode, kChosenPartsMode);
+
+  // E6 parts give stopband away: the dialog comes back with the line that
+  // says so over its choices; "Keep these parts" keeps them.
+  QTimer::singleShot(0, [this] {
+    auto* dialog = qobject_cast<PartsDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_FALSE(dialog->Note()->isVisible());
+    dialog->Capacitors()->setCurrentIndex(0);
+    dialog->Inductors()->setCurrentIndex(1);
+    dialog->Pairs()->setChecked(false);
+    QTimer::singleShot(0, [this] {
+      auto* again = qobject_cast<PartsDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(again, nullptr);
+      EXPECT_TRUE(again->Note()->isVisible());
+      EXPECT_EQ(again->Note()->text().toStdString(), app->Display().ChosenParts()->note);
+      again->grab().save(DRENIK_BINARY_DIR "/screenshots/parts-dialog-note.png");
+      again->reject();
+    });
+    dialog->accept();
+  });
+  Click(Button(window->DisplayView(), "cmdChosenParts"));
+  EXPECT_TRUE(app->Display().ChosenParts()->note.starts_with("E6 capacitors and E6 inductors"));
 }
 
 // "Part models" opens its dialog over the window: what is typed there
