@@ -16,11 +16,15 @@ void Application::Start() {
   if (pageObserver_) pageObserver_(current_);
 }
 
+// A design the display page's load refuses leaves the page where it was:
+// its message is shown, and a blank display page would only offer exports
+// and drawings of a ladder that does not exist.
 void Application::Enter(PageId page) {
   if (current_ == PageId::Ended) return;
+  const PageId from = current_;
   current_ = page;
   if (page == PageId::Design) design_.Load();
-  if (page == PageId::Display) display_.Load();
+  if (page == PageId::Display && !display_.Load()) current_ = from;
   if (pageObserver_) pageObserver_(current_);
 }
 

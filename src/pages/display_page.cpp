@@ -64,8 +64,8 @@ void DisplayPage::Event(void (DisplayPage::*action)()) {
   });
 }
 
-void DisplayPage::Load() {
-  controls_.RunLoad([this] { LoadPipeline(); });
+bool DisplayPage::Load() {
+  return controls_.RunLoad([this] { LoadPipeline(); });
 }
 void DisplayPage::OnUp() {
   Event(&DisplayPage::Up);

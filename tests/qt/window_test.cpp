@@ -10,6 +10,7 @@
 #include <QTimer>
 #include "core/formatters.h"
 
+#include "export/formats.h"
 #include "fixture.h"
 #include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
@@ -192,6 +193,27 @@ TEST_F(WindowTest, KeyboardToTheDisplayPageThenRetunesStayBoundedAndTheSpiceDial
   Click(dialog.CancelButton());
   EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(platform->dialogs.size(), 1u);
+}
+
+// A refused design opens no display page: from a fresh start the coupled
+// bandpass is refused at the default 4.2 MHz width, and "Display responses"
+// says so again and stays on the design page. The writers of every export
+// refuse the zero parts it leaves, with a message, and write no file.
+TEST_F(WindowTest, ARefusedDesignOpensNoDisplayPageAndNoWriterTakesIt) {
+  Start();
+  Click(Radio("optCoupledbandpass"));
+  ASSERT_EQ(platform->messages.size(), 1u);
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_EQ(platform->messages.size(), 2u);
+  EXPECT_EQ(app->CurrentPage(), PageId::Design);
+  EXPECT_FALSE(window->DisplayView().isVisible());
+  for (const ExportFormat& f : ExportFormats()) {
+    const std::string file = folder / (std::string("refused") + f.extension);
+    EXPECT_FALSE(f.write(D(), file, *platform)) << f.option;
+    EXPECT_FALSE(std::filesystem::exists(file)) << f.option;
+    EXPECT_NE(platform->messages.back().text.find(" is 0 F in this design"), std::string::npos)
+        << platform->messages.back().text;
+  }
 }
 
 // "Chosen parts" opens its dialog over the window: OK takes the series and
