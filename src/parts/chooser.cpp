@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "analysis/sweep.h"
 #include "parts/search.h"
@@ -19,9 +20,12 @@ constexpr double kStopbandSlack = 1.0;
 // and 5% C responses, where the worst values sit.
 constexpr int kStride = 8;
 constexpr int kAround = 2;
-// The share of a choice's work that its first search takes; each round of
+// The share of a search's work that its first pass takes; each round of
 // refinement after it takes an equal part of the rest.
 constexpr double kSearchShare = 0.8;
+// The share of a choice that its first search takes, where a second one,
+// held to plain rounding, follows.
+constexpr double kFirstSearchShare = 0.6;
 // How much worse, dB, the whole sweep may find the chosen set than the probe
 // did before the probe is filled in (at most twice).
 constexpr double kProbeTolerance = 0.02;
@@ -31,11 +35,11 @@ constexpr int kRefinements = 2;
 // maxima are the band's worst points (the reflection in the passband, the
 // transmission in the stopband); the exact design's maxima, with the band's
 // ends, go to `peaks` when asked for.
-std::vector<float> BandProbe(std::initializer_list<const DesignRecord*> responses,
+std::vector<float> BandProbe(const std::vector<const DesignRecord*>& responses,
                              const SweepArray DesignRecord::*curve,
                              bool (*inBand)(const Bands&, double), const Bands& bands,
                              std::vector<float>* peaks = nullptr) {
-  const DesignRecord& exact = **responses.begin();
+  const DesignRecord& exact = *responses.front();
   const int n = std::clamp<int>(exact.NrIntervals, -1, kSweepSlots - 1);
   std::vector<int> band;
   for (int i = 0; i <= n; ++i)
@@ -119,7 +123,8 @@ std::vector<PositionParts> StandardPositions(const DesignRecord& exact,
 // Plain rounding, the least the chooser hands back: each capacitor as its
 // nearest single part and each inductor at its nearest allowed value, with
 // no retuning.
-std::vector<PositionParts> RoundedPositions(const DesignRecord& exact, const SearchInput& in) {
+std::vector<PositionParts> RoundedPositions(const DesignRecord& exact, const SearchInput& in,
+                                            const std::vector<double>& inductors) {
   std::vector<PositionParts> positions = ExactPositions(exact);
   for (const CapSlot& slot : in.caps) {
     PositionParts& p = positions[static_cast<size_t>(slot.position - 1)];
@@ -128,7 +133,7 @@ std::vector<PositionParts> RoundedPositions(const DesignRecord& exact, const Sea
   }
   for (size_t i = 0; i < in.inductors.size(); ++i) {
     PositionParts& p = positions[static_cast<size_t>(in.inductors[i].position - 1)];
-    p.inductor = in.roundedInductors[i];
+    p.inductor = inductors[i];
     p.L = static_cast<float>(p.inductor);
     if (const std::optional<Former>& f = in.inductorValues.former)
       p.turns = WindingFor(*f, p.inductor).turns;
@@ -137,21 +142,70 @@ std::vector<PositionParts> RoundedPositions(const DesignRecord& exact, const Sea
 }
 
 // The search's result as parts per position.
-void TakeResult(const SearchInput& in, const SearchResult& result, PartsChoice& choice) {
+void TakeResult(const SearchInput& in, const SearchResult& result,
+                std::vector<PositionParts>& positions) {
   for (size_t k = 0; k < in.caps.size(); ++k) {
     const CapOption& o = in.caps[k].options[static_cast<size_t>(result.capOption[k])];
-    PositionParts& p = choice.positions[static_cast<size_t>(in.caps[k].position - 1)];
+    PositionParts& p = positions[static_cast<size_t>(in.caps[k].position - 1)];
     p.capacitors = o.parts;
     p.C = static_cast<float>(o.value);
   }
   for (size_t i = 0; i < in.inductors.size(); ++i) {
-    PositionParts& p = choice.positions[static_cast<size_t>(in.inductors[i].position - 1)];
+    PositionParts& p = positions[static_cast<size_t>(in.inductors[i].position - 1)];
     const double l = result.inductors[i];
     p.inductor = NearestInductor(in.inductorValues, l);
     p.L = static_cast<float>(l);
     if (const std::optional<Former>& f = in.inductorValues.former)
       p.turns = WindingFor(*f, p.inductor).turns;
   }
+}
+
+// A search's set and its figures on the whole sweep.
+struct Searched {
+  std::vector<PositionParts> positions;
+  Figures figures;
+};
+
+// The search judges candidates at the probe's points, taken from the
+// responses of `stages` (the exact design first). Where the whole sweep of
+// its result shows a worse point that the probe missed (the response's
+// turning points moved), the probe takes in the new turning points and the
+// inductors are polished again.
+EngineReport SearchAndRefine(SearchInput& in, const DesignRecord& design,
+                             std::vector<const DesignRecord*> stages, const Bands& bands,
+                             const std::function<void(double)>& done, Searched& out) {
+  // Where the stopband reaches past the sweep (a Cauer edge beyond its end,
+  // minima further out), the candidates are measured at its own frequencies
+  // there too. The passband's turning points lie within the sweep, and
+  // the figures of the result, which take in the whole of both bands, send
+  // the search back should it miss one.
+  const std::vector<float> beyond = BeyondSweep(*stages.front(), bands).stopband;
+  const auto probe = [&](std::vector<float>* peaks) {
+    in.probe.passband = BandProbe(stages, &DesignRecord::Reflection, &InPassband, bands);
+    in.probe.stopband = BandProbe(stages, &DesignRecord::Transmission, &InStopband, bands, peaks);
+    in.probe.stopband.insert(in.probe.stopband.end(), beyond.begin(), beyond.end());
+  };
+  in.stopPeaks.clear();
+  probe(&in.stopPeaks);
+  if (in.stopPeaks.empty()) in.stopPeaks = beyond;
+
+  in.progress = [&done](double share) { done(kSearchShare * share); };
+  SearchResult result = SearchParts(in);
+  DesignRecord chosen = design;
+  stages.push_back(&chosen);
+  for (int round = 0;; ++round) {
+    TakeResult(in, result, out.positions);
+    chosen = design;
+    ApplyPositions(out.positions, chosen);
+    if (EngineReport r = AnalyzeSweep(chosen); !r.Ok()) return r;
+    out.figures = FiguresOf(chosen, bands);
+    const Merit swept = in.judge.Of(out.figures, result.merit.distance);
+    if (round == kRefinements || result.merit.primary - swept.primary <= kProbeTolerance) break;
+    done(kSearchShare + (1 - kSearchShare) * (round + 1) / (kRefinements + 1));
+    probe(nullptr);
+    result = RefineParts(in, result);
+  }
+  return {};
 }
 
 }  // namespace
@@ -192,59 +246,49 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
     const ElementFacts* f = FactsOf(p.kind);
     if (!Modelled(f, in.exact.bandBranches)) continue;
     if (f->hasC && p.exactC > 0) in.caps.push_back(CapacitorSlot(p.position, p.exactC, request));
-    if (f->hasL && p.exactL > 0) {
-      in.inductors.push_back({p.position, p.exactL});
-      in.roundedInductors.push_back(Stored(NearestInductor(in.inductorValues, p.exactL)));
-    }
+    if (f->hasL && p.exactL > 0) in.inductors.push_back({p.position, p.exactL});
   }
-  // Plain rounding on the whole sweep: the figure no chosen set may fall
-  // below, which the search's judge holds from the start.
-  const std::vector<PositionParts> rounded = RoundedPositions(exact, in);
+  // Plain rounding: every capacitor's nearest option, every inductor's
+  // nearest allowed value.
+  std::vector<double> roundedInductors;
+  for (const InductorSlot& l : in.inductors)
+    roundedInductors.push_back(Stored(NearestInductor(in.inductorValues, l.exact)));
+  const std::vector<PositionParts> rounded = RoundedPositions(exact, in, roundedInductors);
   DesignRecord roundedRecord = design;
   ApplyPositions(rounded, roundedRecord);
   if (EngineReport r = AnalyzeSweep(roundedRecord); !r.Ok()) return r;
   choice.rounded = FiguresOf(roundedRecord, bands);
-  in.judge.roundedReturnLoss = choice.rounded.returnLoss;
-  in.judge.exactStopband = choice.exact.stopband;
 
-  const std::initializer_list<const DesignRecord*> stages = {&exact, &standard, &roundedRecord};
-  in.probe.passband = BandProbe(stages, &DesignRecord::Reflection, &InPassband, bands);
-  in.probe.stopband =
-      BandProbe(stages, &DesignRecord::Transmission, &InStopband, bands, &in.stopPeaks);
-  // Where the stopband reaches past the sweep (a Cauer edge beyond its end,
-  // minima further out), the candidates are measured at its own frequencies
-  // there too. The passband's turning points lie within the sweep, and
-  // the figures of the result, which take in the whole of both bands, send
-  // the search back should it miss one.
-  const std::vector<float> beyond = BeyondSweep(exact, bands).stopband;
-  const auto withBeyond = [&](std::vector<float> points) {
-    points.insert(points.end(), beyond.begin(), beyond.end());
-    return points;
-  };
-  in.probe.stopband = withBeyond(in.probe.stopband);
-  if (in.stopPeaks.empty()) in.stopPeaks = beyond;
-
-  // The search judges candidates at the probe's points. Where the whole
-  // sweep of its result shows a worse point that the probe missed (the
-  // response's turning points moved), the probe takes in the new turning
-  // points and the inductors are polished again.
-  in.progress = [&done](double share) { done(kSearchShare * share); };
-  SearchResult result = SearchParts(in);
-  DesignRecord chosen = design;
-  for (int round = 0;; ++round) {
-    TakeResult(in, result, choice);
-    chosen = design;
-    ApplyParts(choice, chosen);
-    if (EngineReport r = AnalyzeSweep(chosen); !r.Ok()) return r;
-    choice.chosen = FiguresOf(chosen, bands);
-    const Merit swept = in.judge.Of(choice.chosen, result.merit.distance);
-    if (round == kRefinements || result.merit.primary - swept.primary <= kProbeTolerance) break;
-    done(kSearchShare + (1 - kSearchShare) * (round + 1) / (kRefinements + 1));
-    in.probe.passband = BandProbe({&exact, &standard, &roundedRecord, &chosen},
-                                  &DesignRecord::Reflection, &InPassband, bands);
-    in.probe.stopband = withBeyond(BandProbe({&exact, &standard, &roundedRecord, &chosen},
-                                             &DesignRecord::Transmission, &InStopband, bands));
-    result = RefineParts(in, result);
+  // First the stopband within its slack at whatever cost to the return
+  // loss, which nearly every design affords.
+  Searched first{choice.positions, {}};
+  const auto firstDone = [&done](double share) { done(kFirstSearchShare * share); };
+  if (EngineReport r = SearchAndRefine(in, design, {&exact, &standard}, bands, firstDone, first);
+      !r.Ok())
+    return r;
+  choice.positions = first.positions;
+  choice.chosen = first.figures;
+  // Where that set matches worse than plain rounding or still loses the
+  // stopband, a second search is held to plain rounding and weighs what it
+  // cannot keep (merit.h); it starts from rounding too, and steps through
+  // the allowed values one part at a time.
+  if (choice.chosen.returnLoss < choice.rounded.returnLoss ||
+      !in.judge.StopbandKept(choice.chosen)) {
+    in.judge.roundedReturnLoss = choice.rounded.returnLoss;
+    in.judge.exactStopband = choice.exact.stopband;
+    in.roundedInductors = roundedInductors;
+    Searched second{ExactPositions(exact), {}};
+    const auto secondDone = [&done](double share) {
+      done(kFirstSearchShare + (1 - kFirstSearchShare) * share);
+    };
+    if (EngineReport r = SearchAndRefine(in, design, {&exact, &standard, &roundedRecord}, bands,
+                                         secondDone, second);
+        !r.Ok())
+      return r;
+    if (in.judge.Of(second.figures, 0).primary > in.judge.Of(choice.chosen, 0).primary) {
+      choice.positions = second.positions;
+      choice.chosen = second.figures;
+    }
   }
 
   // The 5% C stage is a set of the requested parts when they are single
@@ -253,7 +297,9 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   // better wins even where it gives away more stopband than the search
   // allows itself; so does one that keeps the stopband the chosen set lost
   // (or more of it), as long as it is no worse than plain rounding.
-  const Judge& judge = in.judge;
+  Judge judge = in.judge;
+  judge.roundedReturnLoss = choice.rounded.returnLoss;
+  judge.exactStopband = choice.exact.stopband;
   const bool standardBetter =
       choice.standard.returnLoss > choice.chosen.returnLoss ||
       (!judge.StopbandKept(choice.chosen) &&

@@ -8,11 +8,12 @@
 // return loss wins).
 //
 // Then a set whose stopband stays within 1 dB of the exact design's beats
-// one that does not. Between two that do not, return loss and stopband are
-// weighed as the default tolerance mask weighs them: each is held to the
-// exact design's own figure less the same margin, so a dB lost from either
-// counts alike, and the set whose larger loss against the exact design is
-// smaller wins.
+// one that does not. Between two that do not, the deeper stopband wins; or,
+// for a search held to plain rounding, return loss and stopband are weighed
+// as the default tolerance mask weighs them: each is held to the exact
+// design's own figure less the same margin, so a dB lost from either counts
+// alike, and the set whose larger loss against the exact design is smaller
+// wins.
 //
 // Then the better worst passband return loss wins, counted no higher than
 // the exact design's own: beyond that, the only way up is to move the
@@ -40,11 +41,12 @@ struct Merit {
 struct Judge {
   double ceiling = 0;  // the exact design's worst passband return loss, dB
   double floor = 0;    // the least stopband attenuation allowed, dB (NaN: no stopband)
-  // The worst passband return loss of plain rounding, dB.
+  // The worst passband return loss of plain rounding, dB (minus infinity:
+  // not held to it).
   double roundedReturnLoss = -std::numeric_limits<double>::infinity();
   // The exact design's least stopband attenuation, dB: what a stopband
-  // below the floor is weighed against.
-  double exactStopband = 0;
+  // below the floor is weighed against (NaN: not weighed, the deeper wins).
+  double exactStopband = std::numeric_limits<double>::quiet_NaN();
 
   bool StopbandKept(const Figures& f) const {
     return std::isnan(floor) || std::isnan(f.stopband) || f.stopband >= floor;
@@ -52,8 +54,12 @@ struct Judge {
   Merit Of(const Figures& f, double distance) const {
     if (f.returnLoss < roundedReturnLoss)
       return {-2e6 + f.returnLoss - roundedReturnLoss, distance};
-    if (!StopbandKept(f))
-      return {-1e6 + std::min(f.returnLoss - ceiling, f.stopband - exactStopband), distance};
+    if (!StopbandKept(f)) {
+      const double weighed = std::isnan(exactStopband)
+                                 ? f.stopband - floor
+                                 : std::min(f.returnLoss - ceiling, f.stopband - exactStopband);
+      return {-1e6 + weighed, distance};
+    }
     return {std::fmin(f.returnLoss, ceiling), distance};
   }
 };

@@ -358,7 +358,7 @@ SearchResult SearchParts(const SearchInput& in) {
   // Plain rounding, measured as it stands before it is polished: the
   // search never ends below it.
   State best, rounded;
-  if (in.roundedInductors.size() == in.inductors.size()) {
+  if (in.HeldToRounding()) {
     rounded.cap.assign(in.caps.size(), 0);
     rounded.L = in.roundedInductors;
     searcher.Measure(rounded);
@@ -382,16 +382,13 @@ SearchResult SearchParts(const SearchInput& in) {
     if (searcher.AtCeiling(best)) break;
   }
   if (in.progress) in.progress(1 - share);
-  if (in.inductorValues.Restricted()) {
+  if (!in.inductorValues.Restricted()) searcher.Fit(best, kCoarseStep, kLastStep);
+  if (in.inductorValues.Restricted() && in.HeldToRounding()) {
     // From the best set and from plain rounding, which may lie in another
     // valley of the response.
     searcher.Descend(best, in.inductorValues);
-    if (!rounded.cap.empty()) {
-      searcher.Descend(rounded, in.inductorValues);
-      if (rounded.merit.Beats(best.merit)) best = rounded;
-    }
-  } else {
-    searcher.Fit(best, kCoarseStep, kLastStep);
+    searcher.Descend(rounded, in.inductorValues);
+    if (rounded.merit.Beats(best.merit)) best = rounded;
   }
   PreferSingleParts(in, searcher, best);
   return {best.cap, best.L, best.merit};
@@ -402,7 +399,7 @@ SearchResult RefineParts(const SearchInput& in, const SearchResult& from) {
   State s{from.capOption, from.inductors, {}};
   searcher.Measure(s);
   searcher.Fit(s, kRefitStep, kLastStep);
-  if (in.inductorValues.Restricted()) searcher.Descend(s, in.inductorValues);
+  if (in.inductorValues.Restricted() && in.HeldToRounding()) searcher.Descend(s, in.inductorValues);
   return {s.cap, s.L, s.merit};
 }
 
