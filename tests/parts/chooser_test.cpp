@@ -116,8 +116,11 @@ TEST(Chooser, KeepsTheResponseBetterThanTheFivePercentStageInEveryTopology) {
 
 // Plain rounding (each capacitor to its nearest series value, each inductor
 // to its nearest whole turn) is the least the chooser hands back, over the
-// rows of the family and topology tables with the cores most wound for HF.
-// Where it gives stopband away for that, and only there, it says so.
+// rows of the family and topology tables with the cores most wound for HF
+// (band designs of order 3: their ladders are twice as long), and for the
+// 20 m harmonic filter whose chosen parts once matched at 5.7 dB against
+// rounding's 13.7 dB. Where it gives stopband away for that, and only
+// there, it says so and what would help.
 TEST(Chooser, NeverMatchesWorseThanPlainRounding) {
   struct Case {
     DesignRecord d;
@@ -131,22 +134,16 @@ TEST(Chooser, NeverMatchesWorseThanPlainRounding) {
     while (t.resonatorL && kFamilies[family % std::size(kFamilies)].resonantArms) ++family;
     const FamilyInfo& f = kFamilies[family % std::size(kFamilies)];
     const size_t k = cases.size();
-    cases.push_back(
-        {Displayed(f.code, 5, t.name, 0.044f, t.band ? 2e6f : 7.2e6f, t.band ? 1e7f : 0),
-         {k % 2 ? ESeries::E24 : ESeries::E12, std::nullopt, false,
-          CoreNamed(cores[k % std::size(cores)])}});
+    cases.push_back({Displayed(f.code, t.band ? 3 : 5, t.name, 0.044f, t.band ? 2e6f : 7.2e6f,
+                               t.band ? 1e7f : 0),
+                     {k % 2 ? ESeries::E24 : ESeries::E12, std::nullopt, false,
+                      CoreNamed(cores[k % std::size(cores)])}});
     ++family;
   }
-  // The 20 m harmonic filter: its rounding in E12 and E24 on two cores.
-  const DesignRecord cauer = [] {
-    DesignRecord d = Displayed(kCauer, 7, "Cinlowpass", 0.044f, 14.35e6f);
-    d.Astop = 50;
-    EXPECT_TRUE(DesignPrototype(d).Ok() && Denormalize(d).Ok());
-    return d;
-  }();
+  DesignRecord cauer = Displayed(kCauer, 7, "Cinlowpass", 0.044f, 14.35e6f);
+  cauer.Astop = 50;
+  ASSERT_TRUE(DesignPrototype(cauer).Ok() && Denormalize(cauer).Ok());
   cases.push_back({cauer, {ESeries::E12, std::nullopt, false, CoreNamed("T50-6")}, 13.72});
-  cases.push_back({cauer, {ESeries::E24, std::nullopt, false, CoreNamed("T50-6")}, 18.42});
-  cases.push_back({cauer, {ESeries::E12, std::nullopt, false, CoreNamed("T50-2")}, 12.07});
   for (const Case& x : cases) {
     SCOPED_TRACE(::testing::Message()
                  << x.d.Topology << " family " << x.d.Family << " "
@@ -156,19 +153,17 @@ TEST(Chooser, NeverMatchesWorseThanPlainRounding) {
     ExpectBuyable(c);
     for (const PositionParts& p : c.positions)
       EXPECT_TRUE(p.inductor == 0 || p.inductor == TurnsInductance(*x.request.former, p.turns));
-    if (x.rounded > 0) {
-      EXPECT_NEAR(c.rounded.returnLoss, x.rounded, 0.005);
-    }
     EXPECT_GE(c.chosen.returnLoss, c.rounded.returnLoss);
     const bool lost = c.chosen.stopband < c.exact.stopband - 1;
     EXPECT_EQ(c.note.empty(), !lost) << c.note;
+    if (x.rounded > 0) {
+      EXPECT_NEAR(c.rounded.returnLoss, x.rounded, 0.005);
+      EXPECT_TRUE(
+          c.note.ends_with("two capacitors in parallel, E24 capacitors or a core with a "
+                           "smaller AL (T37-6) would help."))
+          << c.note;
+    }
   }
-  PartsChoice c;
-  ASSERT_TRUE(ChooseParts(cauer, {ESeries::E12, std::nullopt, false, CoreNamed("T50-6")}, c).Ok());
-  EXPECT_NE(c.note.find("two capacitors in parallel, E24 capacitors or a core with a smaller AL "
-                        "(T37-6) would help."),
-            std::string::npos)
-      << c.note;
 }
 
 TEST(Chooser, OtherSeriesGiveTheirOwnValuesAndTheFiguresAreTheDisplayAnalysis) {
