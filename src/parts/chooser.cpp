@@ -271,8 +271,11 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   // Where that set matches worse than plain rounding or still loses the
   // stopband, a second search is held to plain rounding and weighs what it
   // cannot keep (merit.h); it starts from rounding too, and steps through
-  // the allowed values one part at a time.
-  if (choice.chosen.returnLoss < choice.rounded.returnLoss ||
+  // the allowed values one part at a time. Inductors from a series or in
+  // whole turns always take it: the first search rounds its continuous
+  // inductors only once, and their coarse steps often leave a better set
+  // a step or two away. The better of the two sets is kept.
+  if (in.inductorValues.Restricted() || choice.chosen.returnLoss < choice.rounded.returnLoss ||
       !in.judge.StopbandKept(choice.chosen)) {
     in.judge.roundedReturnLoss = choice.rounded.returnLoss;
     in.judge.exactStopband = choice.exact.stopband;
