@@ -39,10 +39,14 @@ DesignRecord Displayed(const benchmark::State& state) {
   return d;
 }
 
+// Single capacitors or pairs of E24 and wound inductors; or (parts 2) E12
+// capacitors and whole turns on T50-2, whose coarse steps the chooser walks
+// one part at a time and holds to plain rounding.
 void BM_ChooseParts(benchmark::State& state) {
   const DesignRecord d = Displayed(state);
   PartsRequest request;
-  request.pairs = state.range(2) != 0;
+  request.pairs = state.range(2) == 1;
+  if (state.range(2) == 2) request.capacitors = ESeries::E12, request.former = CoreNamed("T50-2");
   PartsChoice choice;
   for (auto _ : state) {
     benchmark::DoNotOptimize(ChooseParts(d, request, choice));
@@ -52,10 +56,10 @@ void BM_ChooseParts(benchmark::State& state) {
   state.counters["five_c_dB"] = choice.standard.returnLoss;
 }
 // Chebyshev and Cauer, C-input lowpass and L-input highpass (seven
-// inductors: the most to polish), single capacitors and pairs.
+// inductors: the most to polish), single capacitors, pairs and whole turns.
 BENCHMARK(BM_ChooseParts)
-    ->ArgsProduct({{0, 1}, {0, 3}, {0, 1}})
-    ->ArgNames({"cauer", "topology", "pairs"})
+    ->ArgsProduct({{0, 1}, {0, 3}, {0, 1, 2}})
+    ->ArgNames({"cauer", "topology", "parts"})
     ->Unit(benchmark::kMillisecond);
 
 void BM_FiveCStageYardstick(benchmark::State& state) {

@@ -253,7 +253,7 @@ constexpr const char* kNumbersText =
     "  design page does not take is replaced by the nearest one it does, with a notice.\n";
 
 std::string DesignLines() {
-  return "  drenik design [choices] [--values exact|5c|5l] [--json]\n";
+  return "  drenik design [choices] [--values exact|5c|5l|chosen] [--json]\n";
 }
 std::string RenderLines() {
   return "  drenik render [choices] [--values ...] (--png FILE | --svg FILE | --pdf FILE)"

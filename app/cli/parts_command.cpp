@@ -150,11 +150,15 @@ void WriteTable(const DesignResult& r, const PartsChoice& choice, std::ostream& 
   out << "  " << Padded("", 16) << Padded("Return, dB", 12) << "Stopband, dB\n";
   const std::pair<const char*, const Figures*> rows[] = {{"Exact values", &choice.exact},
                                                          {"5% C values", &choice.standard},
+                                                         {"Nearest values", &choice.rounded},
                                                          {"Chosen parts", &choice.chosen}};
   for (const auto& [name, f] : rows)
     out << "  " << Padded(name, 16) << Padded(Fixed(f->returnLoss), 12) << Fixed(f->stopband)
         << "\n";
   if (choice.keptStandard) out << "The 5% C values are kept: no set of these parts does better.\n";
+  if (choice.keptRounded)
+    out << "The nearest values are kept: no set of these parts does better.\n";
+  if (!choice.note.empty()) out << choice.note << "\n";
 }
 
 std::string List(const std::vector<double>& values) {
@@ -198,9 +202,11 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, const std::stri
       << ",\n  \"Reflection\": " << FloatList(d.Reflection.data(), points)
       << ",\n  \"figures\": {\"exact\": " << FiguresJson(choice.exact)
       << ", \"standard\": " << FiguresJson(choice.standard)
+      << ", \"rounded\": " << FiguresJson(choice.rounded)
       << ", \"chosen\": " << FiguresJson(choice.chosen)
-      << "},\n  \"keptStandard\": " << (choice.keptStandard ? "true" : "false") << ratings
-      << "\n}\n";
+      << "},\n  \"keptStandard\": " << (choice.keptStandard ? "true" : "false")
+      << ",\n  \"keptRounded\": " << (choice.keptRounded ? "true" : "false")
+      << ",\n  \"note\": " << JsonString(choice.note) << ratings << "\n}\n";
 }
 
 }  // namespace

@@ -109,6 +109,9 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
     app.Display().OnChosenParts();
     Fail(platform);
     result->parts = app.Display().ChosenParts();
+    // 'parts' prints the line in its table; the other commands name it.
+    if (options.command != Command::Parts && result->parts && !result->parts->note.empty())
+      result->notices.push_back(result->parts->note);
   }
   app.Display().SetAnalysisObserver(nullptr);
 

@@ -13,6 +13,7 @@
 #include "parts/figures.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/families.h"
+#include "synthesis/stray_warning.h"
 #include "synthesis/topologies.h"
 
 namespace drenik::cli {
@@ -143,28 +144,43 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
   }
   out << "Rsource: " << TrimBlanks(FormatValue(d.Rsource))
       << " ohms, Rload: " << TrimBlanks(FormatValue(d.Rload)) << " ohms\n";
+  // With --values exact the exact figures and columns are the whole table.
+  const bool exactOnly = chosenTitle == "exact";
+  const auto transmission = [&](const std::string& where, double f) {
+    out << "Transmission at " << where << ": "
+        << TrimBlanks(FormatValue(TransmissionAtCutoff(exact, f))) << " dB (exact)";
+    if (!exactOnly)
+      out << ", " << TrimBlanks(FormatValue(TransmissionAtCutoff(d, f))) << " dB (" << chosenTitle
+          << ")";
+    out << "\n";
+  };
   if (band) {
-    for (const auto& [name, f] : {std::pair{"f1", edges.f1}, std::pair{"f2", edges.f2}})
-      out << "Transmission at " << name << ": "
-          << TrimBlanks(FormatValue(TransmissionAtCutoff(exact, f))) << " dB (exact), "
-          << TrimBlanks(FormatValue(TransmissionAtCutoff(d, f))) << " dB (" << chosenTitle << ")\n";
+    transmission("f1", edges.f1);
+    transmission("f2", edges.f2);
   } else {
-    out << "Transmission at cutoff: " << TrimBlanks(FormatValue(TransmissionAtCutoff(exact)))
-        << " dB (exact), " << TrimBlanks(FormatValue(TransmissionAtCutoff(d))) << " dB ("
-        << chosenTitle << ")\n";
+    transmission("cutoff", -1);
   }
   WriteFigures(exact, chosen, chosenTitle, out);
+  if (const std::string warning = StrayWarning(exact); !warning.empty())
+    out << "Warning: " << warning << "\n";
   out << "\n";
 
-  out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12) << Padded("C exact", 12)
-      << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";
+  out << Padded("Pos", 5) << Padded("Element", 20) << Padded("L exact", 12);
+  if (exactOnly)
+    out << "C exact\n";
+  else
+    out << Padded("C exact", 12) << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";
   int stages = std::clamp<int>(d.Stages, 0, kComponentSlots - 1);
   for (int j = 1; j <= stages; ++j) {
     char pos[16];
     std::snprintf(pos, sizeof pos, "%3d", j);
     out << Padded(pos, 5) << Padded(ElementKindName(d.ElementType[j]), 20)
-        << Padded(FormatInductance(exact.L[j]), 12) << Padded(FormatCapacitance(exact.C[j]), 12)
-        << Padded(FormatInductance(d.L[j]), 16) << FormatCapacitance(d.C[j]) << "\n";
+        << Padded(FormatInductance(exact.L[j]), 12);
+    if (exactOnly)
+      out << FormatCapacitance(exact.C[j]) << "\n";
+    else
+      out << Padded(FormatCapacitance(exact.C[j]), 12) << Padded(FormatInductance(d.L[j]), 16)
+          << FormatCapacitance(d.C[j]) << "\n";
   }
 }
 

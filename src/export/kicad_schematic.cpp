@@ -24,6 +24,7 @@
 #include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "core/formatters.h"
+#include "export/writable_parts.h"
 #include "export/writers.h"
 #include "synthesis/families.h"
 
@@ -414,10 +415,12 @@ std::string KicadSchematicText(const DesignRecord& d) {
 }
 
 bool WriteKicadSchematic(const DesignRecord& d, const std::string& path, Platform& platform) {
+  constexpr const char* kFailure = "We could not write the KiCad schematic";
+  if (!PartsWritable(d, platform, kFailure)) return false;
   AtomicFile file(path);
   file.Write(KicadSchematicText(d));
   if (file.Commit()) return true;
-  platform.ShowMessage("We could not write the KiCad schematic");
+  platform.ShowMessage(kFailure);
   return false;
 }
 

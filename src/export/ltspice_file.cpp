@@ -14,6 +14,7 @@
 #include "core/formatters.h"
 #include "core/number_text.h"
 #include "export/ltspice_file.h"
+#include "export/writable_parts.h"
 #include "export/writers.h"
 
 namespace drenik {
@@ -131,6 +132,7 @@ std::string StageMessage(int k) {
 }  // namespace
 
 bool WriteLtspiceFile(DesignRecord& d, const std::string& path, Platform& platform) {
+  if (!PartsWritable(d, platform, kLtspiceFailure)) return false;
   AtomicFile file(path);
   if (!file.IsOpen() || d.Stages > kMaxPositions) {
     platform.ShowMessage(kLtspiceFailure);

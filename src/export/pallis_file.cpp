@@ -10,6 +10,7 @@
 #include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "core/number_text.h"
+#include "export/writable_parts.h"
 #include "export/writers.h"
 #include "synthesis/topologies.h"
 
@@ -78,6 +79,7 @@ bool WritePallisLines(const DesignRecord& d, Platform& platform, AtomicFile& fil
 }  // namespace
 
 bool WritePallisFile(const DesignRecord& d, const std::string& path, Platform& platform) {
+  if (!PartsWritable(d, platform, kPallisFailure)) return false;
   AtomicFile file(path);
   const bool written = file.IsOpen() && WritePallisLines(d, platform, file) && file.Commit();
   if (!written) platform.ShowMessage(kPallisFailure);

@@ -28,6 +28,7 @@
 #include "core/atomic_file.h"
 #include "core/element_kinds.h"
 #include "core/number_text.h"
+#include "export/writable_parts.h"
 #include "export/writers.h"
 #include "synthesis/families.h"
 
@@ -246,10 +247,12 @@ std::string SpiceNetlistText(const DesignRecord& d) {
 }
 
 bool WriteSpiceNetlist(const DesignRecord& d, const std::string& path, Platform& platform) {
+  constexpr const char* kFailure = "We could not write the SPICE netlist";
+  if (!PartsWritable(d, platform, kFailure)) return false;
   AtomicFile file(path);
   file.Write(SpiceNetlistText(d));
   if (file.Commit()) return true;
-  platform.ShowMessage("We could not write the SPICE netlist");
+  platform.ShowMessage(kFailure);
   return false;
 }
 

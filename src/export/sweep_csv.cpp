@@ -6,11 +6,13 @@
 #include "core/atomic_file.h"
 #include "core/number_text.h"
 #include "export/touchstone.h"
+#include "export/writable_parts.h"
 #include "export/writers.h"
 
 namespace drenik {
 
 bool WriteSweepCsv(const DesignRecord& d, const std::string& path, Platform& platform) {
+  if (!PartsWritable(d, platform, kSweepCsvFailure)) return false;
   AtomicFile file(path);
   bool written = file.IsOpen() && d.NrIntervals >= 0 && d.NrIntervals < kSweepSlots;
   if (written) {

@@ -9,6 +9,7 @@
 #include "core/atomic_file.h"
 #include "core/number_text.h"
 #include "export/touchstone.h"
+#include "export/writable_parts.h"
 #include "export/writers.h"
 
 namespace drenik {
@@ -47,6 +48,7 @@ bool WriteTouchstoneLines(const DesignRecord& d, AtomicFile& file) {
 }  // namespace
 
 bool WriteTouchstone(const DesignRecord& d, const std::string& path, Platform& platform) {
+  if (!PartsWritable(d, platform, kTouchstoneFailure)) return false;
   AtomicFile file(path);
   if (!file.IsOpen() || !WriteTouchstoneLines(d, file) || !file.Commit()) {
     platform.ShowMessage(kTouchstoneFailure);

@@ -36,11 +36,15 @@ void Application::FollowDisplay() {
   if (followObserver_) followObserver_();
 }
 
+// A design the display page's load refuses leaves the page where it was:
+// its message is shown, and a blank display page would only offer exports
+// and drawings of a ladder that does not exist.
 void Application::Enter(PageId page) {
   if (current_ == PageId::Ended) return;
+  const PageId from = current_;
   current_ = page;
   if (page == PageId::Design) design_.Load();
-  if (page == PageId::Display) display_.Load();
+  if (page == PageId::Display && !display_.Load()) current_ = from;
   if (pageObserver_) pageObserver_(current_);
 }
 
@@ -79,8 +83,8 @@ bool Application::PrintDisplayPage() {
   return true;
 }
 
-bool Application::AskPartsRequest(PartsRequest& request) {
-  return !partsRequestService_ || partsRequestService_(request);
+bool Application::AskPartsRequest(PartsRequest& request, const std::string& note) {
+  return !partsRequestService_ || partsRequestService_(request, note);
 }
 
 bool Application::AskPartModels(PartModelEntries& entries) {

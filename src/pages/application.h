@@ -109,7 +109,7 @@ class Application : public PageHost {
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
   // The chosen-parts dialog; without it the display page keeps its choices.
-  void SetPartsRequestService(std::function<bool(PartsRequest&)> service) {
+  void SetPartsRequestService(std::function<bool(PartsRequest&, const std::string&)> service) {
     partsRequestService_ = std::move(service);
   }
 
@@ -135,7 +135,7 @@ class Application : public PageHost {
   const std::string& UserGuideUrl() const override { return options_.userGuideUrl; }
   void ShowSpicePage() override;
   bool PrintDisplayPage() override;
-  bool AskPartsRequest(PartsRequest& request) override;
+  bool AskPartsRequest(PartsRequest& request, const std::string& note) override;
   bool AskPartModels(PartModelEntries& entries) override;
   bool AskSweep(SweepEntry& entry) override;
   void ShowTolerancePage() override;
@@ -165,7 +165,7 @@ class Application : public PageHost {
   std::function<void(PageId)> pageObserver_;
   std::function<void(SpicePage&)> spiceObserver_;
   std::function<void()> printService_;
-  std::function<bool(PartsRequest&)> partsRequestService_;
+  std::function<bool(PartsRequest&, const std::string&)> partsRequestService_;
   std::function<bool(PartModelEntries&)> partModelsService_;
   std::function<bool(SweepEntry&)> sweepService_;
   std::function<void(TolerancePage&)> toleranceObserver_;

@@ -18,6 +18,7 @@
 #include "synthesis/design_edges.h"
 #include "synthesis/families.h"
 #include "synthesis/standard_values.h"
+#include "synthesis/stray_warning.h"
 #include "synthesis/topologies.h"
 
 namespace drenik {
@@ -84,9 +85,10 @@ void DisplayPage::Shown() {
   if (shownObserver_) shownObserver_();
 }
 
-void DisplayPage::Load() {
-  controls_.RunLoad([this] { LoadPipeline(); });
-  Shown();
+bool DisplayPage::Load() {
+  const bool loaded = controls_.RunLoad([this] { LoadPipeline(); });
+  if (loaded) Shown();
+  return loaded;
 }
 void DisplayPage::OnUp() {
   Event(&DisplayPage::Up);
@@ -250,11 +252,13 @@ void DisplayPage::Inductors() {
 // its lead inductance). Between the schematic and the plot it ran into an
 // elliptic ladder's lowest resonance texts and the VSWR plot's title. It ends
 // left of the delay plot's frequency labels: two resonances and a count fit.
-// Ideal parts draw nothing here; a warning already drawn is erased when it no
-// longer holds.
+// Without a resonance the line warns of capacitors the board's strays would
+// swamp. Ideal parts of a practical size draw nothing here; a warning
+// already drawn is erased when it no longer holds.
 void DisplayPage::DrawResonanceWarning() {
   constexpr float kLeft = 2400, kTop = 8300, kRight = 8900, kBottom = 8580;
-  const std::string warning = ResonanceWarning(d_);
+  std::string warning = ResonanceWarning(d_);
+  if (warning.empty()) warning = StrayWarning(d_);
   if (warningShown_) canvas_.FilledBox(kLeft, kTop, kRight, kBottom, kWhite);
   warningShown_ = !warning.empty();
   if (warningShown_) PrintAt(kLeft, kTop + 40, warning, kRed);

@@ -44,8 +44,10 @@ class DisplayPage {
 
   // The whole pipeline: sweep settings, prototype, exact-value analysis,
   // 5% C analysis, VSWR and delay plots, legends. A fault ends it with
-  // one message; a notice before it is the one message instead.
-  void Load();
+  // one message; a notice before it is the one message instead. False when
+  // a fault ended it: the design was refused, and the page has nothing to
+  // show or export.
+  bool Load();
 
   // Button events (the buttons of Controls() call these).
   void OnUp();

@@ -17,9 +17,18 @@ namespace drenik {
 void DisplayPage::OnChosenParts() {
   controls_.RunEvent([this] {
     PartsRequest request = partsRequest_;
-    if (!host_.AskPartsRequest(request)) return;
+    if (!host_.AskPartsRequest(request, "")) return;
     partsRequest_ = request;
     ChosenPartsStage();
+    // Parts that gave stopband away bring the dialog back with the line
+    // that says so and what would help; a changed choice is made at once.
+    while (chosen_ && !chosen_->note.empty()) {
+      request = partsRequest_;
+      if (!host_.AskPartsRequest(request, chosen_->note) || SameParts(request, partsRequest_))
+        return;
+      partsRequest_ = request;
+      ChosenPartsStage();
+    }
   });
   Shown();
 }

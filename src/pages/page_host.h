@@ -33,8 +33,10 @@ class PageHost {
   // Prints the display page; false when the host cannot print.
   virtual bool PrintDisplayPage() { return false; }
   // Lets the user change the series and pairs of the chosen-parts stage;
-  // false when cancelled. A host without a window keeps them as they are.
-  virtual bool AskPartsRequest(PartsRequest&) { return true; }
+  // false when cancelled. `note` is the line of a choice that gave
+  // stopband away (empty before the first choice). A host without a window
+  // keeps them as they are.
+  virtual bool AskPartsRequest(PartsRequest&, const std::string& /*note*/) { return true; }
   // Lets the user edit the part models and the winding; false when
   // cancelled. A host without a window keeps them as they are.
   virtual bool AskPartModels(PartModelEntries&) { return true; }

@@ -7,12 +7,14 @@
 // The search keeps each capacitor among its series neighbours (and the
 // nearest pairs), ranks the combinations by a first-order model with the
 // inductors corrected to keep the exact response, then polishes the
-// inductors of the most promising few with the true analysis. It never
-// returns a set worse than the display page's "5% C values" stage when that
-// stage is itself made of the requested parts.
+// inductors of the most promising few with the true analysis. Its worst
+// passband return loss is never below that of plain rounding in the same
+// series, nor below the display page's "5% C values" stage when that stage
+// is itself made of the requested parts.
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "core/design_record.h"
@@ -32,6 +34,9 @@ struct PartsRequest {
   // in place of the series.
   std::optional<Former> former{};
 };
+
+// Whether two requests ask for the same parts (a former by its name).
+bool SameParts(const PartsRequest& a, const PartsRequest& b);
 
 // The chosen parts of one ladder position.
 struct PositionParts {
@@ -53,9 +58,20 @@ struct PartsChoice {
   std::vector<PositionParts> positions;  // ladder positions 1..Stages in order
   Figures exact;                         // the exact design
   Figures standard;                      // the "5% C values" stage
+  // Plain rounding: every capacitor to its nearest single part of the
+  // series, every inductor to its nearest allowed value (whole turn, series
+  // value, or exact when wound to value), nothing retuned.
+  Figures rounded;
   Figures chosen;
   // The search found nothing better than the 5% C stage, which is returned.
   bool keptStandard = false;
+  // Nor than plain rounding, which is returned.
+  bool keptRounded = false;
+  // Where the parts could not keep the stopband within a dB of the exact
+  // design's without matching worse than plain rounding: one line saying
+  // what was given away and what would help (parts/trade_note.h). Empty
+  // when both are kept.
+  std::string note;
 };
 
 // Called now and then with the share of the choice done (0..1), last with 1.

@@ -44,6 +44,11 @@ constexpr double kRankingSlack = 1.0;
 constexpr double kPairGain = 0.05;
 // Up to this many inductors every rounding up or down is tried.
 constexpr size_t kMaxRoundedInductors = 5;
+// A neighbouring allowed value lies beyond this ratio of the present one
+// (a stored float sits within a part in ten million of its value).
+constexpr double kNextValue = 1e-5;
+// The one-part-at-a-time descent stops after this many moves.
+constexpr int kMaxMoves = 60;
 
 struct State {
   std::vector<int> cap;
@@ -207,6 +212,52 @@ class Searcher {
     return step;
   }
 
+  // Moves one part at a time to a neighbouring value, the move that helps
+  // most first, while any helps: a capacitor to another of its options, an
+  // inductor one allowed value up or down. The polish rounds its
+  // continuous inductors once, to their two neighbours; where the allowed
+  // values are coarse (a few whole turns, an E12 series) a better set may
+  // lie a step further, or with another capacitor.
+  void Descend(State& s, const InductorValues& values) const {
+    for (int move = 0; move < kMaxMoves; ++move) {
+      std::vector<State> moves;
+      for (size_t k = 0; k < s.cap.size(); ++k)
+        for (size_t o = 0; o < in_.caps[k].options.size(); ++o)
+          if (static_cast<int>(o) != s.cap[k]) {
+            moves.push_back(s);
+            moves.back().cap[k] = static_cast<int>(o);
+          }
+      for (size_t i = 0; i < s.L.size(); ++i)
+        for (const bool up : {false, true}) {
+          const std::optional<Bracket> b =
+              InductorBracket(values, s.L[i] * (up ? 1 + kNextValue : 1 - kNextValue));
+          if (!b) continue;
+          const double next = up ? b->upper : b->lower;
+          if (Stored(next) == s.L[i]) continue;
+          moves.push_back(s);
+          moves.back().L[i] = Stored(next);
+          // A resonator's inductor and capacitor together: alone, either
+          // detunes it.
+          for (size_t k = 0; k < s.cap.size(); ++k) {
+            if (in_.caps[k].position != in_.inductors[i].position) continue;
+            for (size_t o = 0; o < in_.caps[k].options.size(); ++o)
+              if (static_cast<int>(o) != s.cap[k]) {
+                moves.push_back(s);
+                moves.back().L[i] = Stored(next);
+                moves.back().cap[k] = static_cast<int>(o);
+              }
+          }
+        }
+      if (moves.empty()) return;
+      Measure(moves);
+      const State& best =
+          *std::max_element(moves.begin(), moves.end(),
+                            [](const State& a, const State& b) { return b.merit.Beats(a.merit); });
+      if (!best.merit.Beats(s.merit)) return;
+      s = best;
+    }
+  }
+
   // Each inductor to its lower or upper series neighbour: every combination
   // when there are few, otherwise one inductor at a time from the nearest.
   // False, leaving the state as it was, where an inductor has no neighbours
@@ -340,13 +391,21 @@ SearchResult SearchParts(const SearchInput& in) {
       s.L.push_back(Stored(in.inductors[i].exact * std::exp(combo.inductorShift[i])));
     if (Searcher::Buildable(s)) starts.push_back(std::move(s));
   }
+  // Plain rounding, measured as it stands before it is polished: the
+  // search never ends below it.
+  State best, rounded;
+  if (in.HeldToRounding()) {
+    rounded.cap.assign(in.caps.size(), 0);
+    rounded.L = in.roundedInductors;
+    searcher.Measure(rounded);
+    starts.push_back(best = rounded);
+  }
   searcher.Measure(starts);
 
   // Polish the starts in turn, and stop once one is as good as the exact
   // design: the others could only come out the same or further from it.
   // Rounding to a series only loses, so a start whose continuous inductors
   // do no better than the best rounded set is not rounded.
-  State best;
   // The polishing of the starts is nearly all of the search's work.
   const double share = 1.0 / static_cast<double>(starts.size() + 1);
   for (size_t k = 0; k < starts.size(); ++k) {
@@ -362,6 +421,13 @@ SearchResult SearchParts(const SearchInput& in) {
   if (in.progress) in.progress(1 - share);
   if (best.cap.empty()) return {{}, {}, {}, UnbuildableFault(in, starts.front())};
   if (!in.inductorValues.Restricted()) searcher.Fit(best, kCoarseStep, kLastStep);
+  if (in.inductorValues.Restricted() && in.HeldToRounding()) {
+    // From the best set and from plain rounding, which may lie in another
+    // valley of the response.
+    searcher.Descend(best, in.inductorValues);
+    searcher.Descend(rounded, in.inductorValues);
+    if (rounded.merit.Beats(best.merit)) best = rounded;
+  }
   PreferSingleParts(in, searcher, best);
   return {best.cap, best.L, best.merit};
 }
@@ -372,6 +438,7 @@ SearchResult RefineParts(const SearchInput& in, const SearchResult& from) {
   searcher.Measure(s);
   const State kept = s;
   if (!searcher.Fit(s, kRefitStep, kLastStep)) s = kept;
+  if (in.inductorValues.Restricted() && in.HeldToRounding()) searcher.Descend(s, in.inductorValues);
   return {s.cap, s.L, s.merit};
 }
 

@@ -43,8 +43,17 @@ struct SearchInput {
   std::vector<CapSlot> caps;
   std::vector<InductorSlot> inductors;
   InductorValues inductorValues;  // what each inductor may be
-  Probe probe;                    // where candidates are measured
-  std::vector<float> stopPeaks;   // stopband points of the first-order model
+  // Plain rounding: each inductor's exact value rounded to the nearest one
+  // it may take, per inductor slot (the capacitors take their nearest
+  // option). Where given, a candidate as it stands and a start of the
+  // polish, and the result steps through the allowed values one part at a
+  // time; empty for a search that is not held to rounding.
+  std::vector<double> roundedInductors;
+  bool HeldToRounding() const {
+    return !roundedInductors.empty() && roundedInductors.size() == inductors.size();
+  }
+  Probe probe;                   // where candidates are measured
+  std::vector<float> stopPeaks;  // stopband points of the first-order model
   Judge judge;
   // Told the share of the search done (0..1) as each start is polished.
   std::function<void(double done)> progress{};

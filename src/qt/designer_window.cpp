@@ -185,7 +185,8 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
                                stress ? &paper : nullptr);
   });
   app.SetSpiceObserver([this](SpicePage& page) { RunSpiceDialog(page, this); });
-  app.SetPartsRequestService([this](PartsRequest& r) { return AskPartsRequest(r, this); });
+  app.SetPartsRequestService(
+      [this](PartsRequest& r, const std::string& note) { return AskPartsRequest(r, note, this); });
   app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
   app.SetSweepService([this](SweepEntry& e) { return AskSweep(e, this); });
   // The tolerance page in its own window beside this one, made once.

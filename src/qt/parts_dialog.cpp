@@ -4,6 +4,8 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "qt/winding_box.h"
@@ -12,12 +14,13 @@ namespace drenik {
 
 // The inductor list starts with the wound choice; the series follow in the
 // order of the capacitor list, so index k + 1 is series k.
-PartsDialog::PartsDialog(const PartsRequest& request, QWidget* parent)
+PartsDialog::PartsDialog(const PartsRequest& request, const std::string& note, QWidget* parent)
     : QDialog(parent),
       capacitors_(new QComboBox(this)),
       inductors_(new QComboBox(this)),
       pairs_(new QCheckBox("Two capacitors in parallel where that comes nearer", this)),
-      winding_(new WindingBox(request.former, "None: the inductors above", this)) {
+      winding_(new WindingBox(request.former, "None: the inductors above", this)),
+      note_(new QLabel(QString::fromStdString(note), this)) {
   setWindowTitle("Chosen parts");
   inductors_->addItem("Wound to value (exact)");
   for (const ESeriesInfo& s : kESeries) {
@@ -31,6 +34,9 @@ PartsDialog::PartsDialog(const PartsRequest& request, QWidget* parent)
   capacitors_->setObjectName("cboCapacitors");
   inductors_->setObjectName("cboInductors");
   pairs_->setObjectName("chkPairs");
+  note_->setObjectName("lblNote");
+  note_->setWordWrap(true);
+  note_->setVisible(!note.empty());
 
   auto* form = new QFormLayout;
   form->addRow("Capacitors:", capacitors_);
@@ -42,9 +48,14 @@ PartsDialog::PartsDialog(const PartsRequest& request, QWidget* parent)
   connect(winding_, &WindingBox::Changed, this, follow);
   follow();
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  if (!note.empty()) {
+    buttons->button(QDialogButtonBox::Ok)->setText("Choose again");
+    buttons->button(QDialogButtonBox::Cancel)->setText("Keep these parts");
+  }
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
+  layout->addWidget(note_);
   layout->addLayout(form);
   layout->addWidget(buttons);
 }
@@ -59,8 +70,8 @@ PartsRequest PartsDialog::Request() const {
   return r;
 }
 
-bool AskPartsRequest(PartsRequest& request, QWidget* parent) {
-  PartsDialog dialog(request, parent);
+bool AskPartsRequest(PartsRequest& request, const std::string& note, QWidget* parent) {
+  PartsDialog dialog(request, note, parent);
   if (dialog.exec() != QDialog::Accepted) return false;
   request = dialog.Request();
   return true;

@@ -7,12 +7,14 @@
 
 #include "synthesis/band_transform.h"
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <vector>
 
 #include "core/formatters.h"
 #include "synthesis/families.h"
+#include "synthesis/stray_warning.h"
 #include "synthesis/topologies.h"
 
 namespace drenik {
@@ -245,20 +247,6 @@ EngineReport FillLInputBandstop(DesignRecord& d) {
   return Direct(d, "Linlowpass", true);
 }
 
-// The end couplings set the external Q, g0 g1 / FBW, with the source
-// conductance seen through a series capacitor. A resonator reactance of
-// 0.09 R g / FBW makes the end coupling capacitor about 0.3 of the
-// resonator's, which keeps the resonator capacitors positive up to
-// fractional bandwidths of about 30 %.
-double DefaultResonatorL(const DesignRecord& d) {
-  const std::vector<double> g = PrototypeValues(d);
-  const size_t n = g.size() - 2;
-  const double fbw = static_cast<double>(d.Width) / d.Center;
-  const double gEnd = std::min(g[0] * g[1], g[n] * g[n + 1]);
-  const double w0 = (static_cast<double>(d.Pi) + d.Pi) * d.Center;
-  return TwoFigures(0.09 * d.Rsource * gEnd / fbw / w0);
-}
-
 // Shunt tanks of one inductance coupled by series capacitors. The inverter
 // admittances are J(j,j+1) = FBW b / sqrt(g_j g_j+1) with the resonator's
 // susceptance slope b = w0 C = 1 / (w0 L), so the coupling capacitor
@@ -268,14 +256,13 @@ double DefaultResonatorL(const DesignRecord& d) {
 // as every resonator gives up the coupling capacitors on either side.
 namespace {
 
-EngineReport CoupledAt(const DesignRecord& d, double center, double width,
+EngineReport CoupledAt(const DesignRecord& d, double center, double width, double lr,
                        std::vector<Part>& parts) {
   const std::vector<double> g = PrototypeValues(d);
   const int n = static_cast<int>(g.size()) - 2;
   const double twoPi = static_cast<double>(d.Pi) + d.Pi;
   const Band band{d.Rsource, twoPi * center, twoPi * width};
   const double fbw = band.wb / band.w0;
-  const double lr = d.ResonatorL > 0 ? d.ResonatorL : DefaultResonatorL(d);
   const double b = 1 / (band.w0 * lr);
   const double cres = b / band.w0;
   const double gs = 1 / band.r;  // source and load conductance: the load is Rsource
@@ -310,6 +297,16 @@ EngineReport CoupledAt(const DesignRecord& d, double center, double width,
     parts.push_back({SeriesC, 0, cc[j]});
   }
   return {};
+}
+
+// The smallest capacitor of the coupled ladder with resonators of `lr`
+// henries (F); 0 where there is no such design.
+double SmallestCoupledC(const DesignRecord& d, double lr) {
+  std::vector<Part> parts;
+  if (!CoupledAt(d, d.Center, d.Width, lr, parts).Ok()) return 0;
+  double least = HUGE_VAL;
+  for (const Part& p : parts) least = std::min(least, p.c);
+  return least;
 }
 
 // The transducer gain of a lossless coupled ladder at f (Hz), terminated in
@@ -353,6 +350,48 @@ double EdgeFrom(const std::vector<Part>& parts, double r, double twoPi, double l
 
 }  // namespace
 
+// The end couplings set the external Q, g0 g1 / FBW, with the source
+// conductance seen through a series capacitor. A resonator reactance of
+// 0.09 R g / FBW makes the end coupling capacitor about 0.3 of the
+// resonator's, which keeps the resonator capacitors positive up to
+// fractional bandwidths of about 30 %.
+//
+// Every capacitor of the ladder scales as 1 / L, and the inner couplings
+// are the band's fraction of the resonator's: a narrow band at VHF leaves
+// them at a fraction of a picofarad, which the board's strays swamp. Where
+// that reactance leaves a capacitor below kLeastPracticalCapacitance (or
+// gives no design at all), the resonators take the two-figure inductance
+// nearest it that keeps every capacitor at or above that (the largest
+// such, as the capacitors fall with L), and where none does, the one whose
+// smallest capacitor is largest.
+double DefaultResonatorL(const DesignRecord& d) {
+  const std::vector<double> g = PrototypeValues(d);
+  const size_t n = g.size() - 2;
+  const double fbw = static_cast<double>(d.Width) / d.Center;
+  const double gEnd = std::min(g[0] * g[1], g[n] * g[n + 1]);
+  const double w0 = (static_cast<double>(d.Pi) + d.Pi) * d.Center;
+  const double practical = TwoFigures(0.09 * d.Rsource * gEnd / fbw / w0);
+  if (!(practical > 0) || !std::isfinite(practical) ||
+      SmallestCoupledC(d, practical) >= kLeastPracticalCapacitance)
+    return practical;
+  // Every two-figure value three decades either side.
+  const int top = static_cast<int>(std::floor(std::log10(practical)));
+  double best = practical, bestC = 0;
+  bool kept = false;
+  for (int decade = top - 3; decade <= top + 3; ++decade) {
+    for (int figures = 10; figures <= 99; ++figures) {
+      const double lr = figures * std::pow(10.0, decade - 1);
+      const double least = SmallestCoupledC(d, lr);
+      const bool keeps = least >= kLeastPracticalCapacitance;
+      const bool nearer =
+          std::fabs(std::log(lr / practical)) < std::fabs(std::log(best / practical));
+      if ((keeps && (!kept || nearer)) || (!kept && !keeps && least > bestC))
+        best = lr, bestC = least, kept = keeps;
+    }
+  }
+  return best;
+}
+
 // The coupling capacitors are frequency dependent (J = w C), so the
 // narrow-band formulas leave a band of 10 % a few percent of its width
 // high and narrow. The design is repeated with its asked edges moved by
@@ -371,9 +410,10 @@ EngineReport FillCoupledBandpass(DesignRecord& d) {
   const double twoPi = static_cast<double>(d.Pi) + d.Pi;
   const BandEdges want = EdgesOfBand(d.Center, d.Width);
   double f1 = want.f1, f2 = want.f2;
+  const double lr = d.ResonatorL > 0 ? d.ResonatorL : DefaultResonatorL(d);
   std::vector<Part> parts;
   for (int round = 0; round < 8; ++round) {
-    if (EngineReport r = CoupledAt(d, std::sqrt(f1 * f2), f2 - f1, parts); !r.Ok()) return r;
+    if (EngineReport r = CoupledAt(d, std::sqrt(f1 * f2), f2 - f1, lr, parts); !r.Ok()) return r;
     const double margin = d.Width / 2;
     const double got1 = EdgeFrom(parts, d.Rsource, twoPi, level, want.f1 - margin, d.Center);
     const double got2 = EdgeFrom(parts, d.Rsource, twoPi, level, want.f2 + margin, d.Center);

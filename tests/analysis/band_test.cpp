@@ -14,6 +14,7 @@
 #include "analysis/sweep.h"
 #include "export/writers.h"
 #include "synthesis/families.h"
+#include "synthesis/stray_warning.h"
 #include "synthesis/topologies.h"
 
 namespace drenik {
@@ -101,6 +102,19 @@ TEST(BandLadders, CoupledResonatorsKeepRippleAndEdges) {
       EXPECT_LT(Db(d, f + (f == e.f1 ? -0.02 : 0.02) * bw), -0.2) << fbw;
     }
   }
+  // The 2 m band: the practical inductance keeps every capacitor above the
+  // board's strays, where 170 nH would leave the inner couplings at a tenth
+  // of a picofarad, which the warning names. A Bessel band of 10 %, which
+  // the reactance rule alone left with no design, has one.
+  DesignRecord vhf = Band(kChebyshev, 5, "Coupledbandpass", 146e6, 4e6, 0.044f);
+  for (int k = 1; k <= vhf.Stages; ++k) EXPECT_GE(vhf.C[k], 1e-12f) << k;
+  EXPECT_EQ(StrayWarning(vhf), "");
+  vhf.ResonatorL = 170e-9f;
+  ASSERT_TRUE(Denormalize(vhf).Ok());
+  EXPECT_EQ(StrayWarning(vhf),
+            "C5 0.121806pF and 3 more below 1 pF: swamped by the board's strays.");
+  EXPECT_EQ(Band(kBessel, 5, "Coupledbandpass", 10e6, 1e6).Stages, 11);
+
   // An inductance far too large leaves no positive resonator capacitor.
   DesignRecord d = Band(kChebyshev, 5, "Cinlowpass", 7.15e6, 3e5);
   d.Topology = "Coupledbandpass", d.Center = 7.15e6f, d.ResonatorL = 1e-3f;

@@ -278,6 +278,11 @@ TEST(Cli, TableAndExportOutputs) {
   for (const char* text : {"Butterworth, order 3, Cinlowpass", "Cutoff (3 dB)",
                            "Rsource: 50 ohms, Rload: 50 ohms", "  2  series L", "  3  shunt C"})
     EXPECT_NE(r.out.find(text), std::string::npos) << text;
+  // With --values exact the exact column is the only one.
+  r = RunLine("design --family butterworth --order 3 --values exact");
+  EXPECT_TRUE(r.out.find("C exact\n  1  shunt C") != std::string::npos &&
+              r.out.find("dB (exact)\n") != std::string::npos)
+      << r.out;
 
   // The passband and stopband figures of each stage are the parts table's,
   // for every family (an octave from the cutoff without a stopband edge).
@@ -406,8 +411,14 @@ TEST(Cli, PartsJsonTableAndPartsList) {
 
   r = RunLine("parts --family cauer --cseries E96 --lseries E12");
   EXPECT_TRUE(r.status == 0 && r.out.find("capacitors E96, inductors E12") != std::string::npos);
-  for (const char* row : {"Exact values", "5% C values", "Chosen parts"})
+  for (const char* row : {"Exact values", "5% C values", "Nearest values", "Chosen parts"})
     EXPECT_NE(r.out.find(row), std::string::npos) << row;
+  // E6 parts give stopband away: 'parts' says so under its figures, the
+  // other commands name it.
+  const std::string lost = "E6 capacitors and E6 inductors cannot keep both";
+  EXPECT_NE(RunLine("parts --cseries E6 --lseries E6").out.find("\n" + lost), std::string::npos);
+  r = RunLine("design --values chosen --cseries E6 --lseries E6");
+  EXPECT_TRUE(r.status == 0 && r.err.starts_with("drenik: " + lost)) << r.err;
   r = RunLine("parts --bom " + folder / "missing/parts.csv");
   EXPECT_TRUE(r.status == 1 && r.err.find("missing/parts.csv") != std::string::npos);
   EXPECT_NE(RunLine("parts --help").out.find("--cseries E6|E12|E24|E48|E96"), std::string::npos);

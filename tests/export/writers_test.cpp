@@ -112,6 +112,7 @@ TEST(LtspiceFile, ThirdOrderLowpassBlocksAndLoad) {
 
   // Codes 5 and 8 have blocks of their own; other codes are reported per stage and skipped.
   d.SchematicWidth = 1234.5f, d.Stages = 7, d.ElementType = {0, 1, 2, 3, 5, 6, 7, 8};
+  d.L.fill(1e-6f), d.C.fill(1e-9f);
   ASSERT_TRUE(WriteLtspiceFile(d, folder / "b.ASC", platform));
   const Lines wide = CrLfLines(folder / "b.ASC");
   EXPECT_EQ(wide[1], "SHEET 1  1234.5  600");

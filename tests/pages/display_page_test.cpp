@@ -21,6 +21,7 @@
 #include "support/temp_folder.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/design_edges.h"
+#include "synthesis/stray_warning.h"
 #include "tolerance/tolerance.h"
 
 namespace drenik::testing {
@@ -165,6 +166,16 @@ TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
   Display().Load();
   for (const DrawOp& op : Page().Ops())
     EXPECT_TRUE(op.kind != DrawOp::Kind::Text || op.text.find("resonance") == std::string::npos);
+  // Without one, the line warns of capacitors that the board's strays
+  // swamp: the 2 m band on 170 nH resonators.
+  Display().OnChangeDesign();
+  Design().Box("txtCenter").Type("146M");
+  Design().Box("txtBandwidth").Type("4M");
+  Design().Option("optCoupledbandpass").Click();
+  Design().Box("txtResonatorL").Type("170n");
+  Design().Button("cmdDesign").Click();
+  EXPECT_TRUE(StrayWarning(D()).starts_with("C5 0.12pF and 3 more"));
+  EXPECT_TRUE(Shows(StrayWarning(D()), 2400, 8340));
 
   // A band design's series branches and tanks (codes 5 and 8) carry real
   // inductors, which resonate too; elsewhere the kernel takes them as wires.
@@ -301,7 +312,7 @@ TEST(SpicePage, TextsProposedNamesAndDrawing) {
 TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheirList) {
   DisplayPage& page = OpenDisplay();
   int asked = 0;
-  App().SetPartsRequestService([&](PartsRequest& r) {
+  App().SetPartsRequestService([&](PartsRequest& r, const std::string&) {
     r = {ESeries::E12, std::nullopt, true};
     return ++asked > 1;  // the first dialog is cancelled
   });
@@ -346,12 +357,19 @@ TEST_F(DisplayPageTest, ChosenPartsFollowEveryRedrawUntilTheNextLoadAndSaveTheir
   EXPECT_EQ(platform.dialogs.size(), 2u);
 
   // Another run with other parts replaces the curves at once: one curve of
-  // each colour, never the last run's beside it.
-  App().SetPartsRequestService([&](PartsRequest& r) {
+  // each colour, never the last run's beside it. E6 parts give stopband
+  // away: the dialog comes back with the line that says so, and its Cancel
+  // keeps them.
+  std::vector<std::string> notes;
+  App().SetPartsRequestService([&](PartsRequest& r, const std::string& note) {
     r = {ESeries::E6, ESeries::E6, false};
-    return true;
+    notes.push_back(note);
+    return note.empty();
   });
   page.OnChosenParts();
+  ASSERT_EQ(notes.size(), 2u);
+  EXPECT_TRUE(notes[0].empty() && notes[1] == page.ChosenParts()->note);
+  EXPECT_TRUE(notes[1].starts_with("E6 capacitors and E6 inductors cannot keep both")) << notes[1];
   for (int32_t color : {kChosenTransmissionColor, kChosenReflectionColor})
     EXPECT_LE(std::ranges::count_if(Page().Ops(),
                                     [&](const DrawOp& op) {

@@ -17,6 +17,7 @@
 #include "support/temp_folder.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik::testing {
 namespace {
@@ -26,7 +27,7 @@ constexpr const char* kTopologies[] = {"Cinlowpass", "Linlowpass", "Cinhighpass"
 // A design as the display page holds it after its load: the exact values
 // and the page's sweep settings.
 DesignRecord Displayed(int16_t family, int order, const char* topology, float ripple = 0.044f,
-                       float width = 4.2e6f) {
+                       float width = 4.2e6f, float center = 0) {
   DesignRecord d;
   SetLastSessionDefaults(d);
   d.Pi = static_cast<float>(4 * std::atan(1.0));
@@ -39,8 +40,10 @@ DesignRecord Displayed(int16_t family, int order, const char* topology, float ri
   d.CauerType = "C";
   d.Rload = d.Rstandard = 50;
   d.Width = width;
-  d.Fstart = width * 0.2f;
-  d.Fstop = width * 5;
+  d.Center = center;
+  const double k = center > 0 ? BandSweepFactor(center, width) : 0;
+  d.Fstart = center > 0 ? static_cast<float>(center / k) : width * 0.2f;
+  d.Fstop = center > 0 ? static_cast<float>(center * k) : width * 5;
   d.NrIntervals = 1000;
   EXPECT_TRUE(DesignPrototype(d).Ok() && Denormalize(d).Ok());
   return d;
@@ -100,16 +103,67 @@ TEST(Chooser, KeepsTheResponseBetterThanTheFivePercentStageInEveryTopology) {
   }
   EXPECT_GE(gain / gains, 2.0);
 
-  // A 600-ohm highpass where the search's best set (22.92 dB) matched worse
-  // than the 5% C stage (23.16 dB): the stage is returned.
+  // A 600-ohm highpass where the search's best set once matched worse than
+  // the 5% C stage (23.16 dB).
   DesignRecord d = Displayed(kChebyshev, 5, "Linhighpass", 0.01f, 14.3e6f);
   d.Rsource = d.Rload = d.Rstandard = 600;
   ASSERT_TRUE(DesignPrototype(d).Ok() && Denormalize(d).Ok());
   PartsChoice c;
   ASSERT_TRUE(ChooseParts(d, {}, c).Ok());
   EXPECT_NEAR(c.standard.returnLoss, 23.16, 0.005);
-  EXPECT_TRUE(c.keptStandard);
-  EXPECT_EQ(c.chosen.returnLoss, c.standard.returnLoss);
+  EXPECT_GE(c.chosen.returnLoss, c.standard.returnLoss);
+}
+
+// Plain rounding (each capacitor to its nearest series value, each inductor
+// to its nearest whole turn) is the least the chooser hands back, over the
+// rows of the family and topology tables with the cores most wound for HF
+// (band designs of order 3: their ladders are twice as long), and for the
+// 20 m harmonic filter whose chosen parts once matched at 5.7 dB against
+// rounding's 13.7 dB. Where it gives stopband away for that, and only
+// there, it says so and what would help.
+TEST(Chooser, NeverMatchesWorseThanPlainRounding) {
+  struct Case {
+    DesignRecord d;
+    PartsRequest request;
+    double rounded = 0;  // the nearest values' return loss, dB, where known
+  };
+  const char* cores[] = {"T37-2", "T50-2", "T50-6", "T68-2"};
+  std::vector<Case> cases;
+  size_t family = 0;
+  for (const TopologyInfo& t : Topologies()) {
+    while (t.resonatorL && kFamilies[family % std::size(kFamilies)].resonantArms) ++family;
+    const FamilyInfo& f = kFamilies[family % std::size(kFamilies)];
+    const size_t k = cases.size();
+    cases.push_back({Displayed(f.code, t.band ? 3 : 5, t.name, 0.044f, t.band ? 2e6f : 7.2e6f,
+                               t.band ? 1e7f : 0),
+                     {k % 2 ? ESeries::E24 : ESeries::E12, std::nullopt, false,
+                      CoreNamed(cores[k % std::size(cores)])}});
+    ++family;
+  }
+  DesignRecord cauer = Displayed(kCauer, 7, "Cinlowpass", 0.044f, 14.35e6f);
+  cauer.Astop = 50;
+  ASSERT_TRUE(DesignPrototype(cauer).Ok() && Denormalize(cauer).Ok());
+  cases.push_back({cauer, {ESeries::E12, std::nullopt, false, CoreNamed("T50-6")}, 13.72});
+  for (const Case& x : cases) {
+    SCOPED_TRACE(::testing::Message()
+                 << x.d.Topology << " family " << x.d.Family << " "
+                 << InfoOf(x.request.capacitors).name << " " << x.request.former->Name());
+    PartsChoice c;
+    ASSERT_TRUE(ChooseParts(x.d, x.request, c).Ok());
+    ExpectBuyable(c);
+    for (const PositionParts& p : c.positions)
+      EXPECT_TRUE(p.inductor == 0 || p.inductor == TurnsInductance(*x.request.former, p.turns));
+    EXPECT_GE(c.chosen.returnLoss, c.rounded.returnLoss);
+    const bool lost = c.chosen.stopband < c.exact.stopband - 1;
+    EXPECT_EQ(c.note.empty(), !lost) << c.note;
+    if (x.rounded > 0) {
+      EXPECT_NEAR(c.rounded.returnLoss, x.rounded, 0.005);
+      EXPECT_TRUE(
+          c.note.ends_with("two capacitors in parallel, E24 capacitors or a core with a "
+                           "smaller AL (T37-6) would help."))
+          << c.note;
+    }
+  }
 }
 
 TEST(Chooser, OtherSeriesGiveTheirOwnValuesAndTheFiguresAreTheDisplayAnalysis) {

@@ -213,7 +213,7 @@ TEST_F(WindowTest, PagesLayOutCleanlyScaleByOneFactorAndAreShot) {
   save("design-zelmar.png");
   ControlPageView& display = window->DisplayView();
   Click(Button(window->DesignView(), "cmdDesign"));
-  app->SetPartsRequestService([](PartsRequest&) { return true; });  // no dialog
+  app->SetPartsRequestService([](PartsRequest&, const std::string&) { return true; });  // no dialog
   for (const char* button : {"cmdVSWR", "cmdTime", "cmdInductors", "cmdChosenParts"})
     Click(Button(display, button));
   MoveMouse(5200, 6100);

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include "core/formatters.h"
 
+#include "export/formats.h"
 #include "fixture.h"
 #include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
@@ -242,6 +243,27 @@ TEST_F(WindowTest, SweepDialogWidensABandsSweep) {
   EXPECT_TRUE(D().Fstop == float(D().Center * 3) && platform->messages.empty());
 }
 
+// A refused design opens no display page: from a fresh start the coupled
+// bandpass is refused at the default 4.2 MHz width (the label says so), and
+// "Display responses" gives the message and stays on the design page. The writers of every export
+// refuse the zero parts it leaves, with a message, and write no file.
+TEST_F(WindowTest, ARefusedDesignOpensNoDisplayPageAndNoWriterTakesIt) {
+  Start();
+  Click(Radio("optCoupledbandpass"));
+  ASSERT_TRUE(platform->messages.empty());
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_EQ(platform->messages.size(), 1u);
+  EXPECT_EQ(app->CurrentPage(), PageId::Design);
+  EXPECT_FALSE(window->DisplayView().isVisible());
+  for (const ExportFormat& f : ExportFormats()) {
+    const std::string file = folder / (std::string("refused") + f.extension);
+    EXPECT_FALSE(f.write(D(), file, *platform)) << f.option;
+    EXPECT_FALSE(std::filesystem::exists(file)) << f.option;
+    EXPECT_NE(platform->messages.back().text.find(" is 0 F in this design"), std::string::npos)
+        << platform->messages.back().text;
+  }
+}
+
 // "Chosen parts" opens its dialog over the window: OK takes the series and
 // pairs and draws the stage, Cancel changes nothing.
 TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
@@ -268,6 +290,28 @@ TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
   const PartsRequest& r = app->Display().ChosenParts()->request;
   EXPECT_TRUE(r.capacitors == ESeries::E96 && r.inductors == ESeries::E12 && r.pairs);
   EXPECT_EQ(D().ValueMode, kChosenPartsMode);
+
+  // E6 parts give stopband away: the dialog comes back with the line that
+  // says so over its choices; "Keep these parts" keeps them.
+  QTimer::singleShot(0, [this] {
+    auto* dialog = qobject_cast<PartsDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_FALSE(dialog->Note()->isVisible());
+    dialog->Capacitors()->setCurrentIndex(0);
+    dialog->Inductors()->setCurrentIndex(1);
+    dialog->Pairs()->setChecked(false);
+    QTimer::singleShot(0, [this] {
+      auto* again = qobject_cast<PartsDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(again, nullptr);
+      EXPECT_TRUE(again->Note()->isVisible());
+      EXPECT_EQ(again->Note()->text().toStdString(), app->Display().ChosenParts()->note);
+      again->grab().save(DRENIK_BINARY_DIR "/screenshots/parts-dialog-note.png");
+      again->reject();
+    });
+    dialog->accept();
+  });
+  Click(Button(window->DisplayView(), "cmdChosenParts"));
+  EXPECT_TRUE(app->Display().ChosenParts()->note.starts_with("E6 capacitors and E6 inductors"));
 }
 
 // "Part models" opens its dialog over the window: what is typed there
