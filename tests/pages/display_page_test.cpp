@@ -169,9 +169,9 @@ TEST_F(DisplayPageTest, WarnsOfASelfResonanceInsideTheSweep) {
   // Without one, the line warns of capacitors that the board's strays
   // swamp: the 2 m band on 170 nH resonators.
   Display().OnChangeDesign();
+  Design().Option("optCoupledbandpass").Click();
   Design().Box("txtCenter").Type("146M");
   Design().Box("txtBandwidth").Type("4M");
-  Design().Option("optCoupledbandpass").Click();
   Design().Box("txtResonatorL").Type("170n");
   Design().Button("cmdDesign").Click();
   EXPECT_TRUE(StrayWarning(D()).starts_with("C5 0.12pF and 3 more"));

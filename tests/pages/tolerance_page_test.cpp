@@ -230,10 +230,10 @@ TEST_F(TolerancePageTest, BadBoxesAreNamedCancelStopsAndNoWindowMeansNoPrinting)
 TEST_F(TolerancePageTest, NoDefaultMaskSaysWhyAndRunsNothing) {
   StartDesign();
   for (const char* option : {"optCauer", "optOrder3", "optQ2"}) Design().Option(option).Click();
+  Design().Option("optCinbandstop").Click();
   Design().Box("txtCenter").Type("630.07M");
   Design().Box("txtBandwidth").Type("316.21M");
   Design().Box("txtQother").Type("5960");
-  Design().Option("optCinbandstop").Click();
   D().InductorQLaw = QLaw::Sqrt, D().CapacitorQ = 32.1f, D().CapacitorEsl = 1.08e-8f;
   Design().Button("cmdDesign").Click();
   Display().Controls().FindButton("cmdTolerance")->Click();
