@@ -95,43 +95,118 @@ bool IdealParts(const DesignRecord& d) {
          d.WindingCapacitance == 0 && d.CapacitorEsl == 0;
 }
 
+using Fields = std::vector<std::string_view>;
+
+// The band pair: a band design's centre and coupled-resonator inductance.
+// Bad values make the line unreadable.
+bool ReadBand(const Fields& f, size_t at, DesignRecord& d) {
+  const auto center = ReadReal(f[at]), resonatorL = ReadReal(f[at + 1]);
+  if (!center || !resonatorL) return false;
+  d.Center = *center;
+  d.ResonatorL = *resonatorL;
+  return true;
+}
+
+std::string WriteBand(const DesignRecord& d) {
+  return "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.ResonatorL);
+}
+
 // The part models as the display page's dialog takes them: a known law, a
 // capacitor Q above 0, capacitances and inductances of 0 or more. Anything
 // else leaves the ideal parts (the design itself still loads).
-void ReadPartModels(const std::vector<std::string_view>& fields, DesignRecord& d) {
-  const auto law = ReadInteger(fields[10]);
-  const auto q = ReadReal(fields[11]), cp = ReadReal(fields[12]), esl = ReadReal(fields[13]);
+bool ReadPartModels(const Fields& f, size_t at, DesignRecord& d) {
+  const auto law = ReadInteger(f[at]);
+  const auto q = ReadReal(f[at + 1]), cp = ReadReal(f[at + 2]), esl = ReadReal(f[at + 3]);
   if (!law || *law < 0 || *law > static_cast<int16_t>(QLaw::Linear) || !q || !(*q > 0) || !cp ||
       !(*cp >= 0) || !esl || !(*esl >= 0))
-    return;
+    return true;
   d.InductorQLaw = static_cast<QLaw>(*law);
   d.CapacitorQ = *q;
   d.WindingCapacitance = *cp;
   d.CapacitorEsl = *esl;
+  return true;
+}
+
+std::string WritePartModels(const DesignRecord& d) {
+  return "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," + ShortestText(d.CapacitorQ) +
+         "," + ShortestText(d.WindingCapacitance) + "," + ShortestText(d.CapacitorEsl);
+}
+
+// A ripple chosen beyond the design page's buttons, kept as it is: 1, or 0
+// for a ripple the page snaps as it always did. Anything else makes the
+// line unreadable.
+bool ReadExactRipple(const Fields& f, size_t at, DesignRecord& d) {
+  const auto exact = ReadInteger(f[at]);
+  if (!exact || (*exact != 0 && *exact != 1)) return false;
+  d.ExactRipple = *exact;
+  return true;
+}
+
+std::string WriteExactRipple(const DesignRecord& d) {
+  return "," + std::to_string(d.ExactRipple ? 1 : 0);
+}
+
+// The groups of fields after the eight, in the order of the line. A group is
+// written when it is needed or a later one is, with its defaults then, so a
+// line that needs none is the eight fields as it always was; a line may end
+// after any group, and the groups it does not reach take their defaults.
+struct FieldGroup {
+  size_t count;
+  bool (*needed)(const DesignRecord&);
+  std::string (*write)(const DesignRecord&);
+  // False when the fields make the whole line unreadable.
+  bool (*read)(const Fields&, size_t at, DesignRecord&);
+};
+
+constexpr FieldGroup kGroups[] = {
+    {.count = 2,
+     .needed = [](const DesignRecord& d) { return d.Center > 0; },
+     .write = &WriteBand,
+     .read = &ReadBand},
+    {.count = 4,
+     .needed = [](const DesignRecord& d) { return !IdealParts(d); },
+     .write = &WritePartModels,
+     .read = &ReadPartModels},
+    {.count = 1,
+     .needed = [](const DesignRecord& d) { return d.ExactRipple != 0; },
+     .write = &WriteExactRipple,
+     .read = &ReadExactRipple},
+};
+
+// The record with every field the groups carry at its default.
+void SetGroupDefaults(DesignRecord& d) {
+  const DesignRecord fresh;
+  d.Center = fresh.Center;
+  d.ResonatorL = fresh.ResonatorL;
+  d.InductorQLaw = fresh.InductorQLaw;
+  d.CapacitorQ = fresh.CapacitorQ;
+  d.WindingCapacitance = fresh.WindingCapacitance;
+  d.CapacitorEsl = fresh.CapacitorEsl;
+  d.ExactRipple = fresh.ExactRipple;
 }
 
 }  // namespace
 
 std::string LastSessionLine(const DesignRecord& d) {
-  const bool ideal = IdealParts(d);
-  return std::to_string(d.Order) + "," + ShortestText(d.Width) + "," + std::to_string(d.Family) +
-         "," + ShortestText(d.Apass) + "," + ShortestText(d.Astop) + ",\"" + d.Topology + "\"," +
-         ShortestText(d.Rsource) + "," + ShortestText(d.Qind) +
-         (d.Center > 0 || !ideal
-              ? "," + ShortestText(std::max(d.Center, 0.0f)) + "," + ShortestText(d.ResonatorL)
-              : "") +
-         (ideal ? ""
-                : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
-                      ShortestText(d.CapacitorQ) + "," + ShortestText(d.WindingCapacitance) + "," +
-                      ShortestText(d.CapacitorEsl));
+  std::string line = std::to_string(d.Order) + "," + ShortestText(d.Width) + "," +
+                     std::to_string(d.Family) + "," + ShortestText(d.Apass) + "," +
+                     ShortestText(d.Astop) + ",\"" + d.Topology + "\"," + ShortestText(d.Rsource) +
+                     "," + ShortestText(d.Qind);
+  size_t last = 0;  // groups to write
+  for (size_t g = 0; g < std::size(kGroups); ++g)
+    if (kGroups[g].needed(d)) last = g + 1;
+  for (size_t g = 0; g < last; ++g) line += kGroups[g].write(d);
+  return line;
 }
 
 bool ParseLastSession(std::string_view text, DesignRecord& d) {
   // Only the first line counts; what follows its line end is ignored.
   size_t lineEnd = text.find_first_of("\r\n");
   std::string_view line = text.substr(0, lineEnd);
-  std::vector<std::string_view> fields = SplitFields(line);
-  if (fields.size() != 8 && fields.size() != 10 && fields.size() != 14) return false;
+  const Fields fields = SplitFields(line);
+  size_t groups = 0, length = 8;
+  while (length < fields.size() && groups < std::size(kGroups)) length += kGroups[groups++].count;
+  if (length != fields.size()) return false;
 
   auto order = ReadInteger(fields[0]);
   auto width = ReadReal(fields[1]);
@@ -143,9 +218,10 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   auto qind = ReadReal(fields[7]);
   if (!order || !width || !family || !apass || !astop || !topology || !rsource || !qind)
     return false;
-  std::optional<float> center = 0.0f, resonatorL = 0.0f;
-  if (fields.size() >= 10) center = ReadReal(fields[8]), resonatorL = ReadReal(fields[9]);
-  if (!center || !resonatorL) return false;
+  DesignRecord read;
+  size_t at = 8;
+  for (size_t g = 0; g < groups; at += kGroups[g++].count)
+    if (!kGroups[g].read(fields, at, read)) return false;
 
   // Values outside the design page's choices are kept as they are; the page
   // sorts them out when it loads.
@@ -157,14 +233,13 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.Topology = *topology;
   d.Rsource = *rsource;
   d.Qind = *qind;
-  d.Center = *center;
-  d.ResonatorL = *resonatorL;
-  const DesignRecord ideal;
-  d.InductorQLaw = ideal.InductorQLaw;
-  d.CapacitorQ = ideal.CapacitorQ;
-  d.WindingCapacitance = ideal.WindingCapacitance;
-  d.CapacitorEsl = ideal.CapacitorEsl;
-  if (fields.size() == 14) ReadPartModels(fields, d);
+  d.Center = read.Center;
+  d.ResonatorL = read.ResonatorL;
+  d.InductorQLaw = read.InductorQLaw;
+  d.CapacitorQ = read.CapacitorQ;
+  d.WindingCapacitance = read.WindingCapacitance;
+  d.CapacitorEsl = read.CapacitorEsl;
+  d.ExactRipple = read.ExactRipple;
   return true;
 }
 
@@ -177,8 +252,7 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;
-  d.Center = 0;
-  d.ResonatorL = 0;
+  SetGroupDefaults(d);
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {

@@ -2,17 +2,21 @@
 // The last design, kept between runs in "Drenikfilter.dat" in the working
 // folder: one line of eight comma-separated fields
 //   Order,Width,Family,Apass,Astop,"Topology",Rsource,Qind
-// and, for a band design only, two more: its geometric centre (Hz) and the
-// coupled resonators' inductance (H, 0 for the design's own choice)
-//   ...,Qind,Center,ResonatorL
-// and, when the display page's part models are not the ideal parts, four
-// more after those two (0,0 for a lowpass or highpass): the inductor's Q law
-// (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the winding capacitance
-// (F) and the capacitors' lead inductance (H)
-//   ...,Qind,Center,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
-// A lowpass or highpass line with ideal parts is the eight fields alone, as
-// it always was, and a line of eight fields reads with no band (Center and
-// ResonatorL 0) and ideal parts.
+// and after them groups of fields, each written only when it or a later
+// group is needed (with its defaults then), in this order:
+// - for a band design, its geometric centre (Hz) and the coupled
+//   resonators' inductance (H, 0 for the design's own choice)
+//     ...,Qind,Center,ResonatorL
+// - when the display page's part models are not the ideal parts: the
+//   inductor's Q law (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the
+//   winding capacitance (F) and the capacitors' lead inductance (H)
+//     ...,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
+// - when the ripple was chosen beyond the design page's three buttons, 1:
+//   it is kept as it is rather than snapped onto the nearest button
+//     ...,CapacitorEsl,ExactRipple
+// Orders, ripples and depths beyond the buttons need nothing more: Order,
+// Apass and Astop hold them. A lowpass or highpass line with ideal parts and
+// a ripple of the buttons is the eight fields alone, as it always was.
 
 #include <string>
 #include <string_view>
@@ -39,7 +43,7 @@ void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);
 // Reads the fields; on any failure all take their defaults (order 5,
 // 4.2 MHz, the first-start family and topology, 0.044 dB, 40 dB, 50 ohms,
-// 1e6, no band).
+// 1e6, no band, ideal parts, a ripple the page snaps).
 void ReadLastSession(DesignRecord& d, const std::string& path = kLastSessionFile);
 
 // The text of the session line (without the line end) and its parser.

@@ -60,6 +60,10 @@ bool Application::AskPartModels(PartModelEntries& entries) {
   return !partModelsService_ || partModelsService_(entries);
 }
 
+bool Application::AskOtherDesign(OtherDesign& design) {
+  return !otherDesignService_ || otherDesignService_(design);
+}
+
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {

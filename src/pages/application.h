@@ -102,6 +102,12 @@ class Application : public PageHost {
     partModelsService_ = std::move(service);
   }
 
+  // The design page's "Other order and ripple" dialog; without it the page
+  // takes the values it is handed.
+  void SetOtherDesignService(std::function<bool(OtherDesign&)> service) {
+    otherDesignService_ = std::move(service);
+  }
+
   // Called after each change of page, once the new page has loaded.
   void SetPageObserver(std::function<void(PageId)> observer) {
     pageObserver_ = std::move(observer);
@@ -116,6 +122,7 @@ class Application : public PageHost {
   bool PrintDisplayPage() override;
   bool AskPartsRequest(PartsRequest& request) override;
   bool AskPartModels(PartModelEntries& entries) override;
+  bool AskOtherDesign(OtherDesign& design) override;
   void ShowTolerancePage() override;
   void ShowTimePage() override;
 
@@ -141,6 +148,7 @@ class Application : public PageHost {
   std::function<void()> printService_;
   std::function<bool(PartsRequest&)> partsRequestService_;
   std::function<bool(PartModelEntries&)> partModelsService_;
+  std::function<bool(OtherDesign&)> otherDesignService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
   std::function<void(TimePage&)> timeObserver_;
 };

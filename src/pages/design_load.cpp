@@ -45,6 +45,7 @@ void DesignPage::Load() {
   controls_.RunLoad([this] {
     LoadControls();
     controls_.RunStep([this] { RunSynthesisDriver(); });
+    ShowOtherDesign();
     RedrawSchematic();
   });
 }
@@ -83,7 +84,8 @@ void DesignPage::LoadControls() {
       d_.Order = 5;
       Option("optOrder5").Select();
     }
-    if (d_.Order >= 3 && d_.Order <= 7) Option("optOrder" + std::to_string(d_.Order)).Select();
+    if (d_.Order >= kLowestButtonOrder && d_.Order <= kHighestButtonOrder)
+      Option("optOrder" + std::to_string(d_.Order)).Select();
 
     if (d_.Qind == 0) {
       d_.Qind = kInfiniteQind;
@@ -113,7 +115,8 @@ void DesignPage::LoadControls() {
     }
 
     if (d_.Apass == 0) d_.Apass = kFirstStartRipple;
-    if (const RippleChoice* ripple = SnapRipple(d_.Apass, SnapBounds::Load)) {
+    const RippleChoice* ripple = d_.ExactRipple ? nullptr : SnapRipple(d_.Apass, SnapBounds::Load);
+    if (ripple) {
       Option(ripple->option).Select();
     }
 

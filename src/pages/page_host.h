@@ -10,6 +10,7 @@ namespace drenik {
 
 struct PartsRequest;
 struct PartModelEntries;
+struct OtherDesign;
 
 class PageHost {
  public:
@@ -30,6 +31,10 @@ class PageHost {
   // Lets the user edit the part models and the winding; false when
   // cancelled. A host without a window keeps them as they are.
   virtual bool AskPartModels(PartModelEntries&) { return true; }
+  // Lets the user choose an order, ripple and depth beyond the design page's
+  // buttons; false when cancelled. A host without a window takes them as
+  // they are.
+  virtual bool AskOtherDesign(OtherDesign&) { return true; }
   // The tolerance page for the design the record holds.
   virtual void ShowTolerancePage() {}
   // The time responses and the Smith chart of the design the record holds.

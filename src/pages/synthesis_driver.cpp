@@ -12,7 +12,7 @@ namespace drenik {
 
 void DesignPage::RunSynthesisDriver() {
   ++driverRuns_;
-  for (int n = 3; n <= 7; ++n) {
+  for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n) {
     if (Option("optOrder" + std::to_string(n)).Selected()) {
       d_.Order = static_cast<int16_t>(n);
       break;
@@ -50,7 +50,8 @@ void DesignPage::RunSynthesisDriver() {
   // The snapped ripple is shown in its option while the ripple choice is
   // offered. The driver is already designing with that ripple, so the
   // option's own handler (which would start another design) is not run.
-  const RippleChoice* snapped = SnapRipple(d_.Apass, SnapBounds::Driver);
+  // A ripple chosen beyond the buttons is kept as it is.
+  const RippleChoice* snapped = d_.ExactRipple ? nullptr : SnapRipple(d_.Apass, SnapBounds::Driver);
   if (snapped && FrameNamed("frmRipple").Enabled()) {
     Option(snapped->option).SetSelectedQuietly(true);
   }
@@ -66,7 +67,7 @@ void DesignPage::ReadDesignInputs() {
   std::string text = Box("txtBandwidth").Text();
   d_.Width = CheckEntry(text);
   d_.Rstandard = d_.Rsource;
-  SnapRipple(d_.Apass, SnapBounds::Driver);
+  if (!d_.ExactRipple) SnapRipple(d_.Apass, SnapBounds::Driver);
   const FamilyInfo* family = FindFamily(d_.Family);
   if (family && family->stopbandChoice) {
     double factor = StopbandEdgeFactor(d_.Order, d_.Astop, d_.Apass);

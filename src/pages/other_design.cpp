@@ -1,0 +1,56 @@
+#include "pages/other_design.h"
+
+#include <cstdio>
+
+#include "pages/design_choices.h"
+#include "synthesis/design_choice.h"
+#include "synthesis/families.h"
+
+namespace drenik {
+
+namespace {
+
+std::string Decibels(double db) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g dB", db);
+  return text;
+}
+
+bool IsRippleButton(float apass) {
+  for (const RippleChoice& r : kRippleChoices)
+    if (apass == r.value) return true;
+  return false;
+}
+
+bool IsDepthButton(float astop) {
+  for (const StopbandChoice& s : kStopbandChoices)
+    if (astop == s.value) return true;
+  return false;
+}
+
+}  // namespace
+
+OtherDesign OtherDesignOf(const DesignRecord& d) {
+  return {.family = FindFamily(d.Family), .order = d.Order, .ripple = d.Apass, .depth = d.Astop};
+}
+
+std::string OtherDesignFault(const OtherDesign& o) {
+  if (!o.family) return "Choose a family first.";
+  return ChoiceFault(
+      {.family = o.family->code, .order = o.order, .ripple = o.ripple, .depth = o.depth});
+}
+
+std::string BeyondButtonsCaption(const DesignRecord& d) {
+  const FamilyInfo* f = FindFamily(d.Family);
+  if (!f || !f->orderChoice) return {};
+  const bool order = d.Order < kLowestButtonOrder || d.Order > kHighestButtonOrder;
+  const bool ripple = f->ripple.Offered() && (d.ExactRipple || !IsRippleButton(d.Apass));
+  const bool depth = f->depth.Offered() && !IsDepthButton(d.Astop);
+  if (!order && !ripple && !depth) return {};
+  std::string caption = "Order " + std::to_string(d.Order);
+  if (f->ripple.Offered()) caption += ", " + Decibels(d.Apass) + " ripple";
+  if (f->depth.Offered()) caption += ", " + Decibels(d.Astop) + " depth";
+  return caption;
+}
+
+}  // namespace drenik
