@@ -1,5 +1,7 @@
 #include "qt/print_page.h"
 
+#include <cstdio>
+
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPrintDialog>
@@ -44,7 +46,11 @@ std::string PrintTitle(const DesignRecord& d) {
   if (family && family->hasRipple) {
     // A fixed design shows the ripple its cutoff label names.
     const double ripple = family->labelRipple > 0 ? family->labelRipple : d.Apass;
-    title += ", ripple " + TrimBlanks(FormatSmall(ripple)) + " dB";
+    // A ripple chosen beyond the design page's buttons may need more digits
+    // (0.001 dB) than the printed title's three decimals give.
+    char exact[32];
+    std::snprintf(exact, sizeof exact, "%g", ripple);
+    title += ", ripple " + (d.ExactRipple ? exact : TrimBlanks(FormatSmall(ripple))) + " dB";
   }
   if (family && family->stopbandChoice) {
     title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";

@@ -7,6 +7,7 @@
 #include "core/formatters.h"
 #include "core/runtime_error.h"
 #include "pages/design_choices.h"
+#include "pages/other_design.h"
 #include "synthesis/families.h"
 
 namespace drenik::testing {
@@ -189,6 +190,35 @@ TEST_F(DesignPageTest, ABandDesignComesBackAfterExitAndAnOlderFileTakesTheDefaul
                             D().C == before.C && D().ResonatorL == before.ResonatorL &&
                             D().InductorQLaw == QLaw::Linear && D().CapacitorEsl == 2e-9f);
   }
+}
+
+// An order, ripple and depth beyond the buttons: a value that is a button
+// selects it, the others leave their group empty and the line under the
+// button names the design; the ripple is kept, not snapped, through Exit
+// and the next start; a value the family does not take changes nothing.
+TEST_F(DesignPageTest, OtherOrderRippleAndDepthComeBackAfterExit) {
+  DesignPage& page = StartDesign();
+  page.Option("optCauer").Click();
+  EXPECT_EQ(page.ChooseOtherDesign({FindFamily(kCauer), 2, 0.1, 50}),
+            "The Cauer family takes orders 3 to 15, not 2.");
+  EXPECT_EQ(D().Order, 5);
+  EXPECT_EQ(page.ChooseOtherDesign({FindFamily(kCauer), 9, 0.015, 50}), "");
+  EXPECT_TRUE(D().Order == 9 && D().Stages == 9 && D().Apass == 0.015f && D().Astop == 50);
+  EXPECT_EQ(SelectedIn(page, "frmOrder"), Names{});
+  EXPECT_EQ(SelectedIn(page, "frmRipple"), Names{});
+  EXPECT_EQ(SelectedIn(page, "frmStopbandDepth"), Names{"optAstop50"});
+  EXPECT_EQ(page.LabelNamed("lblOtherDesign").Caption(), "Order 9, 0.015 dB ripple, 50 dB depth");
+  page.Option("optCinhighpass").Click();  // the driver keeps them
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f);
+  page.Button("cmdExit").Click();
+  EXPECT_EQ(ReadSession(), "9,4200000,3,.015,50,\"Cinhighpass\",50,1000000,0,0,0,1E+07,0,0,1\r\n");
+  app_.reset();
+  StartDesign();
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f && D().ExactRipple && D().Stages == 9);
+  Design().Option("opt200").Click();  // a button again: snapped as ever
+  Design().Option("optOrder7").Click();
+  EXPECT_TRUE(D().ExactRipple == 0 && D().Apass == 0.2f && D().Order == 7);
+  EXPECT_EQ(Design().LabelNamed("lblOtherDesign").Caption(), "");
 }
 
 // The load's snap (open bounds) is narrower for 0.01 dB than a Cauer design's.

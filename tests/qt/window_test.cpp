@@ -7,10 +7,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QSpinBox>
 #include <QTimer>
 #include "core/formatters.h"
 
 #include "fixture.h"
+#include "qt/other_design_dialog.h"
 #include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
 #include "qt/spice_dialog.h"
@@ -220,6 +222,33 @@ TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
   const PartsRequest& r = app->Display().ChosenParts()->request;
   EXPECT_TRUE(r.capacitors == ESeries::E96 && r.inductors == ESeries::E12 && r.pairs);
   EXPECT_EQ(D().ValueMode, kChosenPartsMode);
+}
+
+// "Other order and ripple" opens its dialog: the family's ranges, and the
+// design beyond the buttons it gives reaches the display page (the user
+// guide's 9th-order example and its pictures).
+TEST_F(WindowTest, OtherOrderAndRippleDialogDesignsBeyondTheButtons) {
+  Start();
+  QDir().mkpath(DRENIK_BINARY_DIR "/screenshots");
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<OtherDesignDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->Order()->minimum() == 2 && dialog->Order()->maximum() == 15);
+    EXPECT_FALSE(dialog->Depth()->isEnabled());  // Chebyshev: a ripple, no depth
+    dialog->Order()->setValue(9);
+    dialog->Ripple()->setValue(0.07);
+    dialog->grab().save(DRENIK_BINARY_DIR "/screenshots/other-design-dialog.png");
+    dialog->accept();
+  });
+  TypeInto(Edit("txtBandwidth"), "14.5M");
+  Click(Button(window->DesignView(), "cmdOtherDesign"));
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.07f && D().Stages == 9);
+  EXPECT_FALSE(Radio("optOrder5")->isChecked() || Radio("opt044")->isChecked());
+  window->resize(1366, 768);
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-order9.png");
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_TRUE(HasText(app->DisplayCanvas(), "Bandwidth:  14.5MHz "));
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/display-order9.png");
 }
 
 // "Part models" opens its dialog over the window: what is typed there
