@@ -1,8 +1,11 @@
 #include "synthesis/ladder_fit.h"
 
 #include <Eigen/Dense>
+#include <algorithm>
 #include <array>
 #include <cmath>
+
+#include "core/design_record.h"
 
 namespace drenik {
 
@@ -66,12 +69,12 @@ Section SectionAt(const LadderForm& form, const LadderValues& v, int k, size_t& 
 // logarithm of each element and of r in grad (when given), from the
 // products of the sections before and after each one.
 Complex Denominator(const LadderForm& form, const LadderValues& v, Complex s, Complex* grad) {
-  const int n = form.order;
-  std::vector<Section> sections;
+  const int n = std::min(form.order, kPrototypePositions);  // FitLadder refuses longer ones
+  std::array<Section, kPrototypePositions> sections;
   size_t arm = 0;
-  for (int k = 1; k <= n; ++k) sections.push_back(SectionAt(form, v, k, arm, s));
+  for (int k = 1; k <= n; ++k) sections[static_cast<size_t>(k) - 1] = SectionAt(form, v, k, arm, s);
   const double root = std::sqrt(v.rload);
-  std::vector<std::array<Complex, 2>> before(static_cast<size_t>(n) + 1);
+  std::array<std::array<Complex, 2>, kPrototypePositions + 1> before;
   before[0] = {1.0, 1.0};
   for (int k = 0; k < n; ++k) {
     const auto& m = sections[static_cast<size_t>(k)].m;
@@ -195,7 +198,8 @@ std::optional<LadderValues> FitLadder(const LadderForm& form, const PoleTarget& 
   const Unknowns unknowns{form};
   const Residual residual(form, target);
   const int n = unknowns.Count();
-  if (residual.Count() != n || static_cast<int>(start.element.size()) != form.order + 1)
+  if (residual.Count() != n || static_cast<int>(start.element.size()) != form.order + 1 ||
+      form.order > kPrototypePositions)
     return std::nullopt;
   for (int i = 1; i <= form.order; ++i) {
     double& e = start.element[static_cast<size_t>(i)];
@@ -215,14 +219,14 @@ std::optional<LadderValues> FitLadder(const LadderForm& form, const PoleTarget& 
     for (double t = 1; t > 1e-6 && !gained; t /= 2) {
       const Eigen::VectorXd trial = x - t * dx;
       Eigen::VectorXd rt;
-      Eigen::MatrixXd jt;
-      const double nt = residual.Evaluate(unknowns.Values(trial), rt, &jt);
+      const double nt = residual.Evaluate(unknowns.Values(trial), rt);
       if (nt < norm) {
-        x = trial, r = rt, norm = nt, jacobian = jt;
+        x = trial, r = rt, norm = nt;
         gained = true;
       }
     }
     if (!gained) break;
+    residual.Evaluate(unknowns.Values(x), r, &jacobian);
   }
   if (!(norm < kSettled)) return std::nullopt;
   return unknowns.Values(x);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <numbers>
@@ -14,6 +15,7 @@
 #include "core/formatters.h"
 #include "json_reader.h"
 #include "support/temp_folder.h"
+#include "synthesis/families.h"
 
 namespace drenik::testing {
 namespace {
@@ -458,6 +460,29 @@ TEST(Cli, ReadmeShowsTheUsageLinesAsTheProgramPrintsThem) {
   }
   EXPECT_NE(block.find("drenik --help | --version"), std::string::npos) << usage;
   EXPECT_NE(readme.find(block), std::string::npos) << block;
+}
+
+// The README's family table gives each family of the program's table what
+// it takes.
+TEST(Cli, ReadmeFamilyTableSaysWhatEachFamilyTakes) {
+  const std::string readme = ReadWhole(DRENIK_SOURCE_DIR "/README.md");
+  auto range = [](const char* what, const ChoiceRange& r) {
+    char text[64];
+    std::snprintf(text, sizeof text, ", %s %g..%g dB", what, r.low, r.high);
+    return r.Offered() ? std::string(text) : "";
+  };
+  for (const FamilyInfo& f : Families()) {
+    const size_t row = readme.find("\n| " + std::string(f.name));
+    ASSERT_NE(row, std::string::npos) << f.name;
+    const std::string line = readme.substr(row + 1, readme.find('\n', row + 1) - row - 1);
+    const std::string orders =
+        f.minOrder == f.maxOrder
+            ? "order " + std::to_string(f.minOrder) + " only"
+            : "orders " + std::to_string(f.minOrder) + ".." + std::to_string(f.maxOrder);
+    EXPECT_NE(line.find("| " + orders + range("ripple", f.ripple) + range("depth", f.depth) + " |"),
+              std::string::npos)
+        << line;
+  }
 }
 
 }  // namespace
