@@ -59,9 +59,12 @@ struct DesignRecord {
   std::string Topology;   // exact topology string (synthesis/topologies.h)
   std::string CauerType;  // "A", "B" or "C"
   float Apass = 0;        // passband ripple, dB
-  // 1 when Apass was chosen beyond the design page's three ripples: it is
-  // kept as chosen, not snapped onto the nearest of them.
-  int16_t ExactRipple = 0;
+  // A ripple and depth (dB) chosen beyond the design page's buttons, which
+  // stand in for a selected button: the design takes them whatever another
+  // family's prototype wrote into Apass and Astop meanwhile, and such a
+  // ripple is not snapped onto the nearest button. 0 where a button holds it.
+  float ChosenRipple = 0;
+  float ChosenDepth = 0;
   float Astop = 0;             // stopband depth, dB (Cauer only)
   float Width = 0;             // cutoff ("bandwidth"), Hz; a band design's width f2 - f1
   float Center = 0;            // geometric centre sqrt(f1 f2) of a band design, Hz

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -132,18 +133,21 @@ std::string WritePartModels(const DesignRecord& d) {
          "," + ShortestText(d.WindingCapacitance) + "," + ShortestText(d.CapacitorEsl);
 }
 
-// A ripple chosen beyond the design page's buttons, kept as it is: 1, or 0
-// for a ripple the page snaps as it always did. Anything else makes the
-// line unreadable.
-bool ReadExactRipple(const Fields& f, size_t at, DesignRecord& d) {
-  const auto exact = ReadInteger(f[at]);
-  if (!exact || (*exact != 0 && *exact != 1)) return false;
-  d.ExactRipple = *exact;
+// The ripple and the stopband depth chosen beyond the design page's
+// buttons (dB; 0 where a button holds it). Anything but two finite values
+// of 0 or more makes the line unreadable.
+bool ReadChosen(const Fields& f, size_t at, DesignRecord& d) {
+  const auto ripple = ReadReal(f[at]), depth = ReadReal(f[at + 1]);
+  if (!ripple || !(*ripple >= 0) || !std::isfinite(*ripple) || !depth || !(*depth >= 0) ||
+      !std::isfinite(*depth))
+    return false;
+  d.ChosenRipple = *ripple;
+  d.ChosenDepth = *depth;
   return true;
 }
 
-std::string WriteExactRipple(const DesignRecord& d) {
-  return "," + std::to_string(d.ExactRipple ? 1 : 0);
+std::string WriteChosen(const DesignRecord& d) {
+  return "," + ShortestText(d.ChosenRipple) + "," + ShortestText(d.ChosenDepth);
 }
 
 // The groups of fields after the eight, in the order of the line. A group is
@@ -167,10 +171,10 @@ constexpr FieldGroup kGroups[] = {
      .needed = [](const DesignRecord& d) { return !IdealParts(d); },
      .write = &WritePartModels,
      .read = &ReadPartModels},
-    {.count = 1,
-     .needed = [](const DesignRecord& d) { return d.ExactRipple != 0; },
-     .write = &WriteExactRipple,
-     .read = &ReadExactRipple},
+    {.count = 2,
+     .needed = [](const DesignRecord& d) { return d.ChosenRipple > 0 || d.ChosenDepth > 0; },
+     .write = &WriteChosen,
+     .read = &ReadChosen},
 };
 
 // The record with every field the groups carry at its default.
@@ -182,7 +186,8 @@ void SetGroupDefaults(DesignRecord& d) {
   d.CapacitorQ = fresh.CapacitorQ;
   d.WindingCapacitance = fresh.WindingCapacitance;
   d.CapacitorEsl = fresh.CapacitorEsl;
-  d.ExactRipple = fresh.ExactRipple;
+  d.ChosenRipple = fresh.ChosenRipple;
+  d.ChosenDepth = fresh.ChosenDepth;
 }
 
 }  // namespace
@@ -239,7 +244,8 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.CapacitorQ = read.CapacitorQ;
   d.WindingCapacitance = read.WindingCapacitance;
   d.CapacitorEsl = read.CapacitorEsl;
-  d.ExactRipple = read.ExactRipple;
+  d.ChosenRipple = read.ChosenRipple;
+  d.ChosenDepth = read.ChosenDepth;
   return true;
 }
 

@@ -11,12 +11,13 @@
 //   inductor's Q law (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the
 //   winding capacitance (F) and the capacitors' lead inductance (H)
 //     ...,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
-// - when the ripple was chosen beyond the design page's three buttons, 1:
-//   it is kept as it is rather than snapped onto the nearest button
-//     ...,CapacitorEsl,ExactRipple
-// Orders, ripples and depths beyond the buttons need nothing more: Order,
-// Apass and Astop hold them. A lowpass or highpass line with ideal parts and
-// a ripple of the buttons is the eight fields alone, as it always was.
+// - when a ripple or depth was chosen beyond the design page's buttons:
+//   those two (dB, 0 where a button holds it), kept as they are rather than
+//   snapped onto the nearest button, whatever family the line ends on
+//     ...,CapacitorEsl,ChosenRipple,ChosenDepth
+// An order beyond the buttons needs nothing more: Order holds it. A lowpass
+// or highpass line with ideal parts and the buttons' ripple and depth is the
+// eight fields alone, as it always was.
 
 #include <string>
 #include <string_view>
@@ -43,7 +44,7 @@ void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);
 // Reads the fields; on any failure all take their defaults (order 5,
 // 4.2 MHz, the first-start family and topology, 0.044 dB, 40 dB, 50 ohms,
-// 1e6, no band, ideal parts, a ripple the page snaps).
+// 1e6, no band, ideal parts, the buttons' ripple and depth).
 void ReadLastSession(DesignRecord& d, const std::string& path = kLastSessionFile);
 
 // The text of the session line (without the line end) and its parser.

@@ -114,8 +114,12 @@ void DesignPage::LoadControls() {
       if (family->cauerType) d_.CauerType = family->cauerType;
     }
 
+    // A ripple and depth chosen beyond the buttons stand in for them.
+    if (d_.ChosenRipple > 0) d_.Apass = d_.ChosenRipple;
+    if (d_.ChosenDepth > 0) d_.Astop = d_.ChosenDepth;
     if (d_.Apass == 0) d_.Apass = kFirstStartRipple;
-    const RippleChoice* ripple = d_.ExactRipple ? nullptr : SnapRipple(d_.Apass, SnapBounds::Load);
+    const RippleChoice* ripple =
+        d_.ChosenRipple > 0 ? nullptr : SnapRipple(d_.Apass, SnapBounds::Load);
     if (ripple) {
       Option(ripple->option).Select();
     }

@@ -63,18 +63,21 @@ void DesignPage::Build() {
   Frame& topology = c.AddFrame("frmTopology", "Topology");
   for (const TopologyInfo& t : Topologies())
     addChoice(topology, TopologyOption(t), t.caption, d_.Topology, t.name);
-  // A ripple button replaces a ripple chosen beyond the buttons, and with it
-  // the choice to keep that one as it was.
+  // A ripple or depth button replaces one chosen beyond the buttons.
   Frame& ripple = c.AddFrame("frmRipple", "Passband ripple");
   for (const RippleChoice& r : kRippleChoices)
     c.AddOption(r.option, r.caption, &ripple).SetHandler([this, &r] {
       d_.Apass = r.value;
-      d_.ExactRipple = 0;
+      d_.ChosenRipple = 0;
       RedesignChain();
     });
   Frame& stopband = c.AddFrame("frmStopbandDepth", "Stopband depth");
   for (const StopbandChoice& b : kStopbandChoices)
-    addChoice(stopband, b.option, b.caption, d_.Astop, b.value);
+    c.AddOption(b.option, b.caption, &stopband).SetHandler([this, &b] {
+      d_.Astop = b.value;
+      d_.ChosenDepth = 0;
+      RedesignChain();
+    });
   // Orders, ripples and depths beyond the buttons, and the line that names
   // such a design.
   c.AddButton("cmdOtherDesign", "Other order and ripple...").SetHandler([this] {
@@ -156,17 +159,18 @@ std::string DesignPage::ChooseOtherDesign(const OtherDesign& o) {
   for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n)
     Option("optOrder" + std::to_string(n)).SetSelectedQuietly(n == o.order);
   if (o.family->ripple.Offered()) {
-    d_.Apass = static_cast<float>(o.ripple);
-    d_.ExactRipple = 1;
+    d_.Apass = d_.ChosenRipple = static_cast<float>(o.ripple);
     for (const RippleChoice& r : kRippleChoices) {
       Option(r.option).SetSelectedQuietly(r.value == d_.Apass);
-      if (r.value == d_.Apass) d_.ExactRipple = 0;
+      if (r.value == d_.Apass) d_.ChosenRipple = 0;
     }
   }
   if (o.family->depth.Offered()) {
-    d_.Astop = static_cast<float>(o.depth);
-    for (const StopbandChoice& s : kStopbandChoices)
+    d_.Astop = d_.ChosenDepth = static_cast<float>(o.depth);
+    for (const StopbandChoice& s : kStopbandChoices) {
       Option(s.option).SetSelectedQuietly(s.value == d_.Astop);
+      if (s.value == d_.Astop) d_.ChosenDepth = 0;
+    }
   }
   RedesignChain();
   return {};

@@ -44,7 +44,7 @@ std::string BeyondButtonsCaption(const DesignRecord& d) {
   const FamilyInfo* f = FindFamily(d.Family);
   if (!f || !f->orderChoice) return {};
   const bool order = d.Order < kLowestButtonOrder || d.Order > kHighestButtonOrder;
-  const bool ripple = f->ripple.Offered() && (d.ExactRipple || !IsRippleButton(d.Apass));
+  const bool ripple = f->ripple.Offered() && (d.ChosenRipple > 0 || !IsRippleButton(d.Apass));
   const bool depth = f->depth.Offered() && !IsDepthButton(d.Astop);
   if (!order && !ripple && !depth) return {};
   std::string caption = "Order " + std::to_string(d.Order);

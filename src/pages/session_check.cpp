@@ -50,7 +50,9 @@ bool Designable(const DesignRecord& session) {
   t.CauerFlag = family.resonantArms ? 1 : 0;
   if (t.Apass == 0) t.Apass = kFirstStartRipple;
   if (t.Astop == 0) t.Astop = kFirstStartDepth;
-  if (family.readsDesignInputs && !t.ExactRipple) SnapRipple(t.Apass, SnapBounds::Driver);
+  if (t.ChosenRipple > 0) t.Apass = t.ChosenRipple;
+  if (t.ChosenDepth > 0) t.Astop = t.ChosenDepth;
+  if (family.readsDesignInputs && !(t.ChosenRipple > 0)) SnapRipple(t.Apass, SnapBounds::Driver);
   t.Qcap = kInfiniteQcap;
   // A band design from a file that kept no centre takes the page's own.
   if (IsBandDesign(t) && t.Center == 0) t.Center = kDefaultCenter;

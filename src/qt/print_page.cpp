@@ -50,7 +50,7 @@ std::string PrintTitle(const DesignRecord& d) {
     // (0.001 dB) than the printed title's three decimals give.
     char exact[32];
     std::snprintf(exact, sizeof exact, "%g", ripple);
-    title += ", ripple " + (d.ExactRipple ? exact : TrimBlanks(FormatSmall(ripple))) + " dB";
+    title += ", ripple " + (d.ChosenRipple > 0 ? exact : TrimBlanks(FormatSmall(ripple))) + " dB";
   }
   if (family && family->stopbandChoice) {
     title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";

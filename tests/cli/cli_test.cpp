@@ -243,6 +243,16 @@ TEST(Cli, AnyOrderRippleAndDepthTheFamilyTakes) {
       " --s2p " + (folder / "a.s2p"));
   EXPECT_EQ(exported.status, 0) << exported.err;
   EXPECT_NE(ReadWhole(folder / "a.cir").find("order 15"), std::string::npos);
+  // The Pallis file holds 20 positions: a longer ladder writes no file at all.
+  const CliRun pallis = RunLine(
+      "export --family legendre --order 13 --topology Coupledbandpass "
+      "--center 7.15M --bandwidth 300k --cir " +
+      (folder / "b.cir") + " --lct " + (folder / "b.lct"));
+  EXPECT_EQ(pallis.status, 2);
+  EXPECT_EQ(pallis.err,
+            "drenik: --lct: the Pallis file holds ladders of up to 20 positions; this "
+            "design has 27\n");
+  EXPECT_FALSE(std::filesystem::exists(folder / "b.cir"));
 }
 
 // 5c: standard capacitors, inductors as designed; 5l: both standard (which

@@ -208,16 +208,25 @@ TEST_F(DesignPageTest, OtherOrderRippleAndDepthComeBackAfterExit) {
   EXPECT_EQ(SelectedIn(page, "frmRipple"), Names{});
   EXPECT_EQ(SelectedIn(page, "frmStopbandDepth"), Names{"optAstop50"});
   EXPECT_EQ(page.LabelNamed("lblOtherDesign").Caption(), "Order 9, 0.015 dB ripple, 50 dB depth");
-  page.Option("optCinhighpass").Click();  // the driver keeps them
-  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f);
+  // The driver keeps them, also past another family that has no ripple.
+  page.Option("optCinhighpass").Click();
+  page.Option("optButterworth").Click();
+  page.Option("optCauer").Click();
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f && D().Astop == 50 && D().Stages == 9);
+  EXPECT_TRUE(page.ChooseOtherDesign({FindFamily(kCauer), 9, 0.015, 72}).empty());
+  page.Option("optButterworth").Click();
   page.Button("cmdExit").Click();
-  EXPECT_EQ(ReadSession(), "9,4200000,3,.015,50,\"Cinhighpass\",50,1000000,0,0,0,1E+07,0,0,1\r\n");
+  EXPECT_EQ(ReadSession(),
+            "9,4200000,1,0,0,\"Cinhighpass\",50,1000000,0,0,0,1E+07,0,0,.015,72\r\n");
   app_.reset();
   StartDesign();
-  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f && D().ExactRipple && D().Stages == 9);
-  Design().Option("opt200").Click();  // a button again: snapped as ever
+  Design().Option("optCauer").Click();
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f && D().Astop == 72 && D().Stages == 9);
+  Design().Option("opt200").Click();  // buttons again: snapped as ever
   Design().Option("optOrder7").Click();
-  EXPECT_TRUE(D().ExactRipple == 0 && D().Apass == 0.2f && D().Order == 7);
+  EXPECT_EQ(Design().LabelNamed("lblOtherDesign").Caption(), "Order 7, 0.2 dB ripple, 72 dB depth");
+  Design().Option("optAstop40").Click();
+  EXPECT_TRUE(D().ChosenRipple == 0 && D().Apass == 0.2f && D().Order == 7 && D().Astop == 40);
   EXPECT_EQ(Design().LabelNamed("lblOtherDesign").Caption(), "");
 }
 
