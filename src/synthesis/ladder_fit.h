@@ -26,7 +26,7 @@ struct LadderForm {
   int order = 0;
   // The resonance (rad/s) of the parallel tank at each even position, in
   // position order; even positions beyond the list hold plain inductors.
-  std::vector<double> armZeros;
+  std::vector<double> armZeros{};
   // The load resistance is found with the elements (an even-order elliptic
   // ladder); otherwise it is 1 ohm.
   bool freeLoad = false;
@@ -35,7 +35,7 @@ struct LadderForm {
 struct LadderValues {
   // Index 1..order: the shunt capacitor at an odd position, the inductor of
   // the arm at an even one (its tank capacitor is 1 / (zero^2 L)).
-  std::vector<double> element;
+  std::vector<double> element{};
   double rload = 1;
 };
 

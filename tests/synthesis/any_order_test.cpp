@@ -12,9 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "synthesis/all_pole.h"
 #include "synthesis/design_choice.h"
 #include "synthesis/families.h"
+#include "synthesis/ladder_fit.h"
 #include "synthesis/ladder_response.h"
+#include "synthesis/prototypes.h"
 
 namespace drenik {
 namespace {
@@ -157,6 +160,24 @@ TEST(AnyOrder, EveryFamilyMeetsItsTransferFunctionAtEveryOrder) {
   // A steep, shallow and flat elliptic design needs a negative part; those
   // are refused with the message above, and they are the few.
   EXPECT_LE(refused * 5, cauerDesigns);
+}
+
+// The synthesis from the Bessel polynomial reproduces the classic table the
+// design page keeps for orders 3..7, to its printed digits.
+TEST(AnyOrder, BesselSynthesisMatchesTheTable) {
+  for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n) {
+    DesignRecord table;
+    table.Order = static_cast<int16_t>(n);
+    ASSERT_TRUE(LinearPhasePrototype(table).Ok());
+    const allpole::Poly e = allpole::BesselDenominator(n);
+    allpole::Poly loss = allpole::MagnitudeSquared(e);
+    loss[0] = 0;
+    const auto fit = FitLadder(
+        {.order = n}, PoleTargetOf(allpole::Roots(e), 1),
+        {.element = allpole::DarlingtonStart(e, allpole::ReflectionPolynomial(loss, e.back()))});
+    ASSERT_TRUE(fit);
+    for (int j = 1; j <= n; ++j) EXPECT_NEAR(fit->element[j], table.G[j], 6e-5) << n << " " << j;
+  }
 }
 
 TEST(AnyOrder, ChoicesOutsideTheFamilyAreNamed) {
