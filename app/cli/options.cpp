@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -12,6 +11,7 @@
 #include "cli/tolerance_command.h"
 #include "core/formatters.h"
 #include "core/last_session.h"
+#include "core/number_text.h"
 #include "core/whole_number.h"
 #include "export/formats.h"
 #include "pages/design_choices.h"
@@ -97,12 +97,6 @@ TableRanges RangesOfTable() {
   return t;
 }
 
-std::string Number(double v) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%g", v);
-  return text;
-}
-
 int ReadOrder(const std::string& value) {
   const TableRanges t = RangesOfTable();
   const std::optional<uint64_t> n = ReadWholeNumber(value);
@@ -117,8 +111,8 @@ double ReadDecibels(const std::string& option, const char* what, const std::stri
                     ChoiceRange range) {
   const double db = ReadNumber(option, value);
   if (!range.Holds(db))
-    throw UsageError(option + ": expected " + what + " from " + Number(range.low) + " to " +
-                     Number(range.high) + " dB, got '" + value + "'");
+    throw UsageError(option + ": expected " + what + " from " + GeneralText(range.low) + " to " +
+                     GeneralText(range.high) + " dB, got '" + value + "'");
   return db;
 }
 
@@ -136,11 +130,11 @@ void CheckFamilyRanges(const Choices& ch) {
     refuse("--order", "orders " + std::to_string(f->minOrder) + " to " +
                           std::to_string(f->maxOrder) + ", got " + std::to_string(*ch.order));
   if (ch.ripple && f->ripple.Offered() && !f->ripple.Holds(*ch.ripple))
-    refuse("--ripple",
-           "a ripple from " + Number(f->ripple.low) + " to " + Number(f->ripple.high) + " dB");
+    refuse("--ripple", "a ripple from " + GeneralText(f->ripple.low) + " to " +
+                           GeneralText(f->ripple.high) + " dB");
   if (ch.stopband && f->depth.Offered() && !f->depth.Holds(*ch.stopband))
-    refuse("--stopband", "a stopband depth from " + Number(f->depth.low) + " to " +
-                             Number(f->depth.high) + " dB");
+    refuse("--stopband", "a stopband depth from " + GeneralText(f->depth.low) + " to " +
+                             GeneralText(f->depth.high) + " dB");
 }
 
 // The order line of the usage: the range most families take, and the others.
@@ -162,9 +156,9 @@ std::string OrderRangesText() {
 std::string ButtonsText() {
   std::string ripples, depths;
   for (const RippleChoice& r : kRippleChoices)
-    ripples += (ripples.empty() ? "" : ", ") + Number(r.value);
+    ripples += (ripples.empty() ? "" : ", ") + GeneralText(r.value);
   for (const StopbandChoice& s : kStopbandChoices)
-    depths += (depths.empty() ? "" : ", ") + Number(s.value);
+    depths += (depths.empty() ? "" : ", ") + GeneralText(s.value);
   return "                              (the design page's buttons: orders " +
          std::to_string(kLowestButtonOrder) + ".." + std::to_string(kHighestButtonOrder) +
          ", ripples " + ripples + ",\n                              depths " + depths +
@@ -244,10 +238,10 @@ std::string ChoicesText() {
          FamilyWords("|") + "   (" + FindFamily(kDefaultFamily)->cliWord + ")\n" +
          "  --order N                   " + OrderRangesText() + "   (5)\n" + "  --topology " +
          TopologyWords("|") + "\n" + "  --ripple DB                 passband ripple, " +
-         Number(t.ripple.low) + " to " + Number(t.ripple.high) + " dB, " +
+         GeneralText(t.ripple.low) + " to " + GeneralText(t.ripple.high) + " dB, " +
          FamiliesWith(&FamilyInfo::ripple) + " (0.044)\n" +
-         "  --stopband DB               stopband depth, " + Number(t.depth.low) + " to " +
-         Number(t.depth.high) + " dB, " + FamiliesWith(&FamilyInfo::depth) + " (40)\n" +
+         "  --stopband DB               stopband depth, " + GeneralText(t.depth.low) + " to " +
+         GeneralText(t.depth.high) + " dB, " + FamiliesWith(&FamilyInfo::depth) + " (40)\n" +
          ButtonsText() +
          "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"
          "  --bandwidth TEXT            cutoff, Hz, e.g. 4.2M     (4.2M)\n"

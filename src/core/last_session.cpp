@@ -177,17 +177,16 @@ constexpr FieldGroup kGroups[] = {
      .read = &ReadChosen},
 };
 
-// The record with every field the groups carry at its default.
-void SetGroupDefaults(DesignRecord& d) {
-  const DesignRecord fresh;
-  d.Center = fresh.Center;
-  d.ResonatorL = fresh.ResonatorL;
-  d.InductorQLaw = fresh.InductorQLaw;
-  d.CapacitorQ = fresh.CapacitorQ;
-  d.WindingCapacitance = fresh.WindingCapacitance;
-  d.CapacitorEsl = fresh.CapacitorEsl;
-  d.ChosenRipple = fresh.ChosenRipple;
-  d.ChosenDepth = fresh.ChosenDepth;
+// Every field the groups carry, from one record to another.
+void CopyGroupFields(const DesignRecord& from, DesignRecord& to) {
+  to.Center = from.Center;
+  to.ResonatorL = from.ResonatorL;
+  to.InductorQLaw = from.InductorQLaw;
+  to.CapacitorQ = from.CapacitorQ;
+  to.WindingCapacitance = from.WindingCapacitance;
+  to.CapacitorEsl = from.CapacitorEsl;
+  to.ChosenRipple = from.ChosenRipple;
+  to.ChosenDepth = from.ChosenDepth;
 }
 
 }  // namespace
@@ -238,14 +237,7 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.Topology = *topology;
   d.Rsource = *rsource;
   d.Qind = *qind;
-  d.Center = read.Center;
-  d.ResonatorL = read.ResonatorL;
-  d.InductorQLaw = read.InductorQLaw;
-  d.CapacitorQ = read.CapacitorQ;
-  d.WindingCapacitance = read.WindingCapacitance;
-  d.CapacitorEsl = read.CapacitorEsl;
-  d.ChosenRipple = read.ChosenRipple;
-  d.ChosenDepth = read.ChosenDepth;
+  CopyGroupFields(read, d);
   return true;
 }
 
@@ -258,7 +250,7 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;
-  SetGroupDefaults(d);
+  CopyGroupFields(DesignRecord{}, d);
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {

@@ -1,7 +1,6 @@
 #include "pages/other_design.h"
 
-#include <cstdio>
-
+#include "core/number_text.h"
 #include "pages/design_choices.h"
 #include "synthesis/design_choice.h"
 #include "synthesis/families.h"
@@ -11,9 +10,7 @@ namespace drenik {
 namespace {
 
 std::string Decibels(double db) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%g dB", db);
-  return text;
+  return GeneralText(db) + " dB";
 }
 
 bool IsRippleButton(float apass) {

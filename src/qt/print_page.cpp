@@ -1,13 +1,12 @@
 #include "qt/print_page.h"
 
-#include <cstdio>
-
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPrintDialog>
 #include <algorithm>
 
 #include "core/formatters.h"
+#include "core/number_text.h"
 #include "pages/opening_page.h"
 #include "plot/response_plot.h"
 #include "qt/painter_canvas.h"
@@ -48,9 +47,8 @@ std::string PrintTitle(const DesignRecord& d) {
     const double ripple = family->labelRipple > 0 ? family->labelRipple : d.Apass;
     // A ripple chosen beyond the design page's buttons may need more digits
     // (0.001 dB) than the printed title's three decimals give.
-    char exact[32];
-    std::snprintf(exact, sizeof exact, "%g", ripple);
-    title += ", ripple " + (d.ChosenRipple > 0 ? exact : TrimBlanks(FormatSmall(ripple))) + " dB";
+    title += ", ripple " +
+             (d.ChosenRipple > 0 ? GeneralText(ripple) : TrimBlanks(FormatSmall(ripple))) + " dB";
   }
   if (family && family->stopbandChoice) {
     title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";
