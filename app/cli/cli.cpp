@@ -72,6 +72,16 @@ int Render(const CliOptions& o, const DesignResult& r, std::ostream& err) {
 }
 
 int Export(const CliOptions& o, DesignResult& r, ConsolePlatform& platform, std::ostream& err) {
+  // A format that cannot hold the design is bad usage, and nothing is
+  // written.
+  for (const auto& [option, file] : o.exports) {
+    const ExportFormat* format = FindExportFormat(option);
+    if (!format || !format->cannotHold) continue;
+    if (const std::string why = format->cannotHold(r.chosen); !why.empty()) {
+      err << "drenik: --" << option << ": " << why << "\n";
+      return 2;
+    }
+  }
   int status = 0;
   for (const ExportFormat& format : ExportFormats()) {
     for (const auto& [option, file] : o.exports) {

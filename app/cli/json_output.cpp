@@ -125,11 +125,12 @@ void WriteDesignJson(const DesignRecord& d, std::ostream& out) {
 
   w.Array<float>("G", d.G);
   w.Array<float>("H", d.H);
-  w.Array<int16_t>("ElementType", d.ElementType);
-  w.Array<float>("L", d.L);
-  w.Array<float>("C", d.C);
-  w.Array<float>("Lstd", d.Lstd);
-  w.Array<float>("Cstd", d.Cstd);
+  const size_t parts = static_cast<size_t>(ReportedComponentCount(d));
+  w.Array<int16_t>("ElementType", std::span<const int16_t>(d.ElementType.data(), parts + 1));
+  const std::pair<const char*, const ComponentArray*> components[] = {
+      {"L", &d.L}, {"C", &d.C}, {"Lstd", &d.Lstd}, {"Cstd", &d.Cstd}};
+  for (const auto& [name, values] : components)
+    w.Array<float>(name, std::span<const float>(values->data(), parts));
   // Each inductor's self-resonant frequency, Hz, index 0 first as in L.
   if (d.WindingCapacitance != 0) w.Array<float>("SelfResonance", InductorResonances(d));
 
@@ -145,7 +146,7 @@ void WriteDesignJson(const DesignRecord& d, std::ostream& out) {
   }
 
   std::vector<std::string> l, c;
-  int stages = std::clamp<int>(d.Stages, 0, kComponentSlots - 1);
+  int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
     l.push_back(FormatInductance(d.L[j]));
     c.push_back(FormatCapacitance(d.C[j]));

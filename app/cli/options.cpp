@@ -14,6 +14,8 @@
 #include "cli/tolerance_command.h"
 #include "core/formatters.h"
 #include "core/last_session.h"
+#include "core/number_text.h"
+#include "core/whole_number.h"
 #include "export/formats.h"
 #include "pages/design_choices.h"
 #include "synthesis/families.h"
@@ -81,19 +83,97 @@ std::string Topology(const std::string& value) {
   throw UsageError("--topology: unknown topology '" + value + "' (" + TopologyWords(", ") + ")");
 }
 
-std::string RippleOption(const std::string& value) {
-  const char* expected = "--ripple: expected 0.01, 0.044 or 0.2, got '";
-  const double r = ReadNumber("--ripple", value);
-  if (r == 0.01) return "opt01";
-  if (r == 0.044) return "opt044";
-  if (r == 0.2) return "opt200";
-  throw UsageError(expected + value + "'");
+// What the families take together: the widest order range, and the ripple
+// and depth ranges of those that have one.
+struct TableRanges {
+  int lowestOrder = 99, highestOrder = 0;
+  ChoiceRange ripple, depth;
+};
+TableRanges RangesOfTable() {
+  TableRanges t;
+  for (const FamilyInfo& f : Families()) {
+    t.lowestOrder = std::min<int>(t.lowestOrder, f.minOrder);
+    t.highestOrder = std::max<int>(t.highestOrder, f.maxOrder);
+    if (f.ripple.Offered()) t.ripple = f.ripple;
+    if (f.depth.Offered()) t.depth = f.depth;
+  }
+  return t;
 }
 
-std::string StopbandOption(const std::string& value) {
-  const uint64_t db = ReadCount("--stopband", value, 30, 60);
-  if (db % 10 == 0) return "optAstop" + std::to_string(db);
-  throw UsageError("--stopband: expected 30, 40, 50 or 60, got '" + value + "'");
+int ReadOrder(const std::string& value) {
+  const TableRanges t = RangesOfTable();
+  const std::optional<uint64_t> n = ReadWholeNumber(value);
+  if (!n || *n < static_cast<uint64_t>(t.lowestOrder) || *n > static_cast<uint64_t>(t.highestOrder))
+    throw UsageError("--order: expected an order from " + std::to_string(t.lowestOrder) + " to " +
+                     std::to_string(t.highestOrder) + ", got '" + value + "'");
+  return static_cast<int>(*n);
+}
+
+// A ripple or stopband depth in dB within what some family takes.
+double ReadDecibels(const std::string& option, const char* what, const std::string& value,
+                    ChoiceRange range) {
+  const double db = ReadNumber(option, value);
+  if (!range.Holds(db))
+    throw UsageError(option + ": expected " + what + " from " + GeneralText(range.low) + " to " +
+                     GeneralText(range.high) + " dB, got '" + value + "'");
+  return db;
+}
+
+// The order, ripple and depth against the chosen family's own ranges. A
+// family without the choice leaves it to the design page, which refuses the
+// click ("not offered for the ... family").
+void CheckFamilyRanges(const Choices& ch) {
+  const FamilyInfo* f = FindFamily(kDefaultFamily);
+  for (const FamilyInfo& row : Families())
+    if (ch.familyOption && *ch.familyOption == row.optionName) f = &row;
+  auto refuse = [&](const std::string& option, const std::string& what) {
+    throw UsageError(option + ": the " + f->cliWord + " family takes " + what);
+  };
+  if (ch.order && f->orderChoice && (*ch.order < f->minOrder || *ch.order > f->maxOrder))
+    refuse("--order", "orders " + std::to_string(f->minOrder) + " to " +
+                          std::to_string(f->maxOrder) + ", got " + std::to_string(*ch.order));
+  if (ch.ripple && f->ripple.Offered() && !f->ripple.Holds(*ch.ripple))
+    refuse("--ripple", "a ripple from " + GeneralText(f->ripple.low) + " to " +
+                           GeneralText(f->ripple.high) + " dB");
+  if (ch.stopband && f->depth.Offered() && !f->depth.Holds(*ch.stopband))
+    refuse("--stopband", "a stopband depth from " + GeneralText(f->depth.low) + " to " +
+                             GeneralText(f->depth.high) + " dB");
+}
+
+// The order line of the usage: the range most families take, and the others.
+std::string OrderRangesText() {
+  const TableRanges t = RangesOfTable();
+  std::string others;
+  for (const FamilyInfo& f : Families()) {
+    std::string range = std::to_string(f.minOrder) + ".." + std::to_string(f.maxOrder);
+    if (!f.orderChoice) range = "none";
+    if (f.orderChoice && f.minOrder == t.lowestOrder && f.maxOrder == t.highestOrder) continue;
+    others += std::string(others.empty() ? "" : ", ") + f.cliWord + " " + range;
+  }
+  return std::to_string(t.lowestOrder) + ".." + std::to_string(t.highestOrder) +
+         (others.empty() ? "" : " (" + others + ")");
+}
+
+// Which values are the design page's buttons; the others go through its
+// dialog.
+std::string ButtonsText() {
+  std::string ripples, depths;
+  for (const RippleChoice& r : kRippleChoices)
+    ripples += (ripples.empty() ? "" : ", ") + GeneralText(r.value);
+  for (const StopbandChoice& s : kStopbandChoices)
+    depths += (depths.empty() ? "" : ", ") + GeneralText(s.value);
+  return "                              (the design page's buttons: orders " +
+         std::to_string(kLowestButtonOrder) + ".." + std::to_string(kHighestButtonOrder) +
+         ", ripples " + ripples + ",\n                              depths " + depths +
+         "; the others through its \"Other order and ripple\")\n";
+}
+
+// The families that take a ripple or a depth, e.g. "chebyshev, cauer".
+std::string FamiliesWith(ChoiceRange FamilyInfo::*range) {
+  std::string out;
+  for (const FamilyInfo& f : Families())
+    if ((f.*range).Offered()) out += (out.empty() ? "" : ", ") + std::string(f.cliWord);
+  return out;
 }
 
 void ParseSize(const std::string& value, CliOptions& o) {
@@ -218,15 +298,18 @@ void RefuseSharedTargets(const CliOptions& o) {
 }
 
 std::string ChoicesText() {
+  const TableRanges t = RangesOfTable();
   return std::string(
              "choices (first-start defaults when left out):\n"
              "  --family ") +
          FamilyWords("|") + "   (" + FindFamily(kDefaultFamily)->cliWord + ")\n" +
-         "  --order 3..7                                         (5)\n"
-         "  --topology " +
-         TopologyWords("|") + "\n" +
-         "  --ripple 0.01|0.044|0.2     passband ripple, dB       (0.044)\n"
-         "  --stopband 30|40|50|60      stopband depth, dB, cauer (40)\n"
+         "  --order N                   " + OrderRangesText() + "   (5)\n" + "  --topology " +
+         TopologyWords("|") + "\n" + "  --ripple DB                 passband ripple, " +
+         GeneralText(t.ripple.low) + " to " + GeneralText(t.ripple.high) + " dB, " +
+         FamiliesWith(&FamilyInfo::ripple) + " (0.044)\n" +
+         "  --stopband DB               stopband depth, " + GeneralText(t.depth.low) + " to " +
+         GeneralText(t.depth.high) + " dB, " + FamiliesWith(&FamilyInfo::depth) + " (40)\n" +
+         ButtonsText() +
          "  --impedance 50|TEXT         ohms, typed into the Other box (50)\n"
          "  --bandwidth TEXT            cutoff, Hz, e.g. 4.2M     (4.2M)\n"
          "                              (a band topology: the band's width f2 - f1)\n"
@@ -441,13 +524,13 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     if (name == "--family") {
       ch.familyOption = FamilyOption(value());
     } else if (name == "--order") {
-      ch.order = static_cast<int>(ReadCount(name, value(), 3, 7));
+      ch.order = ReadOrder(value());
     } else if (name == "--topology") {
       ch.topology = Topology(value());
     } else if (name == "--ripple") {
-      ch.rippleOption = RippleOption(value());
+      ch.ripple = ReadDecibels(name, "a ripple", value(), RangesOfTable().ripple);
     } else if (name == "--stopband") {
-      ch.stopbandOption = StopbandOption(value());
+      ch.stopband = ReadDecibels(name, "a stopband depth", value(), RangesOfTable().depth);
     } else if (name == "--impedance") {
       const std::string v = value();
       ch.impedance = v == "50" ? v : BoxEntry(name, v, false);
@@ -540,6 +623,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     }
   }
   CheckBand(o.choices);
+  CheckFamilyRanges(o.choices);
   if (!partsOption.empty() && o.values != ValueStage::Chosen)
     throw UsageError(partsOption + ": only for 'parts' or --values chosen");
   if (o.command == Command::Render && o.renderFile.empty() && o.smithFile.empty() &&

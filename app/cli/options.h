@@ -48,18 +48,18 @@ std::span<const CommandInfo> Commands();
 
 // The design page's choices; unset ones keep the first-start defaults.
 struct Choices {
-  std::optional<std::string> familyOption;    // the family's option button
-  std::optional<int> order;                   // 3..7
-  std::optional<std::string> topology;        // "Cinlowpass" ...
-  std::optional<std::string> rippleOption;    // "opt01", "opt044", "opt200"
-  std::optional<std::string> stopbandOption;  // "optAstop30" ...
-  std::optional<std::string> impedance;       // "50" or text for the Other box
-  std::optional<std::string> bandwidth;       // text for the bandwidth box
-  std::optional<std::string> center;          // text for the band centre box
-  std::optional<std::string> f1, f2;          // texts for the band edge boxes
-  std::optional<std::string> resonatorL;      // text for the resonator inductance box
-  std::optional<float> sweep;                 // a band design's sweep span (SweepSpan)
-  std::optional<std::string> q;               // "inf" or text for the Q box
+  std::optional<std::string> familyOption;  // the family's option button
+  std::optional<int> order;                 // any order of the family's range
+  std::optional<std::string> topology;      // "Cinlowpass" ...
+  std::optional<double> ripple;             // dB, any within the family's range
+  std::optional<double> stopband;           // dB, any within the family's range
+  std::optional<std::string> impedance;     // "50" or text for the Other box
+  std::optional<std::string> bandwidth;     // text for the bandwidth box
+  std::optional<std::string> center;        // text for the band centre box
+  std::optional<std::string> f1, f2;        // texts for the band edge boxes
+  std::optional<std::string> resonatorL;    // text for the resonator inductance box
+  std::optional<float> sweep;               // a band design's sweep span (SweepSpan)
+  std::optional<std::string> q;             // "inf" or text for the Q box
   PartModelChoices models;
 };
 

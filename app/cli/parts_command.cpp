@@ -186,8 +186,8 @@ void WriteJson(const DesignResult& r, const PartsChoice& choice, const std::stri
       << JsonString(q.former ? q.former->Name()
                              : (q.inductors ? InfoOf(*q.inductors).name : "exact"))
       << ",\n  \"pairs\": " << (q.pairs ? "true" : "false") << ",\n  \"Stages\": " << d.Stages
-      << ",\n  \"L\": " << FloatList(d.L.data(), d.L.size())
-      << ",\n  \"C\": " << FloatList(d.C.data(), d.C.size()) << ",\n  \"parts\": [";
+      << ",\n  \"L\": " << FloatList(d.L.data(), ReportedComponentCount(d))
+      << ",\n  \"C\": " << FloatList(d.C.data(), ReportedComponentCount(d)) << ",\n  \"parts\": [";
   for (const PositionParts& p : choice.positions) {
     out << (p.position > 1 ? ",\n    " : "\n    ") << "{\"position\": " << p.position
         << ", \"C\": " << List(p.capacitors) << ", \"L\": "

@@ -5,6 +5,8 @@
 #include "cli/number_reader.h"
 #include "core/number_text.h"
 #include "pages/application.h"
+#include "pages/design_choices.h"
+#include "pages/other_design.h"
 #include "synthesis/families.h"
 
 namespace drenik::cli {
@@ -28,9 +30,45 @@ void Type(DesignPage& page, const std::string& box, const std::string& text) {
   page.Box(box).Type(text);
 }
 
+const RippleChoice* RippleButton(double ripple) {
+  for (const RippleChoice& r : kRippleChoices)
+    if (static_cast<float>(ripple) == r.value) return &r;
+  return nullptr;
+}
+
+const StopbandChoice* StopbandButton(double depth) {
+  for (const StopbandChoice& s : kStopbandChoices)
+    if (depth == s.value) return &s;
+  return nullptr;
+}
+
+bool Beyond(const Choices& c) {
+  return (c.order && (*c.order < kLowestButtonOrder || *c.order > kHighestButtonOrder)) ||
+         (c.ripple && !RippleButton(*c.ripple)) || (c.stopband && !StopbandButton(*c.stopband));
+}
+
+// Values beyond the buttons go through the page's "Other order and ripple",
+// the values left out as the page holds them.
+void ChooseOther(DesignPage& page, const Choices& c, const DesignRecord& d) {
+  OtherDesign o = OtherDesignOf(d);
+  const std::pair<bool, const char*> offered[] = {
+      {!c.order || (o.family && o.family->orderChoice), "--order"},
+      {!c.ripple || (o.family && o.family->ripple.Offered()), "--ripple"},
+      {!c.stopband || (o.family && o.family->depth.Offered()), "--stopband"}};
+  for (const auto& [ok, option] : offered)
+    if (!ok)
+      throw UsageError(std::string(option) + ": not offered for the " +
+                       (o.family ? o.family->cliWord : "this") + " family");
+  if (c.order) o.order = *c.order;
+  if (c.ripple) o.ripple = *c.ripple;
+  if (c.stopband) o.depth = *c.stopband;
+  if (const std::string why = page.ChooseOtherDesign(o); !why.empty()) throw UsageError(why);
+}
+
 void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
   if (c.familyOption) Click(page, *c.familyOption, "--family", d);
-  if (c.order && *c.order != d.Order) {
+  const bool beyond = Beyond(c);
+  if (c.order && *c.order != d.Order && !beyond) {
     Click(page, "optOrder" + std::to_string(*c.order), "--order", d);
   }
   // A band's boxes open with its topology; the band designs once it is
@@ -43,8 +81,12 @@ void ApplyChoices(DesignPage& page, const Choices& c, const DesignRecord& d) {
     Type(page, "txtF1", *c.f1);
     Type(page, "txtF2", *c.f2);
   }
-  if (c.rippleOption) Click(page, *c.rippleOption, "--ripple", d);
-  if (c.stopbandOption) Click(page, *c.stopbandOption, "--stopband", d);
+  if (beyond) {
+    ChooseOther(page, c, d);
+  } else {
+    if (c.ripple) Click(page, RippleButton(*c.ripple)->option, "--ripple", d);
+    if (c.stopband) Click(page, StopbandButton(*c.stopband)->option, "--stopband", d);
+  }
   if (c.impedance) {
     if (*c.impedance == "50") {
       Click(page, "optZ50", "--impedance", d);

@@ -170,7 +170,7 @@ void WriteDesignTable(const DesignRecord& exact, const DesignRecord& chosen,
     out << "C exact\n";
   else
     out << Padded("C exact", 12) << Padded("L " + chosenTitle, 16) << "C " << chosenTitle << "\n";
-  int stages = std::clamp<int>(d.Stages, 0, kComponentSlots - 1);
+  int stages = std::clamp<int>(d.Stages, 0, kMaxPositions);
   for (int j = 1; j <= stages; ++j) {
     char pos[16];
     std::snprintf(pos, sizeof pos, "%3d", j);

@@ -8,6 +8,7 @@
 // exactly where the routines store it. Integers are 16-bit.
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -15,12 +16,25 @@
 
 namespace drenik {
 
-// Ladder positions run 1..20 (index 0 is never used by synthesis).
-inline constexpr int kMaxPositions = 20;
-// G, H and ElementType: indices 0..21.
+// The orders of the design page's option buttons (and of the Bessel table).
+inline constexpr int kLowestButtonOrder = 3;
+inline constexpr int kHighestButtonOrder = 7;
+// The highest order of any family's prototype.
+inline constexpr int kMaxOrder = 15;
+// Prototype positions run 1..20 (index 0 is never used by synthesis); G and
+// H: indices 0..21.
+inline constexpr int kPrototypePositions = 20;
 inline constexpr int kPrototypeSlots = 22;
-// L, C, Lstd, Cstd: indices 0..20.
-inline constexpr int kComponentSlots = 21;
+// Ladder positions run 1..31: the longest ladder is a coupled bandpass of
+// the highest order, a series capacitor before and after each of its
+// resonators. L, C, Lstd, Cstd: indices 0..31; ElementType one more, as G.
+inline constexpr int kMaxPositions = 2 * kMaxOrder + 1;
+inline constexpr int kComponentSlots = kMaxPositions + 1;
+inline constexpr int kElementSlots = kComponentSlots + 1;
+// The component arrays as far as reports list them: indices 0..20 (the
+// ladders of the design page's orders fit in 20 positions), and on to the
+// last position of a longer ladder.
+inline constexpr int kReportedComponentSlots = 21;
 // Sweep arrays: points 0..2000.
 inline constexpr int kSweepSlots = 2001;
 // Grid frequency list of the response plot: indices 0..200.
@@ -44,11 +58,17 @@ using SweepArray = std::array<float, kSweepSlots>;
 
 struct DesignRecord {
   // --- Choices (design page, last-session file) ---
-  int16_t Family = 0;          // family code (synthesis/families.h)
-  int16_t Order = 0;           // 3..7
-  std::string Topology;        // exact topology string (synthesis/topologies.h)
-  std::string CauerType;       // "A", "B" or "C"
-  float Apass = 0;             // passband ripple, dB
+  int16_t Family = 0;     // family code (synthesis/families.h)
+  int16_t Order = 0;      // 3..7 on the design page's buttons
+  std::string Topology;   // exact topology string (synthesis/topologies.h)
+  std::string CauerType;  // "A", "B" or "C"
+  float Apass = 0;        // passband ripple, dB
+  // A ripple and depth (dB) chosen beyond the design page's buttons, which
+  // stand in for a selected button: the design takes them whatever another
+  // family's prototype wrote into Apass and Astop meanwhile, and such a
+  // ripple is not snapped onto the nearest button. 0 where a button holds it.
+  float ChosenRipple = 0;
+  float ChosenDepth = 0;
   float Astop = 0;             // stopband depth, dB (Cauer only)
   float Width = 0;             // cutoff ("bandwidth"), Hz; a band design's width f2 - f1
   float Center = 0;            // geometric centre sqrt(f1 f2) of a band design, Hz
@@ -87,11 +107,11 @@ struct DesignRecord {
   float RloadNormalized = 0;
 
   // --- Real components ---
-  std::array<int16_t, kPrototypeSlots> ElementType{};  // element codes (core/element_kinds.h)
-  ComponentArray L{};                                  // henries
-  ComponentArray C{};                                  // farads
-  ComponentArray Lstd{};                               // nearest 5% inductances
-  ComponentArray Cstd{};                               // nearest 5% capacitances
+  std::array<int16_t, kElementSlots> ElementType{};  // element codes (core/element_kinds.h)
+  ComponentArray L{};                                // henries
+  ComponentArray C{};                                // farads
+  ComponentArray Lstd{};                             // nearest 5% inductances
+  ComponentArray Cstd{};                             // nearest 5% capacitances
   // Whole turns of each position's inductor at the chosen-parts stage when
   // it is wound on a core or form; 0 otherwise.
   std::array<int16_t, kComponentSlots> Turns{};
@@ -153,5 +173,19 @@ struct DesignRecord {
   int16_t J = 0;
   int16_t K = 0;
 };
+
+// Pi and two pi as the record keeps them: 4 atan(1) and 8 atan(1), rounded
+// to single precision.
+inline void SetCircleConstants(DesignRecord& d) {
+  d.Pi = static_cast<float>(4 * std::atan(1.0));
+  d.TwoPi = static_cast<float>(8 * std::atan(1.0));
+}
+
+// How many entries of L, C, Lstd and Cstd a report lists, from index 0
+// (ElementType one more).
+inline int ReportedComponentCount(const DesignRecord& d) {
+  const int stages = d.Stages < 0 ? 0 : (d.Stages > kMaxPositions ? kMaxPositions : d.Stages);
+  return stages + 1 > kReportedComponentSlots ? stages + 1 : kReportedComponentSlots;
+}
 
 }  // namespace drenik

@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -95,38 +97,57 @@ bool IdealParts(const DesignRecord& d) {
          d.WindingCapacitance == 0 && d.CapacitorEsl == 0;
 }
 
+using Fields = std::vector<std::string_view>;
+
+// The band pair: a band design's centre and coupled-resonator inductance.
+// Bad values make the line unreadable.
+bool ReadBand(const Fields& f, size_t at, DesignRecord& d) {
+  const auto center = ReadReal(f[at]), resonatorL = ReadReal(f[at + 1]);
+  if (!center || !resonatorL) return false;
+  d.Center = *center;
+  d.ResonatorL = *resonatorL;
+  return true;
+}
+
+// A lowpass or highpass writes 0,0: the resonator inductance of a band
+// design left behind is not part of it.
+std::string WriteBand(const DesignRecord& d) {
+  return "," + ShortestText(std::max(d.Center, 0.0f)) + "," +
+         ShortestText(d.Center > 0 ? d.ResonatorL : 0.0f);
+}
+
 // The part models as the display page's dialog takes them: a known law, a
 // capacitor Q above 0, capacitances and inductances of 0 or more. Anything
 // else leaves the ideal parts (the design itself still loads).
-void ReadPartModels(const std::vector<std::string_view>& fields, DesignRecord& d) {
-  const auto law = ReadInteger(fields[10]);
-  const auto q = ReadReal(fields[11]), cp = ReadReal(fields[12]), esl = ReadReal(fields[13]);
+bool ReadPartModels(const Fields& f, size_t at, DesignRecord& d) {
+  const auto law = ReadInteger(f[at]);
+  const auto q = ReadReal(f[at + 1]), cp = ReadReal(f[at + 2]), esl = ReadReal(f[at + 3]);
   if (!law || *law < 0 || *law > static_cast<int16_t>(QLaw::Linear) || !q || !(*q > 0) || !cp ||
       !(*cp >= 0) || !esl || !(*esl >= 0))
-    return;
+    return true;
   d.InductorQLaw = static_cast<QLaw>(*law);
   d.CapacitorQ = *q;
   d.WindingCapacitance = *cp;
   d.CapacitorEsl = *esl;
+  return true;
 }
 
-// The kept setup, after the part models: the capacitor series, the
-// inductor series, pairs, the winding (quoted) and the mask.
-constexpr size_t kSetupStart = 14;
-constexpr size_t kSetupEnd = kSetupStart + 4 + kKeptMaskFields;
+// Ideal parts ahead of a later group are zero-filled, which reads back as
+// ideal parts.
+std::string WritePartModels(const DesignRecord& d) {
+  if (IdealParts(d)) return ",0,0,0,0";
+  return "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," + ShortestText(d.CapacitorQ) +
+         "," + ShortestText(d.WindingCapacitance) + "," + ShortestText(d.CapacitorEsl);
+}
 
+// The kept setup: the capacitor series, the inductor series, pairs, the
+// winding (quoted) and the tolerance window's mask.
 bool HasKeptSetup(const DesignRecord& d) {
   return d.KeptCapacitorSeries != 0 || d.KeptInductorSeries != 0 || d.KeptPairs != 0 ||
          !d.KeptWinding.empty() || d.KeptMask[0] != 0;
 }
 
-void ClearKeptSetup(DesignRecord& d) {
-  d.KeptCapacitorSeries = d.KeptInductorSeries = d.KeptPairs = 0;
-  d.KeptWinding.clear();
-  d.KeptMask.fill(0);
-}
-
-std::string KeptSetupText(const DesignRecord& d) {
+std::string WriteKeptSetup(const DesignRecord& d) {
   std::string text = "," + std::to_string(d.KeptCapacitorSeries) + "," +
                      std::to_string(d.KeptInductorSeries) + "," + std::to_string(d.KeptPairs) +
                      ",\"" + d.KeptWinding + "\"";
@@ -139,49 +160,105 @@ std::string KeptSetupText(const DesignRecord& d) {
 // (a 0 for none, as a zero-filled group has it), the mask's shape 0 to 3 and
 // its values 0 or more. Anything else keeps none of the setup; the design
 // itself still loads.
-void ReadKeptSetup(const std::vector<std::string_view>& fields, DesignRecord& d) {
-  const auto cap = ReadInteger(fields[kSetupStart]), ind = ReadInteger(fields[kSetupStart + 1]),
-             pairs = ReadInteger(fields[kSetupStart + 2]);
-  const std::string_view windingField = Trim(fields[kSetupStart + 3]);
+bool ReadKeptSetup(const Fields& f, size_t at, DesignRecord& d) {
+  const auto cap = ReadInteger(f[at]), ind = ReadInteger(f[at + 1]), pairs = ReadInteger(f[at + 2]);
+  const std::string_view windingField = Trim(f[at + 3]);
   const auto winding =
       windingField == "0" ? std::optional<std::string>("") : ReadText(windingField);
   if (!cap || *cap < 0 || !ind || *ind < 0 || !pairs || *pairs < 0 || *pairs > 1 || !winding ||
       winding->find(',') != std::string::npos)
-    return;
+    return true;
   std::array<float, kKeptMaskFields> mask{};
-  for (int k = 0; k < kKeptMaskFields; ++k) {
-    const auto v = ReadReal(fields[kSetupStart + 4 + k]);
-    if (!v || !(*v >= 0)) return;
+  for (size_t k = 0; k < mask.size(); ++k) {
+    const auto v = ReadReal(f[at + 4 + k]);
+    if (!v || !(*v >= 0)) return true;
     mask[k] = *v;
   }
-  if (mask[0] != 0 && mask[0] != 1 && mask[0] != 2 && mask[0] != 3) return;
+  if (mask[0] != 0 && mask[0] != 1 && mask[0] != 2 && mask[0] != 3) return true;
   d.KeptCapacitorSeries = *cap;
   d.KeptInductorSeries = *ind;
   d.KeptPairs = *pairs;
   d.KeptWinding = *winding;
   d.KeptMask = mask;
+  return true;
+}
+
+// The ripple and the stopband depth chosen beyond the design page's
+// buttons (dB; 0 where a button holds it). Anything but two finite values
+// of 0 or more makes the line unreadable.
+bool ReadChosen(const Fields& f, size_t at, DesignRecord& d) {
+  const auto ripple = ReadReal(f[at]), depth = ReadReal(f[at + 1]);
+  if (!ripple || !(*ripple >= 0) || !std::isfinite(*ripple) || !depth || !(*depth >= 0) ||
+      !std::isfinite(*depth))
+    return false;
+  d.ChosenRipple = *ripple;
+  d.ChosenDepth = *depth;
+  return true;
+}
+
+std::string WriteChosen(const DesignRecord& d) {
+  return "," + ShortestText(d.ChosenRipple) + "," + ShortestText(d.ChosenDepth);
+}
+
+// The groups of fields after the eight, in the order of the line. A group is
+// written when it is needed or a later one is, with its defaults then, so a
+// line that needs none is the eight fields as it always was; a line may end
+// after any group, and the groups it does not reach take their defaults.
+struct FieldGroup {
+  size_t count;
+  bool (*needed)(const DesignRecord&);
+  std::string (*write)(const DesignRecord&);
+  // False when the fields make the whole line unreadable.
+  bool (*read)(const Fields&, size_t at, DesignRecord&);
+};
+
+constexpr FieldGroup kGroups[] = {
+    {.count = 2,
+     .needed = [](const DesignRecord& d) { return d.Center > 0; },
+     .write = &WriteBand,
+     .read = &ReadBand},
+    {.count = 4,
+     .needed = [](const DesignRecord& d) { return !IdealParts(d); },
+     .write = &WritePartModels,
+     .read = &ReadPartModels},
+    {.count = 4 + kKeptMaskFields,
+     .needed = &HasKeptSetup,
+     .write = &WriteKeptSetup,
+     .read = &ReadKeptSetup},
+    {.count = 2,
+     .needed = [](const DesignRecord& d) { return d.ChosenRipple > 0 || d.ChosenDepth > 0; },
+     .write = &WriteChosen,
+     .read = &ReadChosen},
+};
+
+// Every field the groups carry, from one record to another.
+void CopyGroupFields(const DesignRecord& from, DesignRecord& to) {
+  to.Center = from.Center;
+  to.ResonatorL = from.ResonatorL;
+  to.InductorQLaw = from.InductorQLaw;
+  to.CapacitorQ = from.CapacitorQ;
+  to.WindingCapacitance = from.WindingCapacitance;
+  to.CapacitorEsl = from.CapacitorEsl;
+  to.KeptCapacitorSeries = from.KeptCapacitorSeries;
+  to.KeptInductorSeries = from.KeptInductorSeries;
+  to.KeptPairs = from.KeptPairs;
+  to.KeptWinding = from.KeptWinding;
+  to.KeptMask = from.KeptMask;
+  to.ChosenRipple = from.ChosenRipple;
+  to.ChosenDepth = from.ChosenDepth;
 }
 
 }  // namespace
 
 std::string LastSessionLine(const DesignRecord& d) {
-  // A group is written when it holds something, and so is every group
-  // before a written one, zero-filled where it holds nothing.
-  const bool ideal = IdealParts(d), setup = HasKeptSetup(d);
-  const bool models = !ideal || setup, band = d.Center > 0 || models;
   std::string line = std::to_string(d.Order) + "," + ShortestText(d.Width) + "," +
                      std::to_string(d.Family) + "," + ShortestText(d.Apass) + "," +
                      ShortestText(d.Astop) + ",\"" + d.Topology + "\"," + ShortestText(d.Rsource) +
                      "," + ShortestText(d.Qind);
-  if (band)
-    line += "," + ShortestText(std::max(d.Center, 0.0f)) + "," +
-            ShortestText(d.Center > 0 ? d.ResonatorL : 0.0f);
-  if (models)
-    line += ideal ? ",0,0,0,0"
-                  : "," + std::to_string(static_cast<int>(d.InductorQLaw)) + "," +
-                        ShortestText(d.CapacitorQ) + "," + ShortestText(d.WindingCapacitance) +
-                        "," + ShortestText(d.CapacitorEsl);
-  if (setup) line += KeptSetupText(d);
+  size_t last = 0;  // groups to write
+  for (size_t g = 0; g < std::size(kGroups); ++g)
+    if (kGroups[g].needed(d)) last = g + 1;
+  for (size_t g = 0; g < last; ++g) line += kGroups[g].write(d);
   return line;
 }
 
@@ -189,10 +266,10 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   // Only the first line counts; what follows its line end is ignored.
   size_t lineEnd = text.find_first_of("\r\n");
   std::string_view line = text.substr(0, lineEnd);
-  std::vector<std::string_view> fields = SplitFields(line);
-  if (fields.size() != 8 && fields.size() != 10 && fields.size() != 14 &&
-      fields.size() != kSetupEnd)
-    return false;
+  const Fields fields = SplitFields(line);
+  size_t groups = 0, length = 8;
+  while (length < fields.size() && groups < std::size(kGroups)) length += kGroups[groups++].count;
+  if (length != fields.size()) return false;
 
   auto order = ReadInteger(fields[0]);
   auto width = ReadReal(fields[1]);
@@ -204,9 +281,10 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   auto qind = ReadReal(fields[7]);
   if (!order || !width || !family || !apass || !astop || !topology || !rsource || !qind)
     return false;
-  std::optional<float> center = 0.0f, resonatorL = 0.0f;
-  if (fields.size() >= 10) center = ReadReal(fields[8]), resonatorL = ReadReal(fields[9]);
-  if (!center || !resonatorL) return false;
+  DesignRecord read;
+  size_t at = 8;
+  for (size_t g = 0; g < groups; at += kGroups[g++].count)
+    if (!kGroups[g].read(fields, at, read)) return false;
 
   // Values outside the design page's choices are kept as they are; the page
   // sorts them out when it loads.
@@ -218,16 +296,7 @@ bool ParseLastSession(std::string_view text, DesignRecord& d) {
   d.Topology = *topology;
   d.Rsource = *rsource;
   d.Qind = *qind;
-  d.Center = *center;
-  d.ResonatorL = *resonatorL;
-  const DesignRecord ideal;
-  d.InductorQLaw = ideal.InductorQLaw;
-  d.CapacitorQ = ideal.CapacitorQ;
-  d.WindingCapacitance = ideal.WindingCapacitance;
-  d.CapacitorEsl = ideal.CapacitorEsl;
-  if (fields.size() >= 14) ReadPartModels(fields, d);
-  ClearKeptSetup(d);
-  if (fields.size() >= kSetupEnd) ReadKeptSetup(fields, d);
+  CopyGroupFields(read, d);
   return true;
 }
 
@@ -240,15 +309,7 @@ void SetLastSessionDefaults(DesignRecord& d) {
   d.Topology = kFirstStartTopology;
   d.Rsource = 50;
   d.Qind = kInfiniteQind;
-  d.Center = 0;
-  d.ResonatorL = 0;
-  ClearKeptSetup(d);
-  // Ideal parts: a file the program does not take gives none of its fields.
-  const DesignRecord ideal;
-  d.InductorQLaw = ideal.InductorQLaw;
-  d.CapacitorQ = ideal.CapacitorQ;
-  d.WindingCapacitance = ideal.WindingCapacitance;
-  d.CapacitorEsl = ideal.CapacitorEsl;
+  CopyGroupFields(DesignRecord{}, d);
 }
 
 void ReadLastSession(DesignRecord& d, const std::string& path) {

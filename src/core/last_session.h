@@ -2,29 +2,34 @@
 // The last design, kept between runs in "Drenikfilter.dat" in the working
 // folder: one line of eight comma-separated fields
 //   Order,Width,Family,Apass,Astop,"Topology",Rsource,Qind
-// and, for a band design only, two more: its geometric centre (Hz) and the
-// coupled resonators' inductance (H, 0 for the design's own choice)
-//   ...,Qind,Center,ResonatorL
-// and, when the display page's part models are not the ideal parts, four
-// more after those two (0,0 for a lowpass or highpass): the inductor's Q law
-// (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the winding capacitance
-// (F) and the capacitors' lead inductance (H)
-//   ...,Qind,Center,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
-// and, when the chosen parts' series or winding or the tolerance window's
-// own mask were set, eighteen more after those four (each group before them
-// written, zero-filled where it holds nothing): the capacitor series and the
-// inductor series by their counts (12 for E12; 0 the defaults, E24 and wound
-// to value), 1 for pairs, the winding in quotes ("T50-6", or "6:0.8" for an
-// air-core form and wire in mm; "" or 0 for none), and the mask: its shape
-// (1 lowpass or highpass, 2 bandpass, 3 bandstop; 0 none) and the window's
-// thirteen mask boxes in order (0 for an empty box)
-//   ...,CapacitorEsl,CSeries,LSeries,Pairs,"Winding",Shape,Edge,Edge2,Rl,Il,
-//       From1,To1,Depth1,From2,To2,Depth2,From3,To3,Depth3
-// A lowpass or highpass line with ideal parts and nothing else set is the
-// eight fields alone, as it always was, and a line of eight fields reads
-// with no band (Center and ResonatorL 0), ideal parts and no kept setup.
-// Nonsense in the part models or the kept setup leaves that group at its
-// defaults; the design still loads.
+// and after them groups of fields, each written only when it or a later
+// group is needed (zero-filled then), in this order:
+// - for a band design, its geometric centre (Hz) and the coupled
+//   resonators' inductance (H, 0 for the design's own choice; 0,0 for a
+//   lowpass or highpass)
+//     ...,Qind,Center,ResonatorL
+// - when the display page's part models are not the ideal parts: the
+//   inductor's Q law (0 constant, 1 sqrt, 2 linear), the capacitors' Q, the
+//   winding capacitance (F) and the capacitors' lead inductance (H)
+//     ...,ResonatorL,QLaw,CapacitorQ,WindingCapacitance,CapacitorEsl
+// - when the chosen parts' series or winding or the tolerance window's own
+//   mask were set, eighteen: the capacitor series and the inductor series by
+//   their counts (12 for E12; 0 the defaults, E24 and wound to value), 1 for
+//   pairs, the winding in quotes ("T50-6", or "6:0.8" for an air-core form
+//   and wire in mm; "" or 0 for none), and the mask: its shape (1 lowpass or
+//   highpass, 2 bandpass, 3 bandstop; 0 none) and the window's thirteen mask
+//   boxes in order (0 for an empty box)
+//     ...,CapacitorEsl,CSeries,LSeries,Pairs,"Winding",Shape,Edge,Edge2,Rl,Il,
+//         From1,To1,Depth1,From2,To2,Depth2,From3,To3,Depth3
+// - when a ripple or depth was chosen beyond the design page's buttons:
+//   those two (dB, 0 where a button holds it), kept as they are rather than
+//   snapped onto the nearest button, whatever family the line ends on
+//     ...,Depth3,ChosenRipple,ChosenDepth
+// An order beyond the buttons needs nothing more: Order holds it. A lowpass
+// or highpass line with ideal parts, nothing else kept and the buttons'
+// ripple and depth is the eight fields alone, as it always was. Nonsense in
+// the part models or the kept setup leaves that group at its defaults; the
+// design still loads.
 
 #include <string>
 #include <string_view>
@@ -51,7 +56,7 @@ void WriteLastSession(const DesignRecord& d, Platform& platform,
                       const std::string& path = kLastSessionFile);
 // Reads the fields; on any failure all take their defaults (order 5,
 // 4.2 MHz, the first-start family and topology, 0.044 dB, 40 dB, 50 ohms,
-// 1e6, no band).
+// 1e6, no band, ideal parts, the buttons' ripple and depth).
 void ReadLastSession(DesignRecord& d, const std::string& path = kLastSessionFile);
 
 // The text of the session line (without the line end) and its parser.

@@ -1,5 +1,7 @@
 #include "core/number_text.h"
 
+#include <cstdio>
+
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -78,6 +80,12 @@ std::string RoundTripText(float value) {
 }
 std::string RoundTripText(double value) {
   return RoundTrip(value);
+}
+
+std::string GeneralText(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", value);
+  return text;
 }
 
 }  // namespace drenik

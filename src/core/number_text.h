@@ -20,6 +20,9 @@ std::string ValueText(float value);
 // "4500000", "1.5e-09"): for JSON, CSV, Touchstone and SPICE files.
 std::string RoundTripText(float value);
 std::string RoundTripText(double value);
+// A value for people to read in a message or a label: six significant
+// digits at most, no trailing zeros ("0.015", "120", "1e-05").
+std::string GeneralText(double value);
 // The file form of an integer: ' 0 ', ' 11 ', '-3 '.
 std::string IntegerText(long value);
 

@@ -40,12 +40,16 @@ struct ExportFormat {
   const char* filter;     // "Description (*.EXT)|*.EXT"
   const char* extension;  // proposed with the last file's name (Dialog route)
   ExportWriter write;
+  // Why the format cannot hold the design, or empty; nullptr when it holds
+  // every design.
+  std::string (*cannotHold)(const DesignRecord& d) = nullptr;
 };
 
 inline constexpr ExportFormat kExportFormats[] = {
     {"lct", "cmdWritePallis", "Pallis file", SaveRoute::DialogKeepingName, "Save Pallis file",
      "Pallis files (*.LCT)|*.LCT", ".LCT",
-     [](DesignRecord& d, const std::string& p, Platform& pl) { return WritePallisFile(d, p, pl); }},
+     [](DesignRecord& d, const std::string& p, Platform& pl) { return WritePallisFile(d, p, pl); },
+     &PallisCannotHold},
     {"asc", "cmdSpice", "LTspice", SaveRoute::ExportPage, nullptr, nullptr, ".ASC",
      [](DesignRecord& d, const std::string& p, Platform& pl) {
        return WriteLtspiceFile(d, p, pl);

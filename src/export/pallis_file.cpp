@@ -59,7 +59,7 @@ bool WritePallisLines(const DesignRecord& d, Platform& platform, AtomicFile& fil
   line(v(d.Qind) + v(d.Qcap));
   line("* Gj, Hj:");
   const int stages = d.Stages;
-  if (stages > kMaxPositions) return false;  // beyond the ladder arrays
+  if (!PallisCannotHold(d).empty()) return false;  // beyond the prototype arrays
   for (int j = 1; j <= stages; ++j) line(v(d.G[j]) + v(d.H[j]));
   line("* Element type, L, Ltolerance, C, Ctolerance");
   for (int k = 1; k <= stages; ++k) {
@@ -77,6 +77,12 @@ bool WritePallisLines(const DesignRecord& d, Platform& platform, AtomicFile& fil
 }
 
 }  // namespace
+
+std::string PallisCannotHold(const DesignRecord& d) {
+  if (d.Stages <= kPrototypePositions) return {};
+  return "the Pallis file holds ladders of up to " + std::to_string(kPrototypePositions) +
+         " positions; this design has " + std::to_string(d.Stages);
+}
 
 bool WritePallisFile(const DesignRecord& d, const std::string& path, Platform& platform) {
   if (!PartsWritable(d, platform, kPallisFailure)) return false;

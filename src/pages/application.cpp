@@ -95,6 +95,10 @@ bool Application::AskSweep(SweepEntry& entry) {
   return !sweepService_ || sweepService_(entry);
 }
 
+bool Application::AskOtherDesign(OtherDesign& design) {
+  return !otherDesignService_ || otherDesignService_(design);
+}
+
 void Application::EndProgram(bool writeSession) {
   if (current_ == PageId::Ended) return;
   if (writeSession && !options_.sessionPath.empty()) {

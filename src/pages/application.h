@@ -123,6 +123,12 @@ class Application : public PageHost {
     sweepService_ = std::move(service);
   }
 
+  // The design page's "Other order and ripple" dialog; without it the page
+  // takes the values it is handed.
+  void SetOtherDesignService(std::function<bool(OtherDesign&)> service) {
+    otherDesignService_ = std::move(service);
+  }
+
   // Called after each change of page, once the new page has loaded.
   void SetPageObserver(std::function<void(PageId)> observer) {
     pageObserver_ = std::move(observer);
@@ -138,6 +144,7 @@ class Application : public PageHost {
   bool AskPartsRequest(PartsRequest& request, const std::string& note) override;
   bool AskPartModels(PartModelEntries& entries) override;
   bool AskSweep(SweepEntry& entry) override;
+  bool AskOtherDesign(OtherDesign& design) override;
   void ShowTolerancePage() override;
   void ShowTimePage() override;
   void ShowStressPage() override;
@@ -168,6 +175,7 @@ class Application : public PageHost {
   std::function<bool(PartsRequest&, const std::string&)> partsRequestService_;
   std::function<bool(PartModelEntries&)> partModelsService_;
   std::function<bool(SweepEntry&)> sweepService_;
+  std::function<bool(OtherDesign&)> otherDesignService_;
   std::function<void(TolerancePage&)> toleranceObserver_;
   std::function<void(TimePage&)> timeObserver_;
   std::function<void()> followObserver_;

@@ -11,6 +11,7 @@
 #include "pages/schematic_parts.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
+#include "plot/scaled_canvas.h"
 #include "synthesis/topologies.h"
 
 namespace drenik {
@@ -37,6 +38,7 @@ constexpr float kResistorTeeth = 60;
 constexpr std::array<float, kBandRegions> kFirstRow = {-140 - kRowPitch, 420, kRailGap + 20,
                                                        kRailGap + 20 + kLabelRows* kRowPitch};
 constexpr std::array<float, kBandRegions> kRowStep = {-kRowPitch, kRowPitch, kRowPitch, kRowPitch};
+static_assert(kBandRailY + kFirstRow[0] + (kLabelRows - 1) * kRowStep[0] == kBandTop);
 
 // The part routines draw from the left node `a`.
 void SeriesC(DesignRecord& d, Canvas& canvas, float a) {
@@ -77,6 +79,26 @@ void ShuntLC(DesignRecord& d, Canvas& canvas, float a) {
   canvas.Line(a + 240, d.Y + 540, a + 240, d.Y + kRailGap);
 }
 
+// The parts of a lowpass or highpass ladder longer than the design page's:
+// a coil in the rail, and a capacitor or a coil on a from the rail to ground.
+void SeriesL(DesignRecord& d, Canvas& canvas, float a) {
+  canvas.Line(a, d.Y, a + 40, d.Y);
+  HorizontalCoil(d, canvas, a + 40);
+  canvas.Line(a + 520, d.Y, a + 560, d.Y);
+}
+
+void ShuntC(DesignRecord& d, Canvas& canvas, float a) {
+  canvas.Line(a, d.Y, a, d.Y + 480);
+  HorizontalPlates(canvas, a, d.Y + 480, 60);
+  canvas.Line(a, d.Y + 540, a, d.Y + kRailGap);
+}
+
+void ShuntL(DesignRecord& d, Canvas& canvas, float a) {
+  canvas.Line(a, d.Y, a, d.Y + 280);
+  VerticalCoil(d, canvas, a, d.Y + 280);
+  canvas.Line(a, d.Y + 760, a, d.Y + kRailGap);
+}
+
 // Coil over capacitor on a, from the rail to ground.
 void ShuntTrap(DesignRecord& d, Canvas& canvas, float a) {
   canvas.Line(a, d.Y, a, d.Y + 200);
@@ -98,6 +120,9 @@ struct BandSymbol {
 };
 
 constexpr BandSymbol kBandSymbols[] = {
+    {ElementKind::SeriesL, 560, false, 0, 0, 280, 280, &SeriesL},
+    {ElementKind::ShuntC, 0, true, -130, 130, 0, 0, &ShuntC},
+    {ElementKind::ShuntL, 0, true, -30, 130, 0, 0, &ShuntL},
     {ElementKind::SeriesC, 240, false, 0, 0, 120, 120, &SeriesC},
     {ElementKind::SeriesLC, 720, false, 0, 0, 280, 610, &SeriesLC},
     {ElementKind::SeriesTank, 560, false, 0, 0, 280, 280, &SeriesTank},
@@ -142,8 +167,11 @@ using Assignment = std::array<BandRegion, 3>;
 struct Texts {
   bool has[3];
 };
-Texts TextsOf(const ElementFacts& f) {
-  return {{f.hasL, f.hasC, f.resonanceLabel != nullptr}};
+// A ladder too long for the page even so leaves its branches' resonances
+// out (they follow from the L and C printed, and the design table lists
+// them) before it is drawn smaller.
+Texts TextsOf(const ElementFacts& f, bool resonances) {
+  return {{f.hasL, f.hasC, resonances && f.resonanceLabel != nullptr}};
 }
 
 // Every way of giving a kind's texts different bands. A shunt part's text
@@ -243,7 +271,7 @@ void BandLoad(DesignRecord& d, Canvas& canvas, float x) {
 }  // namespace
 
 bool DrawsAsBand(const DesignRecord& d) {
-  return IsBandDesign(d) && d.Center > 0;
+  return SlotLaidLadder(d);
 }
 
 namespace {
@@ -251,7 +279,8 @@ namespace {
 // The ladder with every part of a kind giving its texts the same bands
 // (assignment[i] for kBandSymbols[i]), so that like parts read alike.
 BandLayout LayOut(const DesignRecord& d,
-                  const std::array<Assignment, std::size(kBandSymbols)>& assignment) {
+                  const std::array<Assignment, std::size(kBandSymbols)>& assignment,
+                  bool resonances) {
   Placing p{};
   p.frontier[static_cast<int>(BandRegion::Above)] = kSourceLabelRight;
   p.frontier[static_cast<int>(BandRegion::Between)] = kSourceCircle;
@@ -264,7 +293,7 @@ BandLayout LayOut(const DesignRecord& d,
     const ElementFacts* f = FactsOf(d.ElementType[j]);
     if (s && f)
       out.parts.push_back(
-          Place(*s, TextsOf(*f), assignment[static_cast<size_t>(s - kBandSymbols)], p));
+          Place(*s, TextsOf(*f, resonances), assignment[static_cast<size_t>(s - kBandSymbols)], p));
   }
   out.loadX = std::max(p.railEnd + 2 * kStep, p.frontier[static_cast<int>(BandRegion::Between)] +
                                                   kSlotGap + kResistorTeeth);
@@ -278,12 +307,15 @@ BandLayout LayOut(const DesignRecord& d,
 // stand where they read better.
 constexpr float kWidthForReadability = 400;
 
-}  // namespace
+// Left of the ladder, the page's margin; right of it, the page's edge.
+constexpr float kMargin = 100;
+constexpr float kRoom = kPageWidth - kMargin;
 
 // Tries every way of giving each kind's texts their bands (a band ladder
-// holds two kinds, so at most 24 x 24 ways) and keeps the narrowest, or a
+// holds two kinds and a long lowpass or highpass ladder three, so at most
+// 24 x 24 x 4 ways) and keeps the narrowest, or a
 // little wider one whose texts stand in better bands.
-BandLayout LayOutBandLadder(const DesignRecord& d) {
+BandLayout BestLayout(const DesignRecord& d, bool resonances) {
   constexpr size_t kKinds = std::size(kBandSymbols);
   std::vector<size_t> kinds;
   std::array<std::vector<Assignment>, kKinds> ways;
@@ -294,7 +326,7 @@ BandLayout LayOutBandLadder(const DesignRecord& d) {
     if (!s || !f) continue;
     const size_t i = static_cast<size_t>(s - kBandSymbols);
     if (ways[i].empty()) {
-      ways[i] = AssignmentsFor(TextsOf(*f), s->shunt);
+      ways[i] = AssignmentsFor(TextsOf(*f, resonances), s->shunt);
       kinds.push_back(i);
     }
   }
@@ -309,11 +341,11 @@ BandLayout LayOutBandLadder(const DesignRecord& d) {
     int rank = 0;
     for (size_t i : kinds) {
       pick[i] = ways[i][at[i]];
-      const Texts t = TextsOf(*FactsOf(kBandSymbols[i].kind));
+      const Texts t = TextsOf(*FactsOf(kBandSymbols[i].kind), resonances);
       for (int k = 0; k < 3; ++k)
         if (t.has[k]) rank += Rank(kBandSymbols[i].shunt, k, pick[i][static_cast<size_t>(k)]);
     }
-    candidates.push_back({LayOut(d, pick), rank});
+    candidates.push_back({LayOut(d, pick, resonances), rank});
     // The next combination, the first kind counting fastest.
     size_t k = 0;
     while (k < kinds.size() && ++at[kinds[k]] == ways[kinds[k]].size()) at[kinds[k++]] = 0;
@@ -330,14 +362,34 @@ BandLayout LayOutBandLadder(const DesignRecord& d) {
   return best->layout;
 }
 
-float BandLadderOrigin(const BandLayout& layout) {
-  const float width = layout.right - layout.left;
-  return std::max(5000 - width / 2, 100.f) - layout.left;
+}  // namespace
+
+BandLayout LayOutBandLadder(const DesignRecord& d) {
+  BandLayout layout = BestLayout(d, true);
+  if (layout.right - layout.left > kRoom) layout = BestLayout(d, false);
+  return layout;
 }
 
-void DrawBandLadder(DesignRecord& d, Canvas& canvas) {
+BandPlacement PlaceBandLadder(const BandLayout& layout, float right) {
+  // Every ladder that fits between the left margin and `right` is drawn at
+  // full size; a wider one is shrunk to end just inside.
+  const float width = layout.right - layout.left;
+  const float room = right - kMargin;
+  return {.x0 = std::max(5000 - width / 2, kMargin) - layout.left,
+          .scale = width > room ? (room - 20) / width : 1.f};
+}
+
+float BandLadderRight(const BandLayout& layout, float right) {
+  const BandPlacement p = PlaceBandLadder(layout, right);
+  return p.x0 + layout.left + (layout.right - layout.left) * p.scale;
+}
+
+void DrawBandLadder(DesignRecord& d, Canvas& page, float right) {
   const BandLayout layout = LayOutBandLadder(d);
-  const float x0 = BandLadderOrigin(layout);
+  const BandPlacement placed = PlaceBandLadder(layout, right);
+  const float x0 = placed.x0;
+  // Shrunk about its top left corner when wider than the page.
+  ScaledCanvas canvas(page, x0 + layout.left, kBandTop, placed.scale);
   d.Y = kBandRailY;
   canvas.SetDrawWidth(1);
   d.X = x0;

@@ -55,18 +55,31 @@ bool DrawsAsBand(const DesignRecord& d);
 // label row finds the same places.
 BandLayout LayOutBandLadder(const DesignRecord& d);
 
-// Where the source's circle stands on the page: the ladder centred on
-// x = 5000 like the lowpass ladders, never left of the page's margin.
-float BandLadderOrigin(const BandLayout& layout);
+// Where the ladder stands on the page: the source's circle at x0, the ladder
+// centred on x = 5000 like the lowpass ladders, never left of the page's
+// margin; a ladder wider than the page (a band design of high order) is
+// drawn shrunk by `scale` about its top left corner so that it ends at the
+// right margin, its texts in proportion.
+struct BandPlacement {
+  float x0;
+  float scale;
+};
+// `right` is how far right the drawing may reach: the page's edge, or less
+// where the display page lists self-resonances.
+BandPlacement PlaceBandLadder(const BandLayout& layout, float right = kPageWidth);
+// The page x where the drawing ends on the right, texts included.
+float BandLadderRight(const BandLayout& layout, float right = kPageWidth);
 
 // The upper rail of a band ladder on both pages: the top row of texts
 // stands clear of the display page's file buttons (to y = 400) and the
 // lowest under the ground rail ends above the VSWR plot's heading (its
 // white box starts at y = 3440) and the band label over the main plot.
 inline constexpr float kBandRailY = 1160;
+// The top of the highest row of texts over the rail.
+inline constexpr float kBandTop = 420;
 
-// Draws the ladder at d.Y = kBandRailY from BandLadderOrigin, with the
+// Draws the ladder at d.Y = kBandRailY as PlaceBandLadder places it, with the
 // values of label row d.ValueMode.
-void DrawBandLadder(DesignRecord& d, Canvas& canvas);
+void DrawBandLadder(DesignRecord& d, Canvas& canvas, float right = kPageWidth);
 
 }  // namespace drenik

@@ -40,6 +40,7 @@ void DesignPage::Load() {
   controls_.RunLoad([this] {
     LoadControls();
     controls_.RunStep([this] { RunSynthesisDriver(); });
+    ShowOtherDesign();
     RedrawSchematic();
   });
 }
@@ -79,7 +80,8 @@ void DesignPage::LoadControls() {
       d_.Order = 5;
       Option("optOrder5").Select();
     }
-    if (d_.Order >= 3 && d_.Order <= 7) Option("optOrder" + std::to_string(d_.Order)).Select();
+    if (d_.Order >= kLowestButtonOrder && d_.Order <= kHighestButtonOrder)
+      Option("optOrder" + std::to_string(d_.Order)).Select();
 
     if (d_.Qind == 0) {
       d_.Qind = kInfiniteQind;
@@ -108,8 +110,13 @@ void DesignPage::LoadControls() {
       if (family->cauerType) d_.CauerType = family->cauerType;
     }
 
+    // A ripple and depth chosen beyond the buttons stand in for them.
+    if (d_.ChosenRipple > 0) d_.Apass = d_.ChosenRipple;
+    if (d_.ChosenDepth > 0) d_.Astop = d_.ChosenDepth;
     if (d_.Apass == 0) d_.Apass = kFirstStartRipple;
-    if (const RippleChoice* ripple = SnapRipple(d_.Apass, SnapBounds::Load)) {
+    const RippleChoice* ripple =
+        d_.ChosenRipple > 0 ? nullptr : SnapRipple(d_.Apass, SnapBounds::Load);
+    if (ripple) {
       Option(ripple->option).Select();
     }
 

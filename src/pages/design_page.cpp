@@ -10,6 +10,7 @@
 #include "core/runtime_error.h"
 #include "pages/band_notch.h"
 #include "pages/design_choices.h"
+#include "pages/other_design.h"
 #include "pages/report_acts.h"
 #include "pages/schematic.h"
 #include "pages/user_guide.h"
@@ -55,7 +56,7 @@ void DesignPage::Build() {
   }
 
   Frame& order = c.AddFrame("frmOrder", "Order");
-  for (int n = 3; n <= 7; ++n) {
+  for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n) {
     auto& option = c.AddOption("optOrder" + std::to_string(n), std::to_string(n), &order);
     option.SetHandler([this, n] {
       d_.Order = static_cast<int16_t>(n);
@@ -63,23 +64,30 @@ void DesignPage::Build() {
     });
   }
 
-  // One option per value: choosing it stores the value and redesigns.
-  auto addChoice = [&](Frame& frame, const std::string& name, const char* caption, auto& field,
-                       auto value) {
-    c.AddOption(name, caption, &frame).SetHandler([this, &field, value] {
-      field = value;
-      RedesignChain();
-    });
-  };
   Frame& topology = c.AddFrame("frmTopology", "Topology");
   for (const TopologyInfo& t : Topologies())
     c.AddOption(TopologyOption(t), t.caption, &topology).SetHandler([this, &t] { OnTopology(t); });
+  // A ripple or depth button replaces one chosen beyond the buttons.
   Frame& ripple = c.AddFrame("frmRipple", "Passband ripple");
   for (const RippleChoice& r : kRippleChoices)
-    addChoice(ripple, r.option, r.caption, d_.Apass, r.value);
+    c.AddOption(r.option, r.caption, &ripple).SetHandler([this, &r] {
+      d_.Apass = r.value;
+      d_.ChosenRipple = 0;
+      RedesignChain();
+    });
   Frame& stopband = c.AddFrame("frmStopbandDepth", "Stopband depth");
   for (const StopbandChoice& b : kStopbandChoices)
-    addChoice(stopband, b.option, b.caption, d_.Astop, b.value);
+    c.AddOption(b.option, b.caption, &stopband).SetHandler([this, &b] {
+      d_.Astop = b.value;
+      d_.ChosenDepth = 0;
+      RedesignChain();
+    });
+  // Orders, ripples and depths beyond the buttons, and the line that names
+  // such a design.
+  c.AddButton("cmdOtherDesign", "Other order and ripple...").SetHandler([this] {
+    OnOtherDesign();
+  });
+  c.AddLabel("lblOtherDesign", "");
 
   Frame& impedance = c.AddFrame("frmImpedance", "Impedance");
   c.AddOption("optZ50", "50", &impedance).SetHandler([this] { OnZ50(); });
@@ -140,6 +148,7 @@ void DesignPage::RedesignChain() {
   RunSynthesisDriver();
   DenormalizeOrRefuse();
   ShowBand();
+  ShowOtherDesign();
   RedrawSchematic();
 }
 
@@ -153,6 +162,41 @@ void DesignPage::DenormalizeOrRefuse() {
   refusal_.clear();
   if (!report.Ok() && IsBandDesign(d_)) refusal_ = std::exchange(report.fault, {});
   Act(report, controls_);
+}
+
+void DesignPage::ShowOtherDesign() {
+  LabelNamed("lblOtherDesign").SetCaption(BeyondButtonsCaption(d_));
+}
+
+void DesignPage::OnOtherDesign() {
+  OtherDesign o = OtherDesignOf(d_);
+  if (!host_.AskOtherDesign(o)) return;
+  if (const std::string why = ChooseOtherDesign(o); !why.empty())
+    platform_.ShowMessage(why, "Other order and ripple", MessageIcon::Exclamation);
+}
+
+std::string DesignPage::ChooseOtherDesign(const OtherDesign& o) {
+  if (o.family && o.family->code != d_.Family) return "The design's family has changed.";
+  if (std::string why = OtherDesignFault(o); !why.empty()) return why;
+  d_.Order = static_cast<int16_t>(o.order);
+  for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n)
+    Option("optOrder" + std::to_string(n)).SetSelectedQuietly(n == o.order);
+  if (o.family->ripple.Offered()) {
+    d_.Apass = d_.ChosenRipple = static_cast<float>(o.ripple);
+    for (const RippleChoice& r : kRippleChoices) {
+      Option(r.option).SetSelectedQuietly(r.value == d_.Apass);
+      if (r.value == d_.Apass) d_.ChosenRipple = 0;
+    }
+  }
+  if (o.family->depth.Offered()) {
+    d_.Astop = d_.ChosenDepth = static_cast<float>(o.depth);
+    for (const StopbandChoice& s : kStopbandChoices) {
+      Option(s.option).SetSelectedQuietly(s.value == d_.Astop);
+      if (s.value == d_.Astop) d_.ChosenDepth = 0;
+    }
+  }
+  RedesignChain();
+  return {};
 }
 
 void DesignPage::RedrawSchematic() {
@@ -196,6 +240,7 @@ void DesignPage::OnFamily(const FamilyInfo& family) {
   d_.Family = family.code;
   d_.CauerFlag = family.resonantArms ? 1 : 0;
   SetFamilyGroups(family.orderChoice, family.rippleChoice, family.stopbandChoice);
+  Button("cmdOtherDesign").SetEnabled(family.orderChoice);
   if (family.cauerType) d_.CauerType = family.cauerType;
   if (!family.cauerType && !family.fixedOrder) d_.StopbandEdge = 0;
   if (family.fixedOrder) {

@@ -16,6 +16,7 @@
 namespace drenik {
 
 struct FamilyInfo;
+struct OtherDesign;
 struct TopologyInfo;
 
 class DesignPage {
@@ -41,6 +42,11 @@ class DesignPage {
   void ReadDesignInputs();
   // Clears and redraws the schematic strip.
   void RedrawSchematic();
+  // An order, ripple and depth beyond the buttons (the "Other order and
+  // ripple" dialog): a value that is a button selects it, the others leave
+  // their group with none selected; then the redesign chain runs. Returns
+  // the reason when the family does not take the values (nothing changes).
+  std::string ChooseOtherDesign(const OtherDesign& o);
 
   // How often the synthesis driver and the strip drawing have run (a view
   // repaints the strip when the second one grows).
@@ -81,6 +87,8 @@ class DesignPage {
   void DenormalizeOrRefuse();
   void ShowBand();
   void ShowEdges();
+  void OnOtherDesign();
+  void ShowOtherDesign();
 
   DesignRecord& d_;
   Platform& platform_;

@@ -1,5 +1,6 @@
 // The display page's file buttons: printing, the overlay files and the export
 // formats.
+#include <cctype>
 #include <filesystem>
 
 #include "export/formats.h"
@@ -21,6 +22,13 @@ std::string ProposedName(const std::string& fileName, const std::string& extensi
 
 void DisplayPage::OnExport(const ExportFormat& format) {
   controls_.RunEvent([&] {
+    if (format.cannotHold) {
+      if (std::string why = format.cannotHold(d_); !why.empty()) {
+        why[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(why[0])));
+        platform_.ShowMessage(why + ".", format.caption, MessageIcon::Exclamation);
+        return;
+      }
+    }
     switch (format.route) {
       case SaveRoute::ExportPage:
         host_.ShowSpicePage();

@@ -9,6 +9,7 @@
 #include "pages/band_schematic.h"
 #include "pages/display_page.h"
 #include "pages/part_model_entries.h"
+#include "pages/resonance_column.h"
 
 namespace drenik {
 
@@ -38,31 +39,28 @@ void DisplayPage::Remodel() {
   DrawSidePlots();
 }
 
-// A column right of the schematic, for the values last analysed: right of
-// the load's texts of the widest ladder (they end left of x = 9500) and
-// above the bandwidth label (y = 2700); seven inductors and the heading fit.
-// A band ladder may reach further right, and its band label stands over the
-// main plot instead: the column starts right of the ladder and runs down to
-// the VSWR plot's heading, room for a Cauer band ladder's ten inductors.
-// Ideal inductors draw nothing; a column drawn before is erased.
+// The self-resonances of the values last analysed, right of the schematic
+// (resonance_column.h): right of the load's texts of the widest lowpass
+// ladder (they end left of x = 9500) and above the bandwidth label
+// (y = 2700); right of a ladder drawn in slots down to the VSWR plot's
+// heading. Ideal inductors draw nothing; a list drawn before is erased.
 void DisplayPage::DrawSelfResonances() {
-  constexpr float kTop = 950, kRight = 11950, kLine = 180;
-  float left = 9900, bottom = 2650;
-  if (DrawsAsBand(d_)) {
-    const BandLayout band = LayOutBandLadder(d_);
-    left = std::max(left, BandLadderOrigin(band) + band.right + 150);
-    bottom = 3400;
-  }
-  if (resonancesShown_) canvas_.FilledBox(left, kTop, kRight, bottom, kWhite);
+  const ResonanceColumns box = ResonanceColumnsOf(d_);
+  if (resonancesShown_)
+    canvas_.FilledBox(erasedLeft_, box.top, erasedRight_, erasedBottom_, kWhite);
   const std::vector<float> hertz = InductorResonances(d_);
-  resonancesShown_ = std::ranges::any_of(hertz, [](float f) { return f > 0; });
+  resonancesShown_ = box.count > 0;
+  erasedLeft_ = box.left, erasedBottom_ = box.bottom;
+  erasedRight_ =
+      std::max(kResonanceRight, box.left + static_cast<float>(box.count) * kResonanceColumn);
   if (!resonancesShown_) return;
-  float y = kTop;
-  PrintAt(left, y, "Self-resonance:");
+  float x = box.left, y = box.top;
+  PrintAt(x, y, "Self-resonance:");
   for (size_t j = 1; j < hertz.size(); ++j) {
     if (!(hertz[j] > 0)) continue;
-    y += kLine;
-    PrintAt(left, y, "L" + std::to_string(j) + "  " + TrimBlanks(FormatFrequency(hertz[j])));
+    y += kResonanceLine;
+    if (y + kResonanceLine > box.bottom) x += kResonanceColumn, y = box.top + kResonanceLine;
+    PrintAt(x, y, "L" + std::to_string(j) + "  " + TrimBlanks(FormatFrequency(hertz[j])));
   }
 }
 

@@ -150,6 +150,7 @@ class DisplayPage {
   std::optional<PartsChoice> chosen_;
   bool warningShown_ = false;     // the resonance warning is on the page
   bool resonancesShown_ = false;  // the inductors' self-resonances are on the page
+  float erasedLeft_ = 0, erasedRight_ = 0, erasedBottom_ = 0;  // where they stand
 };
 
 }  // namespace drenik

@@ -12,8 +12,7 @@ namespace drenik {
 void SetProgramConstants(DesignRecord& d) {
   d.ProgramTitle = kProgramTitle;
   d.Version = kProgramVersion;
-  d.Pi = static_cast<float>(4 * std::atan(1.0));
-  d.TwoPi = static_cast<float>(8 * std::atan(1.0));
+  SetCircleConstants(d);
 }
 
 OpeningPage::OpeningPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host,

@@ -10,6 +10,7 @@ namespace drenik {
 
 struct PartsRequest;
 struct PartModelEntries;
+struct OtherDesign;
 
 // What the display page's "Sweep" asks of a band design: the span k of its
 // sweep from f0 / k to k f0 as typed (empty for the design's own), with the
@@ -43,6 +44,10 @@ class PageHost {
   // Lets the user widen a band design's sweep; false when cancelled. A host
   // without a window keeps it as it is.
   virtual bool AskSweep(SweepEntry&) { return true; }
+  // Lets the user choose an order, ripple and depth beyond the design page's
+  // buttons; false when cancelled. A host without a window takes them as
+  // they are.
+  virtual bool AskOtherDesign(OtherDesign&) { return true; }
   // The tolerance page for the design the record holds.
   virtual void ShowTolerancePage() {}
   // The time responses and the Smith chart of the design the record holds.

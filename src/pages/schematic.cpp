@@ -7,6 +7,7 @@
 #include "core/element_kinds.h"
 #include "core/formatters.h"
 #include "pages/band_schematic.h"
+#include "pages/resonance_column.h"
 #include "pages/schematic_parts.h"
 #include "plot/frequency_axis.h"
 #include "plot/response_plot.h"
@@ -418,7 +419,7 @@ void RedrawSchematic(DesignRecord& d, Canvas& canvas) {
 void DrawDisplaySchematic(DesignRecord& d, Canvas& canvas) {
   float w = ComputeSchematicWidth(d);
   if (DrawsAsBand(d)) {
-    DrawBandLadder(d, canvas);
+    DrawBandLadder(d, canvas, SlotLadderRight(d));
     return;
   }
   d.X = LadderStart(w);

@@ -21,11 +21,18 @@ bool Within(float value, BoxRange range) {
 
 // NaN fails every comparison, so each test is written to pass only for a
 // number in range.
+// An order the family takes, or one of the page's buttons (a family of one
+// fixed order sets its own).
+bool OrderInRange(const DesignRecord& s) {
+  const FamilyInfo* f = FindFamily(s.Family);
+  return f && ((s.Order >= f->minOrder && s.Order <= f->maxOrder) ||
+               (s.Order >= kLowestButtonOrder && s.Order <= kHighestButtonOrder));
+}
+
 bool FieldsInRange(const DesignRecord& s) {
-  return s.Order >= 3 && s.Order <= 7 && FindFamily(s.Family) && FindTopology(s.Topology) &&
-         Within(s.Width, kBandwidthRange) && Within(s.Rsource, kImpedanceRange) &&
-         s.Qind >= kLeastQ && std::isfinite(s.Qind) && s.Apass >= 0 && std::isfinite(s.Apass) &&
-         s.Astop >= 0 && std::isfinite(s.Astop) &&
+  return OrderInRange(s) && FindTopology(s.Topology) && Within(s.Width, kBandwidthRange) &&
+         Within(s.Rsource, kImpedanceRange) && s.Qind >= kLeastQ && std::isfinite(s.Qind) &&
+         s.Apass >= 0 && std::isfinite(s.Apass) && s.Astop >= 0 && std::isfinite(s.Astop) &&
          (s.Center == 0 || Within(s.Center, kBandwidthRange)) && s.ResonatorL >= 0 &&
          s.ResonatorL <= kResonatorLMax;
 }
@@ -43,7 +50,9 @@ bool Designable(const DesignRecord& session) {
   t.CauerFlag = family.resonantArms ? 1 : 0;
   if (t.Apass == 0) t.Apass = kFirstStartRipple;
   if (t.Astop == 0) t.Astop = kFirstStartDepth;
-  if (family.readsDesignInputs) SnapRipple(t.Apass, SnapBounds::Driver);
+  if (t.ChosenRipple > 0) t.Apass = t.ChosenRipple;
+  if (t.ChosenDepth > 0) t.Astop = t.ChosenDepth;
+  if (family.readsDesignInputs && !(t.ChosenRipple > 0)) SnapRipple(t.Apass, SnapBounds::Driver);
   t.Qcap = kInfiniteQcap;
   // A band design from a file that kept no centre takes the page's own.
   if (IsBandDesign(t) && t.Center == 0) t.Center = kDefaultCenter;

@@ -12,7 +12,7 @@ namespace drenik {
 
 void DesignPage::RunSynthesisDriver() {
   ++driverRuns_;
-  for (int n = 3; n <= 7; ++n) {
+  for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n) {
     if (Option("optOrder" + std::to_string(n)).Selected()) {
       d_.Order = static_cast<int16_t>(n);
       break;
@@ -47,10 +47,15 @@ void DesignPage::RunSynthesisDriver() {
       break;
     }
   }
+  // A ripple or depth chosen beyond the buttons stands in for a selected
+  // button (none is selected then), and such a ripple is kept as it is.
+  if (d_.ChosenDepth > 0) d_.Astop = d_.ChosenDepth;
+  if (d_.ChosenRipple > 0) d_.Apass = d_.ChosenRipple;
   // The snapped ripple is shown in its option while the ripple choice is
   // offered. The driver is already designing with that ripple, so the
   // option's own handler (which would start another design) is not run.
-  const RippleChoice* snapped = SnapRipple(d_.Apass, SnapBounds::Driver);
+  const RippleChoice* snapped =
+      d_.ChosenRipple > 0 ? nullptr : SnapRipple(d_.Apass, SnapBounds::Driver);
   if (snapped && FrameNamed("frmRipple").Enabled()) {
     Option(snapped->option).SetSelectedQuietly(true);
   }
@@ -66,7 +71,7 @@ void DesignPage::ReadDesignInputs() {
   std::string text = Box("txtBandwidth").Text();
   d_.Width = CheckEntry(text);
   d_.Rstandard = d_.Rsource;
-  SnapRipple(d_.Apass, SnapBounds::Driver);
+  if (!(d_.ChosenRipple > 0)) SnapRipple(d_.Apass, SnapBounds::Driver);
   const FamilyInfo* family = FindFamily(d_.Family);
   if (family && family->stopbandChoice) {
     double factor = StopbandEdgeFactor(d_.Order, d_.Astop, d_.Apass);

@@ -48,7 +48,7 @@ void DrawChosenPartsLegends(Canvas& canvas) {
 }
 
 void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
-  if (IsBandDesign(d) && d.Center > 0) {
+  if (SlotLaidLadder(d)) {
     DrawBandLabel(d, canvas);
     return;
   }
@@ -58,8 +58,9 @@ void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight) {
   canvas.SetFont("Arial", 8, false);
 }
 
-// A band ladder's values take the schematic's whole width down to y = 3420,
-// so the band's label stands in one line over the legends and the main plot
+// A band ladder's values (and those of a ladder longer than the design
+// page's) take the schematic's whole width down to y = 3420, so the
+// bandwidth and the band stand in one line over the legends and the main plot
 // (left of the VSWR plot's white box from x = 8560), the width in
 // the large bold font and then which centre and which edges: the geometric
 // centre, the edges where the family's cutoff label says. Baselines agree
@@ -75,6 +76,7 @@ void DrawBandLabel(DesignRecord& d, Canvas& canvas, const std::string& note) {
   const std::string width = "Bandwidth: " + FormatFrequency(d.Width);
   PrintAt(canvas, kLeft, kTop, kBlack, width);
   const float next = kLeft + canvas.TextWidth(width) + 300;
+  if (!IsBandDesign(d) || !(d.Center > 0)) return;
   const BandEdges e = EdgesOfBand(d.Center, d.Width);
   const std::string edges = "f1 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f1))) +
                             ", f2 " + TrimBlanks(FormatFrequency(static_cast<float>(e.f2)));

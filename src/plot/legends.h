@@ -31,10 +31,12 @@ void DrawChosenPartsLegends(Canvas& canvas);
 // Erases (9000, 2700)..(eraseRight, 3300) in white and prints "Bandwidth: "
 // followed by FormatFrequency(Width) at (9000, 2700) in black. The page
 // passes 11700 after Down 1% and 11770 after Up 1%; the load may pass either.
-// A band design prints its band label instead (DrawBandLabel).
+// A band design, or a ladder longer than the design page's, prints the
+// label over the plot instead (DrawBandLabel).
 void DrawBandwidthLabel(DesignRecord& d, Canvas& canvas, float eraseRight = 11770);
 // "Bandwidth: " and the width at (500, 3440), over the legends and the main
-// plot, then f0, f1 and f2 on the same line, or f1, f2 and the note.
+// plot, then for a band design f0, f1 and f2 on the same line, or f1, f2 and
+// the note.
 void DrawBandLabel(DesignRecord& d, Canvas& canvas, const std::string& note = {});
 
 }  // namespace drenik

@@ -1,6 +1,7 @@
 #include "qt/designer_window.h"
 
 #include "pages/design_page.h"
+#include "qt/other_design_dialog.h"
 #include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
 #include "qt/print_page.h"
@@ -13,6 +14,7 @@
 #include <QFileInfo>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 
 namespace drenik {
@@ -21,13 +23,16 @@ namespace {
 
 constexpr Qt::Alignment kCentred = Qt::AlignHCenter | Qt::AlignVCenter;
 
-// One option per row inside a frame, from `top`, 370 apart.
+// One option per row inside a frame, from `top`, 370 apart, or closer when
+// that many rows would run past `bottom`.
 void AddOptionColumn(std::vector<ControlPlace>& places, const char* frame,
-                     const std::vector<std::string>& names, float x1, float x2, float top) {
+                     const std::vector<std::string>& names, float x1, float x2, float top,
+                     float bottom = 1e9f) {
+  const float pitch = std::min(370.f, (bottom - top) / static_cast<float>(names.size()));
   float y = top;
   for (const std::string& name : names) {
-    places.push_back({name, x1, y, x2, y + 340, 8, frame});
-    y += 370;
+    places.push_back({name, x1, y, x2, y + pitch - 30, 8, frame});
+    y += pitch;
   }
 }
 
@@ -53,10 +58,12 @@ std::vector<ControlPlace> DesignPlaces() {
   for (const FamilyInfo& f : Families()) families.push_back(f.optionName);
   for (const TopologyInfo& t : Topologies())
     if (!t.band) topologies.push_back(TopologyOption(t));
-  AddOptionColumn(p, "frmFamily", families, 600, 2600, 4300);
+  AddOptionColumn(p, "frmFamily", families, 600, 2600, 4300, 6230);
   p.push_back({"frmOrder", 2900, 3950, 4300, 6250});
-  AddOptionColumn(p, "frmOrder", {"optOrder3", "optOrder4", "optOrder5", "optOrder6", "optOrder7"},
-                  3100, 4200, 4300);
+  std::vector<std::string> orders;
+  for (int n = kLowestButtonOrder; n <= kHighestButtonOrder; ++n)
+    orders.push_back("optOrder" + std::to_string(n));
+  AddOptionColumn(p, "frmOrder", orders, 3100, 4200, 4300);
   p.push_back({"frmTopology", 4500, 3950, 7200, 5900});
   AddOptionColumn(p, "frmTopology", topologies, 4700, 7100, 4300);
   p.push_back({"frmRipple", 7400, 3950, 9600, 5500});
@@ -64,6 +71,13 @@ std::vector<ControlPlace> DesignPlaces() {
   p.push_back({"frmStopbandDepth", 9800, 3950, 11600, 5900});
   AddOptionColumn(p, "frmStopbandDepth", {"optAstop30", "optAstop40", "optAstop50", "optAstop60"},
                   10000, 11500, 4300);
+  // Orders, ripples and depths beyond the buttons: the button under the
+  // topology frame, next to the orders, and the line naming such a design
+  // under the depth frame (two lines where it needs them). The space under
+  // the ripple frame is the band edges'.
+  p.push_back({"cmdOtherDesign", 4500, 5980, 6800, 6340, 8});
+  p.push_back({"lblOtherDesign", 9800, 5940, 11600, 6400, 8, nullptr, "Arial", false,
+               Qt::AlignLeft | Qt::AlignVCenter, true});
 
   p.push_back({"frmImpedance", 400, 6450, 3400, 7850});
   p.push_back({"optZ50", 600, 6800, 1500, 7140, 8, "frmImpedance"});
@@ -189,6 +203,7 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
       [this](PartsRequest& r, const std::string& note) { return AskPartsRequest(r, note, this); });
   app.SetPartModelsService([this](PartModelEntries& e) { return AskPartModels(e, this); });
   app.SetSweepService([this](SweepEntry& e) { return AskSweep(e, this); });
+  app.SetOtherDesignService([this](OtherDesign& o) { return AskOtherDesign(o, this); });
   // The tolerance page in its own window beside this one, made once.
   app.SetToleranceObserver([this](TolerancePage& page) {
     if (!tolerance_) {

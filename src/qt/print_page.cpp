@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "core/formatters.h"
+#include "core/number_text.h"
 #include "pages/opening_page.h"
 #include "plot/response_plot.h"
 #include "qt/painter_canvas.h"
@@ -44,7 +45,10 @@ std::string PrintTitle(const DesignRecord& d) {
   if (family && family->hasRipple) {
     // A fixed design shows the ripple its cutoff label names.
     const double ripple = family->labelRipple > 0 ? family->labelRipple : d.Apass;
-    title += ", ripple " + TrimBlanks(FormatSmall(ripple)) + " dB";
+    // A ripple chosen beyond the design page's buttons may need more digits
+    // (0.001 dB) than the printed title's three decimals give.
+    title += ", ripple " +
+             (d.ChosenRipple > 0 ? GeneralText(ripple) : TrimBlanks(FormatSmall(ripple))) + " dB";
   }
   if (family && family->stopbandChoice) {
     title += ", stopband " + TrimBlanks(FormatValue(d.Astop)) + " dB";

@@ -23,12 +23,14 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <cstdio>
 #include <limits>
 #include <numbers>
 #include <string>
 #include <vector>
 
 #include "synthesis/elliptic.h"
+#include "synthesis/ladder_fit.h"
 #include "synthesis/prototypes.h"
 
 namespace drenik {
@@ -85,22 +87,26 @@ bool Usable(double x) {
 // that the remaining admittance vanishes at jw, then the series parallel-
 // resonant arm tuned to w. The tail is a shunt capacitor and the load, or a
 // shunt capacitor and a series inductor into the load.
+//
+// Unchecked, it runs through whatever the remainders say and only the
+// degrees must come out right: the values are then a starting point.
 bool Extract(Poly num, Poly den, const std::vector<double>& arms, bool seriesInductorTail,
-             CauerLadder& out) {
+             CauerLadder& out, bool checked = true) {
+  const double tolerance = checked ? kCheckTolerance : INFINITY;
   size_t position = 1;
   for (double w : arms) {
     const Complex jw(0, w);
     const Complex shunt = Evaluate(num, jw) / (Evaluate(den, jw) * jw);
-    if (std::abs(shunt.imag()) > kCheckTolerance * std::abs(shunt)) return false;
+    if (std::abs(shunt.imag()) > tolerance * std::abs(shunt)) return false;
     const double c = shunt.real();
     double residual = 0;
     const Poly rest = DivideByResonance(AddScaled(num, -c, den, 1), w, residual);
-    if (residual > kCheckTolerance) return false;
+    if (residual > tolerance) return false;
     const Complex tank = Evaluate(den, jw) / (jw * Evaluate(rest, jw));
-    if (std::abs(tank.imag()) > kCheckTolerance * std::abs(tank)) return false;
+    if (std::abs(tank.imag()) > tolerance * std::abs(tank)) return false;
     const double a = tank.real();  // 1 / C of the arm
     den = DivideByResonance(AddScaled(den, -a, rest, 1), w, residual);
-    if (residual > kCheckTolerance) return false;
+    if (residual > tolerance) return false;
     num = rest;
     out.g[position] = c;
     out.h[position + 1] = a / (w * w);
@@ -115,12 +121,13 @@ bool Extract(Poly num, Poly den, const std::vector<double>& arms, bool seriesInd
     if (num.size() != 3 || den.size() != 2) return false;
     const double c = num[2] / den[1];
     const double constant = num[0];
-    if (std::abs(num[1] - c * den[0]) > kCheckTolerance * std::abs(num[1])) return false;
+    if (std::abs(num[1] - c * den[0]) > tolerance * std::abs(num[1])) return false;
     out.g[position] = c;
     out.h[position + 1] = den[1] / constant;
     out.g[position + 1] = 0;
     out.rload = den[0] / constant;
   }
+  if (!checked) return true;
   for (size_t i = 1; i < out.g.size(); ++i) {
     const bool plainEnd = seriesInductorTail && i + 1 == out.g.size();
     if (!(plainEnd ? out.g[i] == 0 : Usable(out.g[i]))) return false;
@@ -134,13 +141,18 @@ bool Extract(Poly num, Poly den, const std::vector<double>& arms, bool seriesInd
 // so the highest sit at the ends of the ladder and the lowest in the middle
 // (a low zero next to an end would take more than the whole end capacitor).
 // Then other permutations, a bounded number of them.
-std::vector<std::vector<double>> ArmOrders(std::vector<double> zeros) {
+std::vector<double> UsualArmOrder(std::vector<double> zeros) {
   std::sort(zeros.begin(), zeros.end());
   std::vector<double> usual(zeros.size());
   size_t left = 0, right = zeros.size();
   for (size_t i = 0; i < zeros.size(); ++i)
     usual[i % 2 == 0 ? left++ : --right] = zeros[zeros.size() - 1 - i];
-  std::vector<std::vector<double>> orders{usual};
+  return usual;
+}
+
+std::vector<std::vector<double>> ArmOrders(std::vector<double> zeros) {
+  std::sort(zeros.begin(), zeros.end());
+  std::vector<std::vector<double>> orders{UsualArmOrder(zeros)};
   for (int tries = 0; tries < 5040; ++tries) {
     orders.push_back(zeros);
     if (!std::next_permutation(zeros.begin(), zeros.end())) break;
@@ -169,7 +181,22 @@ void CauerSelectivity(int order, double apass, double astop, double& k, double& 
   kc = m.kc;
 }
 
-CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
+namespace {
+
+// The elliptic response of a design: its natural frequencies, its finite
+// transmission zeros, the stopband edge, the polynomials E (natural
+// frequencies) and P (transmission zeros, monic) and the input admittance
+// num / den of its ladder.
+struct EllipticResponse {
+  bool odd = true;
+  std::vector<Complex> poles;  // one of each conjugate pair
+  double realPole = 0;         // odd orders
+  std::vector<double> armZeros;
+  double fstop = 0;
+  Poly e, pz, num, den;
+};
+
+EllipticResponse ResponseOf(int order, double epsilon, double k, double kc) {
   using elliptic::Cd;
   using elliptic::Sn;
   const int n = order;
@@ -188,22 +215,20 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
   const double v0 =
       sinPhi * elliptic::CarlsonRf(cos2, cos2 + std::pow(m1.k * sinPhi, 2), 1.0) / (n * m1.K);
 
+  EllipticResponse r;
+  r.odd = odd;
   std::vector<double> reflection(half), transmission(half);
-  std::vector<Complex> poles;  // one of each conjugate pair
   for (int i = 0; i < half; ++i) {
     const double u = double(2 * i + 1) / n;
     reflection[i] = Cd(u, m).real();
     transmission[i] = 1 / (k * reflection[i]);
-    poles.push_back(Complex(0, 1) * Cd(Complex(u, -v0), m));
+    r.poles.push_back(Complex(0, 1) * Cd(Complex(u, -v0), m));
   }
   // Odd orders add the real natural frequency j sn(j v0 K, k) = -sc(v0 K, k').
-  const double realPole = odd ? -std::abs((Complex(0, 1) * Sn(Complex(0, v0), m)).real()) : 0.0;
+  r.realPole = odd ? -std::abs((Complex(0, 1) * Sn(Complex(0, v0), m)).real()) : 0.0;
 
-  CauerLadder out;
-  out.g.assign(n + 1, 0.0);
-  out.h.assign(n + 1, 0.0);
-  out.fstop = 1 / k;
-  std::vector<double> armZeros = transmission;
+  r.fstop = 1 / k;
+  r.armZeros = transmission;
 
   if (!odd) {
     // w^2 -> w^2 (p^2 - 1) / (p^2 - w^2) keeps DC and the passband edge and
@@ -213,11 +238,11 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
     const double p2 = p * p;
     auto map = [&](double w) { return std::sqrt(w * w * (p2 - 1) / (p2 - w * w)); };
     for (double& z : reflection) z = map(z);
-    armZeros.clear();
+    r.armZeros.clear();
     for (double t : transmission)
-      if (t < p) armZeros.push_back(map(t));
-    out.fstop = map(1 / k);
-    for (Complex& s : poles) s = -std::sqrt(s * s * (p2 - 1) / (p2 + s * s));
+      if (t < p) r.armZeros.push_back(map(t));
+    r.fstop = map(1 / k);
+    for (Complex& s : r.poles) s = -std::sqrt(s * s * (p2 - 1) / (p2 + s * s));
   }
 
   // Characteristic function h F(s) / P(s): F from the reflection zeros, P from
@@ -226,23 +251,38 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
   // of lower degree than F.
   Poly f = odd ? Poly{0.0, 1.0} : Poly{1.0};
   for (double z : reflection) f = Multiply(f, ResonancePair(z));
-  Poly pz{1.0};
-  for (double t : armZeros) pz = Multiply(pz, ResonancePair(t));
+  r.pz = {1.0};
+  for (double t : r.armZeros) r.pz = Multiply(r.pz, ResonancePair(t));
   const Complex j(0, 1);
-  const double h = epsilon * std::abs(Evaluate(pz, j)) / std::abs(Evaluate(f, j));
-  Poly e = odd ? Poly{-h * realPole, h} : Poly{h};
-  for (Complex s : poles) e = Multiply(e, {std::norm(s), 2 * std::abs(s.real()), 1.0});
+  const double h = epsilon * std::abs(Evaluate(r.pz, j)) / std::abs(Evaluate(f, j));
+  r.e = odd ? Poly{-h * r.realPole, h} : Poly{h};
+  for (Complex s : r.poles) r.e = Multiply(r.e, {std::norm(s), 2 * std::abs(s.real()), 1.0});
   // Input admittance (E + hF) / (E - hF); the leading terms cancel in the
   // denominator, so the ladder starts with a shunt capacitor.
-  const Poly num = AddScaled(e, h, f, 0);
-  Poly den = AddScaled(e, -h, f, 0);
-  den.pop_back();
+  r.num = AddScaled(r.e, h, f, 0);
+  r.den = AddScaled(r.e, -h, f, 0);
+  r.den.pop_back();
+  return r;
+}
 
-  for (const auto& arms : ArmOrders(armZeros)) {
+CauerLadder EmptyLadder(int n, const EllipticResponse& r) {
+  CauerLadder out;
+  out.g.assign(n + 1, 0.0);
+  out.h.assign(n + 1, 0.0);
+  out.fstop = r.fstop;
+  return out;
+}
+
+}  // namespace
+
+CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
+  const EllipticResponse r = ResponseOf(order, epsilon, k, kc);
+  const CauerLadder out = EmptyLadder(order, r);
+  for (const auto& arms : ArmOrders(r.armZeros)) {
     CauerLadder trial = out;
-    if (Extract(num, den, arms, !odd, trial)) {
+    if (Extract(r.num, r.den, arms, !r.odd, trial)) {
       trial.zeros = arms;
-      if (!odd) trial.zeros.push_back(std::numeric_limits<double>::infinity());
+      if (!r.odd) trial.zeros.push_back(std::numeric_limits<double>::infinity());
       trial.ok = true;
       return trial;
     }
@@ -250,23 +290,76 @@ CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc) {
   return out;
 }
 
+// Zero shifting in the usual arm order, unchecked, gives the start; the
+// ladder is then fitted to the response's natural frequencies with its arms
+// held on the transmission zeros.
+CauerLadder FitCauerLadder(int order, double epsilon, double k, double kc) {
+  const EllipticResponse r = ResponseOf(order, epsilon, k, kc);
+  CauerLadder out = EmptyLadder(order, r);
+  const std::vector<double> arms = UsualArmOrder(r.armZeros);
+  CauerLadder start = out;
+  start.rload = 1;
+  Extract(r.num, r.den, arms, !r.odd, start, false);
+
+  const LadderForm form{.order = order, .armZeros = arms, .freeLoad = !r.odd};
+  LadderValues v{.element = std::vector<double>(static_cast<size_t>(order) + 1), .rload = 1};
+  for (int i = 1; i <= order; ++i) v.element[i] = i % 2 ? start.g[i] : start.h[i];
+  if (!r.odd) v.rload = start.rload;
+  std::vector<Complex> poles = r.poles;
+  if (r.odd) poles.push_back(r.realPole);
+  // E with P scaled to 1 at DC: 1 for odd orders, the ripple's factor for
+  // even ones.
+  const PoleTarget target = PoleTargetOf(poles, r.e[0] / r.pz[0]);
+  const std::optional<LadderValues> fit = FitLadder(form, target, v);
+  if (!fit) return out;
+  for (int i = 1; i <= order; ++i) {
+    const double x = fit->element[i];
+    if (i % 2) {
+      out.g[i] = x;
+    } else {
+      out.h[i] = x;
+      const size_t arm = static_cast<size_t>(i / 2 - 1);
+      out.g[i] = arm < arms.size() ? 1 / (arms[arm] * arms[arm] * x) : 0.0;
+    }
+  }
+  out.rload = fit->rload;
+  out.zeros = arms;
+  if (!r.odd) out.zeros.push_back(std::numeric_limits<double>::infinity());
+  out.ok = true;
+  return out;
+}
+
 EngineReport EllipticPrototype(DesignRecord& d) {
   if (d.Order < 3)
     return EngineReport::Notice("The Cauer family requires a minimum order of three");
-  for (int i = 1; i <= kMaxPositions; ++i) {
+  for (int i = 1; i <= kPrototypePositions; ++i) {
     d.G[i] = 0;
     d.H[i] = 0;
   }
   const double apass = d.Apass, astop = d.Astop;
-  if (d.Order > kMaxPositions)
+  if (d.Order > kPrototypePositions)
     return EngineReport::Fault("The Cauer prototype has at most 20 positions");
   if (!(apass > 0) || !(astop > apass))
     return EngineReport::Fault(
         "The Cauer prototype needs a ripple above 0 dB and a deeper stopband");
   double k = 0, kc = 0;
   CauerSelectivity(d.Order, apass, astop, k, kc);
-  const CauerLadder ladder = DesignCauerLadder(d.Order, DecibelsToFactor(apass), k, kc);
-  if (!ladder.ok) return EngineReport::Fault("The Cauer ladder could not be extracted");
+  // The orders of the design page's buttons keep the checked zero shifting;
+  // higher orders, and any design it cannot extract, are fitted.
+  const double epsilon = DecibelsToFactor(apass);
+  CauerLadder ladder =
+      d.Order <= kHighestButtonOrder ? DesignCauerLadder(d.Order, epsilon, k, kc) : CauerLadder{};
+  if (!ladder.ok) ladder = FitCauerLadder(d.Order, epsilon, k, kc);
+  if (!ladder.ok) {
+    char text[320];
+    std::snprintf(text, sizeof text,
+                  "No Cauer ladder of order %d with %g dB ripple and %g dB stopband depth: it "
+                  "would need a part of negative value, or its stopband edge (%.6g times the "
+                  "cutoff) lies too close to the cutoff. Raise the stopband depth or the ripple, "
+                  "or lower the order.",
+                  d.Order, apass, astop, 1 / k);
+    return EngineReport::Fault(text);
+  }
   for (int i = 1; i <= d.Order; ++i) {
     d.G[i] = float(ladder.g[i]);
     d.H[i] = float(ladder.h[i]);

@@ -25,11 +25,17 @@ struct CauerLadder {
 // nome q = q1^(1/n). Returns k and its complement.
 void CauerSelectivity(int order, double apass, double astop, double& k, double& kc);
 
-// The ladder of order 3..7 with ripple factor epsilon (passband ripple
-// 10 log10(1 + epsilon^2) dB) and selectivity k with complement kc.
-// Odd orders: equal terminations. Even orders: the elliptic response is
-// mapped so that its highest transmission zero moves to infinity (the
-// classic "type b" design: DC loss equal to the ripple, load below 1 ohm).
+// The ladder of order 3..7 (its zero-shifting checks hold to about there) with ripple factor
+// epsilon (passband ripple 10 log10(1 + epsilon^2) dB) and selectivity k with complement kc. Odd
+// orders: equal terminations. Even orders: the elliptic response is mapped so that its highest
+// transmission zero moves to infinity (the classic "type b" design: DC loss equal to the ripple,
+// load below 1 ohm).
 CauerLadder DesignCauerLadder(int order, double epsilon, double k, double kc);
+
+// The same ladder for any order: the zero shifting gives a start and the
+// ladder is fitted to the response's natural frequencies (ladder_fit.h),
+// which keeps its accuracy at orders where the polynomials lose theirs.
+// Not ok when the fit finds no ladder of positive elements.
+CauerLadder FitCauerLadder(int order, double epsilon, double k, double kc);
 
 }  // namespace drenik

@@ -217,9 +217,9 @@ EngineReport Denormalize(DesignRecord& d) {
   if (!topology) return {};
 
   const int n = d.Order;
-  if (n > kMaxPositions) {
-    return EngineReport::Fault("Subscript out of range: the ladder has room for " +
-                               std::to_string(kMaxPositions) + " positions, not " +
+  if (n > kPrototypePositions) {
+    return EngineReport::Fault("Subscript out of range: the prototype has room for " +
+                               std::to_string(kPrototypePositions) + " positions, not " +
                                std::to_string(n) + ".");
   }
 

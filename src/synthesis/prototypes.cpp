@@ -6,8 +6,13 @@
 
 #include "synthesis/prototypes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
+
+#include "synthesis/all_pole.h"
+#include "synthesis/ladder_fit.h"
 
 namespace drenik {
 namespace {
@@ -19,7 +24,7 @@ double PiDouble() {
 // Every prototype starts from a clean G(1..20), H(1..20). Index 0 and index
 // 21 are left alone.
 void ClearPrototype(DesignRecord& d) {
-  for (int j = 1; j <= kMaxPositions; ++j) {
+  for (int j = 1; j <= kPrototypePositions; ++j) {
     d.G[j] = 0;
     d.H[j] = 0;
   }
@@ -42,6 +47,20 @@ constexpr float kLinearPhaseTable[5][7] = {
     {2.2645f, 1.1126f, 0.8538f, 0.6392f, 0.4002f, 0.1365f, 0},
     {2.2659f, 1.1052f, 0.869f, 0.702f, 0.5249f, 0.3259f, 0.1106f},
 };
+
+// A ladder between equal 1-ohm terminations fitted to the poles, from the
+// start values g1..gn (index 0 unused), into G(1..Order).
+EngineReport StoreAllPole(DesignRecord& d, const std::vector<std::complex<double>>& poles,
+                          const std::vector<double>& start, const char* family) {
+  const LadderForm form{.order = d.Order, .armZeros = {}, .freeLoad = false};
+  const std::optional<LadderValues> fit =
+      FitLadder(form, PoleTargetOf(poles, 1.0), {.element = start, .rload = 1});
+  if (!fit)
+    return EngineReport::Fault(std::string("The ") + family + " ladder of order " +
+                               std::to_string(d.Order) + " could not be computed.");
+  for (int j = 1; j <= d.Order; ++j) d.G[j] = static_cast<float>(fit->element[j]);
+  return {};
+}
 
 }  // namespace
 
@@ -107,14 +126,45 @@ EngineReport EqualRipplePrototype(DesignRecord& d) {
 
 EngineReport LinearPhasePrototype(DesignRecord& d) {
   ClearPrototype(d);
-  if (d.Order >= 3 && d.Order <= 7) {
-    const float* row = kLinearPhaseTable[d.Order - 3];
-    for (int j = 1; j <= d.Order; ++j) d.G[j] = row[j - 1];
+  const int n = d.Order;
+  if (n >= kLowestButtonOrder && n <= kHighestButtonOrder) {
+    const float* row = kLinearPhaseTable[n - kLowestButtonOrder];
+    for (int j = 1; j <= n; ++j) d.G[j] = row[j - 1];
+  } else if (n >= 2 && n <= kMaxOrder) {
+    const allpole::Poly e = allpole::BesselDenominator(n);
+    allpole::Poly loss = allpole::MagnitudeSquared(e);
+    loss[0] = 0;  // |F|^2 = |E|^2 - 1, and E(0) = 1
+    const std::vector<double> start =
+        allpole::DarlingtonStart(e, allpole::ReflectionPolynomial(loss, e.back()));
+    if (EngineReport r = StoreAllPole(d, allpole::Roots(e), start, "Bessel"); !r.Ok()) return r;
   }
   d.Apass = 0;
   d.Astop = 0;
   d.RloadNormalized = 1.0f;
   d.Rload = d.Rsource;
+  d.CauerFlag = 0;
+  return {};
+}
+
+EngineReport OptimumMonotonicPrototype(DesignRecord& d) {
+  ClearPrototype(d);
+  const int n = d.Order;
+  if (n < 2 || n > kMaxOrder)
+    return EngineReport::Fault("The Legendre prototype takes orders 2 to " +
+                               std::to_string(kMaxOrder) + ", not " + std::to_string(n) + ".");
+  // |H|^2 = 1 / (1 + L(w^2)): E E* = 1 + L and, with equal terminations,
+  // F F* = |S11|^2 |E|^2 = L. E takes the left-half-plane roots.
+  const allpole::Poly l = allpole::LegendreCharacteristic(n);
+  allpole::Poly onePlus = l;
+  onePlus[0] += 1;
+  const std::vector<std::complex<double>> poles = allpole::LeftHalfPlaneRoots(onePlus);
+  const double lead = std::sqrt(l.back());
+  const std::vector<double> start = allpole::DarlingtonStart(
+      allpole::FromRoots(poles, lead), allpole::ReflectionPolynomial(l, lead));
+  if (EngineReport r = StoreAllPole(d, poles, start, "Legendre"); !r.Ok()) return r;
+  d.Apass = 0;
+  d.Astop = 0;
+  d.RloadNormalized = 1.0f;
   d.CauerFlag = 0;
   return {};
 }

@@ -23,8 +23,13 @@ EngineReport EqualRipplePrototype(DesignRecord& d);
 EngineReport EllipticPrototype(DesignRecord& d);
 // The fixed fifth-order table with two resonant series arms (any Order).
 EngineReport ZelmarPrototype(DesignRecord& d);
-// Maximally flat delay, tabulated for orders 3..7 (3 dB cutoff); sets
-// Rload = Rsource itself.
+// Maximally flat delay (3 dB cutoff): tabulated for orders 3..7, fitted to
+// the poles of the Bessel polynomial for orders 2 and 8..15 (all_pole.h);
+// any other order gives an all-zero prototype. Sets Rload = Rsource itself.
 EngineReport LinearPhasePrototype(DesignRecord& d);
+// The steepest monotonic response of its order (Legendre, optimum L), 3 dB
+// cutoff, equal terminations, orders 2..15: Darlington's synthesis from
+// |H|^2 = 1 / (1 + L_n(w^2)), fitted to the poles.
+EngineReport OptimumMonotonicPrototype(DesignRecord& d);
 
 }  // namespace drenik

@@ -102,6 +102,15 @@ inline bool IsBandDesign(const DesignRecord& d) {
   return t && t->band;
 }
 
+// Whether the schematics lay the ladder out in slots (pages/band_schematic.h)
+// rather than at the fixed places of the design page's ladders: a band
+// design, or a ladder of an order above the page's highest, which those
+// places would run off the page. (The order, not the ladder's length, so
+// that the answer holds before the ladder is scaled as well.)
+inline bool SlotLaidLadder(const DesignRecord& d) {
+  return (IsBandDesign(d) && d.Center > 0) || d.Order > kHighestButtonOrder;
+}
+
 // A ladder that begins with a shunt element, like the prototype, scales its
 // normalized load as a resistance; the duals take the reciprocal.
 inline bool LoadScalesDirectly(const TopologyInfo& t) {

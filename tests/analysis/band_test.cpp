@@ -13,6 +13,7 @@
 #include "analysis/ladder.h"
 #include "analysis/sweep.h"
 #include "export/writers.h"
+#include "support/ngspice.h"
 #include "synthesis/families.h"
 #include "synthesis/stray_warning.h"
 #include "synthesis/topologies.h"
@@ -122,24 +123,8 @@ TEST(BandLadders, CoupledResonatorsKeepRippleAndEdges) {
   EXPECT_NE(r.fault.find("smaller resonator inductance"), std::string::npos) << r.fault;
 }
 
-// ngspice in batch mode on the netlist of d; V(out) per point.
-std::vector<std::pair<double, std::complex<double>>> Simulate(const DesignRecord& d,
-                                                              const fs::path& dir) {
-  const std::string net = SpiceNetlistText(d);
-  const fs::path out = dir / "vout.txt", cir = dir / "band.cir";
-  std::ofstream(cir) << net.substr(0, net.rfind(".end")) << ".control\nset wr_singlescale\nrun\n"
-                     << "wrdata " << out.string() << " v(out)\n.endc\n.end\n";
-  fs::remove(out);
-  (void)std::system(("ngspice -b " + cir.string() + " > /dev/null 2>&1").c_str());
-  std::vector<std::pair<double, std::complex<double>>> points;
-  std::ifstream in(out);
-  double f, re, im;
-  while (in >> f >> re >> im) points.push_back({f, {re, im}});
-  return points;
-}
-
 TEST(BandLadders, NetlistsAgreeWithNgspice) {
-  if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+  if (!testing::HaveNgspice()) GTEST_SKIP() << "ngspice not installed";
   const fs::path dir = fs::temp_directory_path() / ("drenik_band_" + std::to_string(getpid()));
   fs::create_directories(dir);
   double worst = 0;
@@ -151,10 +136,10 @@ TEST(BandLadders, NetlistsAgreeWithNgspice) {
       const double k = BandSweepFactor(d.Center, d.Width);
       d.Fstart = static_cast<float>(d.Center / k), d.Fstop = static_cast<float>(d.Center * k);
       d.NrIntervals = 1000;
-      const auto points = Simulate(d, dir);
+      const auto points = testing::Simulate(d, dir);
       ASSERT_GT(points.size(), 700u) << t.name;
       for (const auto& [f, v] : points) {
-        const double db = 20 * std::log10(std::abs(v)) + 10 * std::log10(d.Rsource / d.Rload);
+        const double db = testing::SimulatedDb(d, v);
         if (db < -50) continue;
         const double ours = AnalyzePoint(LadderOf(d), static_cast<float>(f), 0, 0).TransmissionDb;
         worst = std::max(worst, std::fabs(ours - db));

@@ -16,6 +16,7 @@
 #include "analysis/ladder.h"
 #include "analysis/sweep.h"
 #include "export/writers.h"
+#include "support/ngspice.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/families.h"
 
@@ -171,12 +172,18 @@ TEST(AnalyzeSweep, PhaseAndBackwardDifferenceDelay) {
 TEST(AnalyzeSweep, RefusesWhatWouldDivideByZeroBeforeTouchingResults) {
   using Spoil = std::pair<const char*, void (*)(DesignRecord&)>;
 #define SPOIL(change) Spoil(#change, [](DesignRecord& d) { change; })
-  const Spoil cases[] = {SPOIL(d.Fstart = 0),      SPOIL(d.Fstop = -5),
-                         SPOIL(d.NrIntervals = 0), SPOIL(d.NrIntervals = 2001),
-                         SPOIL(d.Stages = 21),     SPOIL(d.Stages = -1),
-                         SPOIL(d.Rload = 0),       SPOIL(d.Rsource = 0),
-                         SPOIL(d.TwoPi = 0),       SPOIL(d.Qind = 0),
-                         SPOIL(d.Qcap = 0),        SPOIL(d.L[2] = 0),
+  const Spoil cases[] = {SPOIL(d.Fstart = 0),
+                         SPOIL(d.Fstop = -5),
+                         SPOIL(d.NrIntervals = 0),
+                         SPOIL(d.NrIntervals = 2001),
+                         SPOIL(d.Stages = kMaxPositions + 1),
+                         SPOIL(d.Stages = -1),
+                         SPOIL(d.Rload = 0),
+                         SPOIL(d.Rsource = 0),
+                         SPOIL(d.TwoPi = 0),
+                         SPOIL(d.Qind = 0),
+                         SPOIL(d.Qcap = 0),
+                         SPOIL(d.L[2] = 0),
                          SPOIL(d.L[3] = 0)};
 #undef SPOIL
   for (const auto& [what, spoil] : cases) {
@@ -310,25 +317,8 @@ TEST(DesignedLadders, LosslessRippleCutoffStopbandAndHighpassMirror) {
   }
 }
 
-// ngspice in batch mode on the netlist of d; V(out) per point.
-std::vector<std::pair<double, std::complex<double>>> Simulate(const DesignRecord& d,
-                                                              const fs::path& dir) {
-  const std::string net = SpiceNetlistText(d);
-  const fs::path out = dir / "vout.txt", cir = dir / "ladder.cir";
-  std::ofstream(cir) << net.substr(0, net.rfind(".end")) << ".control\nset wr_singlescale\nrun\n"
-                     << "wrdata " << out.string() << " v(out)\n.endc\n.end\n";
-  fs::remove(out);
-  // ngspice -b exits with 1 without a .print line: the data file tells.
-  (void)std::system(("ngspice -b " + cir.string() + " > /dev/null 2>&1").c_str());
-  std::vector<std::pair<double, std::complex<double>>> points;
-  std::ifstream in(out);
-  double f, re, im;
-  while (in >> f >> re >> im) points.push_back({f, {re, im}});
-  return points;
-}
-
 TEST(DesignedLadders, AgreeWithNgspice) {
-  if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+  if (!testing::HaveNgspice()) GTEST_SKIP() << "ngspice not installed";
   const fs::path dir = fs::temp_directory_path() / ("drenik_ngspice_" + std::to_string(getpid()));
   fs::create_directories(dir);
   for (const Choice& c : Choices()) {
@@ -338,12 +328,12 @@ TEST(DesignedLadders, AgreeWithNgspice) {
       for (const char* topology : {"Cinlowpass", "Linlowpass", "Cinhighpass", "Linhighpass"}) {
         const DesignRecord d = Designed(c, order, topology, kInfiniteQind);
         const std::string what = c.name + " order " + std::to_string(order) + " " + topology;
-        const auto points = Simulate(d, dir);
+        const auto points = testing::Simulate(d, dir);
         ASSERT_GT(points.size(), 700u) << what;
         EXPECT_NEAR(points.back().first, d.Fstop, 1e-3 * d.Fstop) << what;
         for (const auto& [f, v] : points) {
           // 2 V behind Rsource: |S21|² = (Rsource/Rload)|V(out)|².
-          const double db = 20 * std::log10(std::abs(v)) + 10 * std::log10(d.Rsource / d.Rload);
+          const double db = testing::SimulatedDb(d, v);
           if (db < -60) continue;
           const PointResult r = At(d, static_cast<float>(f));
           double deg = std::fabs(r.Phase - std::arg(v) * 180 / M_PI);
@@ -361,16 +351,16 @@ TEST(DesignedLadders, AgreeWithNgspice) {
 // with each Q law, with the largest inductor resonating at 6 times the
 // cutoff and the largest capacitor at 8 times, inside the sweep.
 TEST(DesignedLadders, PartModelsAgreeWithNgspice) {
-  if (std::system("ngspice -v > /dev/null 2>&1") != 0) GTEST_SKIP() << "ngspice not installed";
+  if (!testing::HaveNgspice()) GTEST_SKIP() << "ngspice not installed";
   const fs::path dir = fs::temp_directory_path() / ("drenik_models_" + std::to_string(getpid()));
   fs::create_directories(dir);
   auto expectAgreement = [&](DesignRecord& d, const std::string& what) {
     Sweep(d);
-    const auto points = Simulate(d, dir);
+    const auto points = testing::Simulate(d, dir);
     ASSERT_GT(points.size(), 700u) << what;
     double worst = 0;
     for (const auto& [f, v] : points) {
-      const double db = 20 * std::log10(std::abs(v)) + 10 * std::log10(d.Rsource / d.Rload);
+      const double db = testing::SimulatedDb(d, v);
       if (db > -50)
         worst = std::max(worst, std::fabs(At(d, static_cast<float>(f)).TransmissionDb - db));
     }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <numbers>
@@ -14,6 +15,7 @@
 #include "core/formatters.h"
 #include "json_reader.h"
 #include "support/temp_folder.h"
+#include "synthesis/families.h"
 
 namespace drenik::testing {
 namespace {
@@ -50,9 +52,9 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
   const std::pair<std::string, std::string> cases[] = {
       {"", "command"},
       {"frobnicate", "frobnicate"},
-      {"design --order 9", "--order"},
+      {"design --order 16", "--order"},
       {"design --family elliptic", "--family"},
-      {"design --ripple 0.1", "--ripple"},
+      {"design --ripple 3.5", "--ripple"},
       {"design --values 10%", "--values"},
       {"design --bogus", "--bogus"},
       {"design --png " + png, "--png"},
@@ -77,7 +79,7 @@ TEST(Cli, BadUsageIsOneLineNamingTheOptionWithStatusTwoAndNothingWritten) {
       {"design --impedance nan", "--impedance"},
       {"design --q INF", "--q"},
       {"design --q 1e400", "--q"},
-      {"design --order +9", "--order"},
+      {"design --order 9x", "--order"},
       {"design --order 5.0", "--order"},
       {"render --size 0x1e3 --png " + png, "--size"},
       {"tolerance --trials 0x10", "--trials"},
@@ -193,18 +195,70 @@ TEST(Cli, EveryJsonRealReadsBackToTheSameFloat) {
 
   const size_t points = 1001;
   const std::tuple<const char*, const float*, size_t> arrays[] = {
-      {"G", d.G.data(), kPrototypeSlots}, {"H", d.H.data(), kPrototypeSlots},
-      {"L", d.L.data(), kComponentSlots}, {"Cstd", d.Cstd.data(), kComponentSlots},
-      {"Freq", d.Freq.data(), points},    {"Transmission", d.Transmission.data(), points},
-      {"Delay", d.Delay.data(), points},  {"Phase", d.Phase.data(), points}};
+      {"G", d.G.data(), kPrototypeSlots},
+      {"H", d.H.data(), kPrototypeSlots},
+      {"L", d.L.data(), kReportedComponentSlots},
+      {"Cstd", d.Cstd.data(), kReportedComponentSlots},
+      {"Freq", d.Freq.data(), points},
+      {"Transmission", d.Transmission.data(), points},
+      {"Delay", d.Delay.data(), points},
+      {"Phase", d.Phase.data(), points}};
   for (const auto& [name, values, count] : arrays) {
     ASSERT_EQ(j[name].items.size(), count) << name;
     for (size_t i = 0; i < count; ++i) ExpectSame(j[name].items[i], values[i], name);
   }
-  EXPECT_EQ(j["ElementType"].items.size(), static_cast<size_t>(kPrototypeSlots));
+  EXPECT_EQ(j["ElementType"].items.size(), static_cast<size_t>(kReportedComponentSlots + 1));
   // Shortest texts, JSON's own number form.
   EXPECT_EQ(cli::JsonReal(0.044f) + cli::JsonReal(1e10f) + cli::JsonReal(-0.5f), "0.0441e+10-0.5");
   EXPECT_EQ(cli::JsonReal(std::nanf("")), "null");
+}
+
+// Orders, ripples and depths beyond the design page's buttons go through its
+// "Other order and ripple"; the arrays grow only for a ladder that needs it;
+// a value no family takes, or this family does not, is refused by its range.
+TEST(Cli, AnyOrderRippleAndDepthTheFamilyTakes) {
+  Json nine = DesignJson("--order 9 --ripple 0.015 --values exact");
+  EXPECT_TRUE(nine["Order"].AsInt() == 9 && nine["Stages"].AsInt() == 9);
+  EXPECT_EQ(nine["Apass"].AsFloat(), 0.015f);  // kept, not snapped onto 0.01
+  EXPECT_EQ(nine["L"].items.size(), size_t{kReportedComponentSlots});
+  Json band = DesignJson(
+      "--family legendre --order 13 --topology Coupledbandpass --center 7.15M --bandwidth 300k");
+  EXPECT_EQ(band["Stages"].AsInt(), 27);
+  EXPECT_TRUE(band["L"].items.size() == 28 && band["ElementType"].items.size() == 29);
+  EXPECT_EQ(band["texts"]["C"].items.size(), 27u);
+  const std::pair<const char*, const char*> refused[] = {
+      {"design --order 99", "--order: expected an order from 2 to 15, got '99'"},
+      {"design --family cauer --order 2", "--order: the cauer family takes orders 3 to 15, got 2"},
+      {"design --ripple 5", "--ripple: expected a ripple from 0.001 to 3 dB, got '5'"},
+      {"design --family cauer --stopband 10",
+       "--stopband: expected a stopband depth from 15 to 120 dB, got '10'"},
+      {"design --family legendre --ripple 0.1", "--ripple: not offered for the legendre family"},
+      {"design --family zelmar --order 9", "--order: not offered for the zelmar family"},
+      {"design --family cauer --order 9 --ripple 0.001 --stopband 15",
+       "No Cauer ladder of order 9"}};
+  for (const auto& [line, message] : refused) {
+    const CliRun r = RunLine(line);
+    EXPECT_TRUE(r.status == 2 && r.out.empty()) << line;
+    EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
+  }
+  TempFolder folder;
+  const CliRun exported = RunLine(
+      "export --family cauer --order 15 --ripple 0.05 --stopband 90 "
+      "--lct " +
+      (folder / "a.lct") + " --asc " + (folder / "a.asc") + " --cir " + (folder / "a.cir") +
+      " --s2p " + (folder / "a.s2p"));
+  EXPECT_EQ(exported.status, 0) << exported.err;
+  EXPECT_NE(ReadWhole(folder / "a.cir").find("order 15"), std::string::npos);
+  // The Pallis file holds 20 positions: a longer ladder writes no file at all.
+  const CliRun pallis = RunLine(
+      "export --family legendre --order 13 --topology Coupledbandpass "
+      "--center 7.15M --bandwidth 300k --cir " +
+      (folder / "b.cir") + " --lct " + (folder / "b.lct"));
+  EXPECT_EQ(pallis.status, 2);
+  EXPECT_EQ(pallis.err,
+            "drenik: --lct: the Pallis file holds ladders of up to 20 positions; this "
+            "design has 27\n");
+  EXPECT_FALSE(std::filesystem::exists(folder / "b.cir"));
 }
 
 // 5c: standard capacitors, inductors as designed; 5l: both standard (which
@@ -379,7 +433,7 @@ TEST(Cli, PartsJsonTableAndPartsList) {
   CliRun r = RunLine("parts --order 7 --ripple 0.2 --pairs --json --bom " + bom);
   ASSERT_EQ(r.status, 0) << r.err;
   const Json j = ParseJson(r.out);
-  ASSERT_EQ(j["L"].items.size(), size_t{kComponentSlots});
+  ASSERT_EQ(j["L"].items.size(), size_t{kReportedComponentSlots});
   ASSERT_EQ(j["parts"].items.size(), 7u);
   size_t parts = 0;
   for (const Json& p : j["parts"].items) {
@@ -438,6 +492,29 @@ TEST(Cli, ReadmeShowsTheUsageLinesAsTheProgramPrintsThem) {
   }
   EXPECT_NE(block.find("drenik --help | --version"), std::string::npos) << usage;
   EXPECT_NE(readme.find(block), std::string::npos) << block;
+}
+
+// The README's family table gives each family of the program's table what
+// it takes.
+TEST(Cli, ReadmeFamilyTableSaysWhatEachFamilyTakes) {
+  const std::string readme = ReadWhole(DRENIK_SOURCE_DIR "/README.md");
+  auto range = [](const char* what, const ChoiceRange& r) {
+    char text[64];
+    std::snprintf(text, sizeof text, ", %s %g..%g dB", what, r.low, r.high);
+    return r.Offered() ? std::string(text) : "";
+  };
+  for (const FamilyInfo& f : Families()) {
+    const size_t row = readme.find("\n| " + std::string(f.name));
+    ASSERT_NE(row, std::string::npos) << f.name;
+    const std::string line = readme.substr(row + 1, readme.find('\n', row + 1) - row - 1);
+    const std::string orders =
+        f.minOrder == f.maxOrder
+            ? "order " + std::to_string(f.minOrder) + " only"
+            : "orders " + std::to_string(f.minOrder) + ".." + std::to_string(f.maxOrder);
+    EXPECT_NE(line.find("| " + orders + range("ripple", f.ripple) + range("depth", f.depth) + " |"),
+              std::string::npos)
+        << line;
+  }
 }
 
 }  // namespace

@@ -198,7 +198,7 @@ TEST(WriterFailures, MessageAndTheOldFileKept) {
     void (*spoil)(DesignRecord&);  // makes the content fail
   } cases[] = {
       {WriteLtspiceFile, "We could not write the LTspice file",
-       [](DesignRecord& d) { d.Stages = 25; }},
+       [](DesignRecord& d) { d.Stages = kMaxPositions + 1; }},
       {WriteTouchstone, "We could not write the Touchstone file",
        [](DesignRecord& d) { d.Rload = 0; }},
       {WriteSweepCsv, "We could not write the CSV file",

@@ -9,6 +9,7 @@
 #include "core/formatters.h"
 #include "core/runtime_error.h"
 #include "pages/design_choices.h"
+#include "pages/other_design.h"
 #include "synthesis/families.h"
 
 namespace drenik::testing {
@@ -65,10 +66,10 @@ TEST_F(DesignPageTest, FirstStartWithoutSessionFileShowsTheDefaultsQuietly) {
   EXPECT_GT(page.SchematicRedraws(), 0);
 }
 
-// A file whose design the program refuses (order 9 here) is one it cannot
+// A file whose design the program refuses (order 17 here) is one it cannot
 // read: none of it loads, part models included, and Exit writes none back.
 TEST_F(DesignPageTest, ARefusedSessionLoadsNoneOfItsFields) {
-  WriteSession("9,4200000,2,.044,40,\"Cinlowpass\",50,1000000,0,0,2,300,5E-13,2E-09");
+  WriteSession("17,4200000,2,.044,40,\"Cinlowpass\",50,1000000,0,0,2,300,5E-13,2E-09");
   StartDesign().Button("cmdExit").Click();
   EXPECT_EQ(ReadSession(), "5,4200000,2,.044,0,\"Cinlowpass\",50,1000000\r\n");
 }
@@ -231,6 +232,48 @@ TEST_F(DesignPageTest, ABandDesignComesBackAfterExitAndAnOlderFileTakesTheDefaul
                             D().C == before.C && D().ResonatorL == before.ResonatorL &&
                             D().InductorQLaw == QLaw::Linear && D().CapacitorEsl == 2e-9f);
   }
+}
+
+// An order, ripple and depth beyond the buttons: a value that is a button
+// selects it, the others leave their group empty and the line under the
+// button names the design; the ripple is kept, not snapped, through Exit
+// and the next start; a value the family does not take changes nothing.
+TEST_F(DesignPageTest, OtherOrderRippleAndDepthComeBackAfterExit) {
+  DesignPage& page = StartDesign();
+  page.Option("optCauer").Click();
+  EXPECT_EQ(page.ChooseOtherDesign({FindFamily(kCauer), 2, 0.1, 50}),
+            "The Cauer family takes orders 3 to 15, not 2.");
+  EXPECT_EQ(D().Order, 5);
+  EXPECT_EQ(page.ChooseOtherDesign({FindFamily(kCauer), 9, 0.015, 50}), "");
+  EXPECT_TRUE(D().Order == 9 && D().Stages == 9 && D().Apass == 0.015f && D().Astop == 50);
+  EXPECT_EQ(SelectedIn(page, "frmOrder"), Names{});
+  EXPECT_EQ(SelectedIn(page, "frmRipple"), Names{});
+  EXPECT_EQ(SelectedIn(page, "frmStopbandDepth"), Names{"optAstop50"});
+  EXPECT_EQ(page.LabelNamed("lblOtherDesign").Caption(), "Order 9, 0.015 dB ripple, 50 dB depth");
+  // The driver keeps them, also past another family that has no ripple.
+  page.Option("optCinhighpass").Click();
+  page.Option("optButterworth").Click();
+  page.Option("optCauer").Click();
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f && D().Astop == 50 && D().Stages == 9);
+  EXPECT_TRUE(page.ChooseOtherDesign({FindFamily(kCauer), 9, 0.015, 72}).empty());
+  page.Option("optButterworth").Click();
+  page.Button("cmdExit").Click();
+  // Ideal parts and an empty kept setup are zero-filled ahead of the chosen pair.
+  std::string zeroMask;
+  for (size_t k = 0; k < kKeptMaskFields; ++k) zeroMask += "0,";
+  EXPECT_EQ(ReadSession(),
+            "9,4200000,1,0,0,\"Cinhighpass\",50,1000000,0,0,0,0,0,0,0,0,0,\"\"," + zeroMask +
+                ".015,72\r\n");
+  app_.reset();
+  StartDesign();
+  Design().Option("optCauer").Click();
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.015f && D().Astop == 72 && D().Stages == 9);
+  Design().Option("opt200").Click();  // buttons again: snapped as ever
+  Design().Option("optOrder7").Click();
+  EXPECT_EQ(Design().LabelNamed("lblOtherDesign").Caption(), "Order 7, 0.2 dB ripple, 72 dB depth");
+  Design().Option("optAstop40").Click();
+  EXPECT_TRUE(D().ChosenRipple == 0 && D().Apass == 0.2f && D().Order == 7 && D().Astop == 40);
+  EXPECT_EQ(Design().LabelNamed("lblOtherDesign").Caption(), "");
 }
 
 // The load's snap (open bounds) is narrower for 0.01 dB than a Cauer design's.

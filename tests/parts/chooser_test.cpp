@@ -195,7 +195,7 @@ TEST(Chooser, OtherSeriesGiveTheirOwnValuesAndTheFiguresAreTheDisplayAnalysis) {
   EXPECT_GT(fine.chosen.returnLoss, fine.exact.returnLoss - 0.5);
 
   DesignRecord broken = d;
-  broken.Stages = 30;
+  broken.Stages = kMaxPositions + 1;
   PartsChoice none;
   EXPECT_FALSE(ChooseParts(broken, {}, none).Ok());
   broken = d;

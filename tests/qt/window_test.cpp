@@ -8,11 +8,13 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QInputDialog>
+#include <QSpinBox>
 #include <QTimer>
 #include "core/formatters.h"
 
 #include "export/formats.h"
 #include "fixture.h"
+#include "qt/other_design_dialog.h"
 #include "qt/part_models_dialog.h"
 #include "qt/parts_dialog.h"
 #include "qt/spice_dialog.h"
@@ -312,6 +314,33 @@ TEST_F(WindowTest, ChosenPartsDialogTakesTheSeriesAndDrawsTheStage) {
   });
   Click(Button(window->DisplayView(), "cmdChosenParts"));
   EXPECT_TRUE(app->Display().ChosenParts()->note.starts_with("E6 capacitors and E6 inductors"));
+}
+
+// "Other order and ripple" opens its dialog: the family's ranges, and the
+// design beyond the buttons it gives reaches the display page (the user
+// guide's 9th-order example and its pictures).
+TEST_F(WindowTest, OtherOrderAndRippleDialogDesignsBeyondTheButtons) {
+  Start();
+  QDir().mkpath(DRENIK_BINARY_DIR "/screenshots");
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<OtherDesignDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->Order()->minimum() == 2 && dialog->Order()->maximum() == 15);
+    EXPECT_FALSE(dialog->Depth()->isEnabled());  // Chebyshev: a ripple, no depth
+    dialog->Order()->setValue(9);
+    dialog->Ripple()->setValue(0.07);
+    dialog->grab().save(DRENIK_BINARY_DIR "/screenshots/other-design-dialog.png");
+    dialog->accept();
+  });
+  TypeInto(Edit("txtBandwidth"), "14.5M");
+  Click(Button(window->DesignView(), "cmdOtherDesign"));
+  EXPECT_TRUE(D().Order == 9 && D().Apass == 0.07f && D().Stages == 9);
+  EXPECT_FALSE(Radio("optOrder5")->isChecked() || Radio("opt044")->isChecked());
+  window->resize(1366, 768);
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/design-order9.png");
+  Click(Button(window->DesignView(), "cmdDesign"));
+  EXPECT_TRUE(HasText(app->DisplayCanvas(), "Bandwidth:  14.5MHz "));
+  window->grab().save(DRENIK_BINARY_DIR "/screenshots/display-order9.png");
 }
 
 // "Part models" opens its dialog over the window: what is typed there

@@ -138,7 +138,7 @@ TEST(CauerTest, BelowOrderThreeOnlyWarnsAndADesignClearsStalePositions) {
   d.Order = 3;
   const EngineReport designed = EllipticPrototype(d);
   EXPECT_TRUE(designed.Ok() && designed.notice.empty());
-  for (int i = 4; i <= kMaxPositions; ++i) EXPECT_EQ(d.G[i] + d.H[i], 0) << i;
+  for (int i = 4; i <= kPrototypePositions; ++i) EXPECT_EQ(d.G[i] + d.H[i], 0) << i;
   EXPECT_TRUE(d.H[1] + d.H[3] == 0 && d.Apass == 0.044f && d.Astop == 40);
 }
 

@@ -28,7 +28,7 @@ DesignRecord Dirty(int16_t order, float apass = 0.7f) {
 }
 
 void ExpectBookkeeping(const DesignRecord& d, int n, float apass, float rloadNorm) {
-  for (int j = 1; j <= kMaxPositions; ++j)
+  for (int j = 1; j <= kPrototypePositions; ++j)
     EXPECT_TRUE((j <= n || d.G[j] == 0) && (d.CauerFlag != 0 || d.H[j] == 0)) << j;
   EXPECT_EQ(d.G[0] + d.H[0] + d.G[21] + d.H[21], 36);  // outside 1..20: untouched
   EXPECT_TRUE(d.Apass == apass && d.Astop == 0);
@@ -95,7 +95,7 @@ TEST(Prototypes, ButterworthAndBesselTablesCutOffAtThreeDb) {
     EXPECT_NEAR(LossDb(ladder, 1.0), k3dB, 5e-4) << n;
     EXPECT_NEAR(-std::arg(testing::LadderGain(ladder, 1e-4)) / 1e-4, delay[n - 3], 2e-4) << n;
   }
-  for (int16_t n : {0, 2, 8}) {
+  for (int16_t n : {0, 1, 16}) {  // no Bessel design of these orders
     DesignRecord d = Dirty(n);
     ASSERT_TRUE(LinearPhasePrototype(d).Ok());
     ExpectBookkeeping(d, 0, 0, 1);
@@ -117,7 +117,7 @@ TEST(Prototypes, ZelmarAndDispatch) {
   ASSERT_TRUE(DesignPrototype(d).Ok());
   EXPECT_EQ(d.G[1], 2.2582f);
   const DesignRecord before = d;
-  for (int16_t family : {0, 6}) {
+  for (int16_t family : {0, 99}) {
     d.Family = family;
     ASSERT_TRUE(DesignPrototype(d).Ok());
     EXPECT_EQ(d.G, before.G);

@@ -64,7 +64,7 @@ TEST(StandardParts, FivePercentCapacitorsThenInductors) {
   EXPECT_EQ(d.L[1], 0);
   EXPECT_REL(d.L[2], 2.4e-6);
   EXPECT_REL(d.L[4], 1.0e-6);
-  d.Stages = 21;
+  d.Stages = kMaxPositions + 1;
   EXPECT_FALSE(NearestParts(d).Ok());
   EXPECT_FALSE(CapsRetuneInductors(d).Ok());
   EXPECT_FALSE(Inductors(d).Ok());
