@@ -261,9 +261,8 @@ TEST_F(DesignPageTest, OtherOrderRippleAndDepthComeBackAfterExit) {
   // Ideal parts and an empty kept setup are zero-filled ahead of the chosen pair.
   std::string zeroMask;
   for (size_t k = 0; k < kKeptMaskFields; ++k) zeroMask += "0,";
-  EXPECT_EQ(ReadSession(),
-            "9,4200000,1,0,0,\"Cinhighpass\",50,1000000,0,0,0,0,0,0,0,0,0,\"\"," + zeroMask +
-                ".015,72\r\n");
+  EXPECT_EQ(ReadSession(), "9,4200000,1,0,0,\"Cinhighpass\",50,1000000,0,0,0,0,0,0,0,0,0,\"\"," +
+                               zeroMask + ".015,72\r\n");
   app_.reset();
   StartDesign();
   Design().Option("optCauer").Click();
