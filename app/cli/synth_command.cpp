@@ -214,7 +214,7 @@ bool ParseSynthOption(const std::string& name, const std::function<std::string()
 }
 
 std::string SynthLines() {
-  return "  drenik synth --response lowpass|highpass|bandpass|bandstop --pass-edge FREQ"
+  return "  drenik synth [--response lowpass|highpass|bandpass|bandstop] --pass-edge FREQ"
          " [--pass-edge FREQ]\n"
          "               (--pass-rl DB | --pass-il DB) --stop FREQ:DB... [--stop-below"
          " FREQ:DB]...\n"
