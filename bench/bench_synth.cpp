@@ -36,7 +36,7 @@ double Seconds(Work work) {
 // runs it without the sensitivity table.
 double ToleranceSeconds(const SynthRequest& r, const SynthCandidate& chosen) {
   DesignRecord d;
-  if (!SynthRecord(chosen.choice, r.build, d).Ok()) return 0;
+  if (!SynthRecord(r, chosen.choice, d).Ok()) return 0;
   const ToleranceDesign design = ToleranceDesignOf(d);
   const ToleranceSetup setup = SynthSetup(r, 10000);
   ToleranceResult result;

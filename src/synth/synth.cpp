@@ -128,7 +128,7 @@ class Search {
           p.id = nextId_++;
           p.candidate.choice = c;
           DesignRecord d;
-          if (!SynthRecord(c, r_.build, d).Ok()) continue;
+          if (!SynthRecord(r_, c, d).Ok()) continue;
           p.design = ToleranceDesignOf(d);
           const Margins m = NominalMargins(p.design, r_.mask);
           if (m.Worst() < 0) continue;  // lossy parts took it out of the mask

@@ -32,7 +32,11 @@ TEST(SynthCli, ChosenDesignMeetsTheTargetInTheToleranceCommand) {
        99},
       {"--pass-edge 7M --pass-edge 7.3M --pass-rl 12 --stop-below 5.5M:30 --stop 9.5M:30",
        " --ctol 1 --ltol 1 --trials 1000",
-       " --response bandpass --families chebyshev,butterworth --yield 95", 95}};
+       " --response bandpass --families chebyshev,butterworth --yield 95", 95},
+      // Stock parts: the words end in --values chosen and the series, and
+      // the tolerance command chooses the parts for the same mask.
+      {"--pass-edge 14.35M --pass-rl 18 --stop 28.7M:50",
+       " --ctol 2 --ltol 2 --cseries E12 --trials 1000", " --families cauer,chebyshev", 99}};
   for (const Case& c : cases) {
     const std::string line = "synth " + c.mask + c.build + c.goal + " --json";
     const auto found = Drenik(line);
@@ -40,7 +44,10 @@ TEST(SynthCli, ChosenDesignMeetsTheTargetInTheToleranceCommand) {
     EXPECT_EQ(Drenik(line).out, found.out);
     const Json j = ParseJson(found.out);
     const Json& chosen = j["candidates"].items.at(j["chosen"].AsInt());
-    const auto check = Drenik("tolerance" + Words(chosen["choices"]) + " --values exact " + c.mask +
+    const std::string words = Words(chosen["choices"]);
+    const bool stock = words.find("--values chosen") != std::string::npos;
+    EXPECT_EQ(stock, c.build.find("--cseries") != std::string::npos) << words;
+    const auto check = Drenik("tolerance" + words + (stock ? " " : " --values exact ") + c.mask +
                               c.build + " --json");
     ASSERT_EQ(check.status, 0) << check.err;
     const double yield = ParseJson(check.out)["yield"].AsDouble();

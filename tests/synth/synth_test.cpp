@@ -38,7 +38,7 @@ std::optional<Found> BruteForce(const SynthRequest& r) {
           for (const std::string& t : SearchTopologies(r)) {
             c.topology = t;
             DesignRecord d;
-            EXPECT_TRUE(SynthRecord(c, r.build, d).Ok()) << t << order;
+            EXPECT_TRUE(SynthRecord(r, c, d).Ok()) << t << order;
             const ToleranceDesign td = ToleranceDesignOf(d);
             const Margins m = NominalMargins(td, r.mask);
             if (m.Worst() < 0) continue;
