@@ -136,6 +136,7 @@ void WriteTable(const SynthRequest& r, const SynthResult& result, std::ostream& 
       << "%, " << (r.build.distribution == Distribution::Normal ? "normal" : "uniform") << ", "
       << (r.build.parts ? "stock parts" : "exact values") << "; target " << r.goal.yieldPercent
       << "% yield, " << r.goal.trials << " trials, seed " << r.goal.seed << "\n\n";
+  if (result.candidates.empty()) return;
   out << "  " << Padded("#", 3) << Padded("Family", 11) << Padded("Order", 5) << Padded("Ripple", 7)
       << Padded("Depth", 5) << Padded("Topology", 15) << Padded("Edges", 19) << Padded("L", 2)
       << Padded("C", 2) << Padded("Pass dB", 7) << Padded("Stop dB", 7) << Padded("Yield", 7)

@@ -106,9 +106,10 @@ std::string BoxText(double v) {
 
 std::vector<std::string> ChoiceWords(const DesignChoice& c, const SynthBuild& build) {
   const FamilyInfo* f = FindFamily(c.family);
-  std::vector<std::string> w = {"--family",   f ? f->cliWord : "",
-                                "--order",    std::to_string(c.order),
-                                "--topology", c.topology};
+  std::vector<std::string> w = {"--family", f ? f->cliWord : ""};
+  // A family of one order (Zelmar) takes no --order.
+  if (f && f->orderChoice) w.insert(w.end(), {"--order", std::to_string(c.order)});
+  w.insert(w.end(), {"--topology", c.topology});
   if (f && f->ripple.Offered()) w.insert(w.end(), {"--ripple", BoxText(c.ripple)});
   if (f && f->depth.Offered()) w.insert(w.end(), {"--stopband", BoxText(c.depth)});
   w.insert(w.end(), {"--impedance", c.rsource == 50 ? "50" : BoxText(c.rsource)});

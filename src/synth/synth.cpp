@@ -52,7 +52,7 @@ class Search {
 
   EngineReport Run() {
     while (true) {
-      if (EngineReport e = Generate(); !e.Ok()) return e;
+      if (EngineReport e = Generate(); !e.Ok() || result_.cancelled) return e;
       if (pool_.empty()) break;
       std::vector<Pending> level = NextLevel();
       if (EngineReport e = MeasureLevel(level); !e.Ok() || result_.cancelled) return e;
@@ -235,19 +235,22 @@ class Search {
     const int top = r_.goal.maxOrder;
     if (result_.candidates.empty()) {
       // Nothing meets the mask even nominally: name the stop check that
-      // needs the highest order, beside the passband's edge.
+      // needs the highest order (by the elliptic degree equation, which no
+      // family beats), beside the passband's edges.
       const PrototypeMask pm = PrototypeMaskOf(r_);
       size_t worst = 0;
-      double worstOmega = 1e300;
-      for (size_t i = 0; i < pm.stops.size(); ++i)
-        if (pm.stops[i].omega / std::log10(10 + pm.stops[i].depth) < worstOmega)
-          worst = i, worstOmega = pm.stops[i].omega / std::log10(10 + pm.stops[i].depth);
+      int worstOrder = 0;
+      for (size_t i = 0; i < pm.stops.size(); ++i) {
+        const int n = LowestOrder(kCauer, {.passLossDb = pm.passLossDb, .stops = {pm.stops[i]}});
+        if (n > worstOrder) worst = i, worstOrder = n;
+      }
       const StopCheck& s = r_.mask.stops.at(worst);
-      std::string edge = Hz(r_.mask.passEdge);
-      if (r_.mask.passStart > 0) edge = Hz(r_.mask.passStart) + " and " + edge;
-      if (r_.mask.passResume > 0) edge += " and " + Hz(r_.mask.passResume);
-      std::snprintf(text, sizeof text,
-                    "No %s design up to order %d gives %g dB at %s with a pass edge at %s.",
+      std::string edge = "a pass edge at " + Hz(r_.mask.passEdge);
+      if (r_.mask.passStart > 0)
+        edge = "pass edges at " + Hz(r_.mask.passStart) + " and " + Hz(r_.mask.passEdge);
+      if (r_.mask.passResume > 0)
+        edge = "pass edges at " + Hz(r_.mask.passEdge) + " and " + Hz(r_.mask.passResume);
+      std::snprintf(text, sizeof text, "No %s design up to order %d gives %g dB at %s with %s.",
                     ResponseWord(r_.response), top, s.depth, Hz(s.frequency).c_str(), edge.c_str());
       return text;
     }
