@@ -8,6 +8,7 @@
 
 #include "synth/candidate_design.h"
 #include "synth/centring.h"
+#include "synth/order_bounds.h"
 #include "synth/ranking.h"
 #include "synth/search_space.h"
 #include "synth/synth.h"
@@ -65,7 +66,7 @@ SynthRequest SmallRequest(SynthResponse response, double passEdge, double stop, 
   r.mask.stops = {{.frequency = stop, .depth = depth}};
   r.goal.families = {kButterworth, kChebyshev};
   r.goal.maxOrder = 7;
-  r.goal.trials = 1000;
+  r.goal.trials = 500;
   r.goal.yieldPercent = 90;
   return r;
 }
@@ -99,6 +100,27 @@ TEST(Synth, ChoosesWhatAnExhaustiveSearchOfTheSameSpaceChooses) {
         EXPECT_FALSE(other.meetsTarget);
       }
     }
+  }
+}
+
+// The order formulas on the 20 m harmonic lowpass (18 dB return loss to
+// 14.35 MHz, 50 dB from 28.7 MHz): the textbook orders, and one order
+// below each no ripple or depth the search tries meets the mask nominally.
+TEST(Synth, OrderBoundsAreTheLowestNominalOrders) {
+  SynthRequest r = SmallRequest(SynthResponse::Lowpass, 14.35e6, 28.7e6, 50);
+  r.mask.passRl = 18;
+  const PrototypeMask pm = PrototypeMaskOf(r);
+  EXPECT_NEAR(pm.passLossDb, 0.0694, 1e-4);  // 1 - |S11|^2 at 18 dB
+  const std::pair<int16_t, int> expected[] = {{kCauer, 5}, {kChebyshev, 7}, {kButterworth, 12}};
+  for (const auto& [family, order] : expected) {
+    EXPECT_EQ(LowestOrder(family, pm), order) << FamilyName(family);
+    const FamilyInfo& f = *FindFamily(family);
+    for (double ripple : RippleChoices(r, f))
+      for (double depth : DepthChoices(r, f)) {
+        const DesignChoice c{
+            .family = family, .order = order - 1, .ripple = ripple, .depth = depth};
+        EXPECT_FALSE(CentreInMask(r, c)) << FamilyName(family) << " " << ripple << " " << depth;
+      }
   }
 }
 
