@@ -125,13 +125,17 @@ double RoundedFrequency(double f) {
   return std::strtod(text, nullptr);
 }
 
-std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice& choice) {
+namespace {
+
+// The width placed for a given centre (0 for a lowpass or highpass).
+std::optional<Placement> PlaceWidth(const SynthRequest& r, const DesignChoice& choice,
+                                    double center) {
   const Mask& m = r.mask;
   const bool band = IsBand(r.response);
   const double low = r.response == SynthResponse::Bandpass ? m.passStart : m.passEdge;
   const double high = r.response == SynthResponse::Bandpass ? m.passEdge : m.passResume;
   DesignChoice c = choice;
-  c.center = band ? RoundedFrequency(std::sqrt(low * high)) : 0;
+  c.center = center;
   // The passband's own size: where the search for the width starts.
   const double scale = band ? high - low : m.passEdge;
   c.width = scale;
@@ -179,6 +183,48 @@ std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice&
   p.width = RoundedFrequency(band ? (w1 + w2) / 2 : std::sqrt(w1 * w2));
   p.slide = band ? 1 + std::abs(w2 - w1) / (2 * c.center) : std::sqrt(uStop / uPass);
   return p;
+}
+
+// A band's centres worth trying: the passband's geometric centre, the
+// stopbands' (between the nearest stop frequencies on either side, where
+// the mask has both) and the geometric middle of the two. Asymmetric
+// skirts give more room on one side, which a centre moved that way uses.
+std::vector<double> BandCentres(const SynthRequest& r) {
+  const Mask& m = r.mask;
+  const bool bandpass = r.response == SynthResponse::Bandpass;
+  const double pass =
+      bandpass ? std::sqrt(m.passStart * m.passEdge) : std::sqrt(m.passEdge * m.passResume);
+  double below = 0, above = 0;
+  for (const StopCheck& s : m.stops) {
+    const double from = s.frequency, to = s.to > 0 ? s.to : s.frequency;
+    if (!bandpass) {
+      below = below > 0 ? std::min(below, from) : from;
+      above = std::max(above, to);
+    } else if (s.below) {
+      below = std::max(below, to);
+    } else {
+      above = above > 0 ? std::min(above, from) : from;
+    }
+  }
+  std::vector<double> centres = {RoundedFrequency(pass)};
+  if (below > 0 && above > below) {
+    const double stop = std::sqrt(below * above);
+    for (double f : {std::sqrt(pass * stop), stop})
+      if (std::abs(f / pass - 1) > 1e-4) centres.push_back(RoundedFrequency(f));
+  }
+  return centres;
+}
+
+}  // namespace
+
+std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice& choice) {
+  if (!IsBand(r.response)) return PlaceWidth(r, choice, 0);
+  std::optional<Placement> best;
+  for (double center : BandCentres(r)) {
+    const std::optional<Placement> p = PlaceWidth(r, choice, center);
+    if (p && (!best || p->slide > best->slide)) best = p;
+  }
+  return best;
 }
 
 }  // namespace drenik
