@@ -11,6 +11,7 @@
 #include "core/number_text.h"
 #include "parts/chooser.h"
 #include "synth/mask_bands.h"
+#include "synth/responses.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/e_series.h"
 #include "synthesis/families.h"
@@ -36,7 +37,7 @@ EngineReport SynthRecord(const SynthRequest& request, const DesignChoice& choice
   // as the display page's chosen-parts stage does, and keeps what the mask
   // asks.
   PartsRequest asked = *build.parts;
-  asked.bands = BandsOfMask(request.mask, request.response == SynthResponse::Highpass);
+  asked.bands = BandsOfMask(request.mask, ResponseOf(request.response).highpass);
   PartsChoice parts;
   if (EngineReport r = ChooseParts(d, asked, parts); !r.Ok()) return r;
   ApplyParts(parts, d);

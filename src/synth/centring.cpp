@@ -10,6 +10,7 @@
 #include "analysis/ladder.h"
 #include "synth/candidate_design.h"
 #include "synth/order_bounds.h"
+#include "synth/responses.h"
 #include "synthesis/band_transform.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/design_edges.h"
@@ -17,17 +18,6 @@
 
 namespace drenik {
 namespace {
-
-bool IsBand(SynthResponse r) {
-  return r == SynthResponse::Bandpass || r == SynthResponse::Bandstop;
-}
-
-// The passband gains as the width grows for a lowpass and a bandpass; it
-// loses for a highpass (the cutoff moves up into it) and a bandstop (the
-// notch widens into it).
-bool PassGrowsWithWidth(SynthResponse r) {
-  return r == SynthResponse::Lowpass || r == SynthResponse::Bandpass;
-}
 
 // The display page's sweep points, without the rest of its analysis.
 void SweepPoints(const DesignRecord& d, std::vector<float>& freq) {
@@ -60,7 +50,7 @@ class MarginsAtWidth {
     ToleranceDesign td;
     td.ladder = LadderOf(d_);
     td.ladder.reference = d_.Rsource;
-    td.highpass = r_.response == SynthResponse::Highpass;
+    td.highpass = ResponseOf(r_.response).highpass;
     SweepPoints(d_, td.freq);
     return NominalMargins(td, r_.mask);
   }
@@ -131,9 +121,11 @@ namespace {
 std::optional<Placement> PlaceWidth(const SynthRequest& r, const DesignChoice& choice,
                                     double center) {
   const Mask& m = r.mask;
-  const bool band = IsBand(r.response);
-  const double low = r.response == SynthResponse::Bandpass ? m.passStart : m.passEdge;
-  const double high = r.response == SynthResponse::Bandpass ? m.passEdge : m.passResume;
+  const ResponseInfo& response = ResponseOf(r.response);
+  const bool band = response.band;
+  // A band's edges, lower and upper.
+  const double low = band && !response.bandstop ? m.passStart : m.passEdge;
+  const double high = band && !response.bandstop ? m.passEdge : m.passResume;
   DesignChoice c = choice;
   c.center = center;
   // The passband's own size: where the search for the width starts.
@@ -145,7 +137,7 @@ std::optional<Placement> PlaceWidth(const SynthRequest& r, const DesignChoice& c
 
   // In terms of a "wider" that always helps the passband: the width itself
   // or its reciprocal.
-  const bool grows = PassGrowsWithWidth(r.response);
+  const bool grows = response.passGrowsWithWidth;
   auto width = [&](double u) { return grows ? scale * u : scale / u; };
   // The cutoff or width anywhere within about two decades of the passband's
   // own: no family needs more to meet a return loss. A band's width stays
@@ -191,7 +183,7 @@ std::optional<Placement> PlaceWidth(const SynthRequest& r, const DesignChoice& c
 // skirts give more room on one side, which a centre moved that way uses.
 std::vector<double> BandCentres(const SynthRequest& r) {
   const Mask& m = r.mask;
-  const bool bandpass = r.response == SynthResponse::Bandpass;
+  const bool bandpass = !ResponseOf(r.response).bandstop;
   const double pass =
       bandpass ? std::sqrt(m.passStart * m.passEdge) : std::sqrt(m.passEdge * m.passResume);
   double below = 0, above = 0;
@@ -218,7 +210,7 @@ std::vector<double> BandCentres(const SynthRequest& r) {
 }  // namespace
 
 std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice& choice) {
-  if (!IsBand(r.response)) return PlaceWidth(r, choice, 0);
+  if (!ResponseOf(r.response).band) return PlaceWidth(r, choice, 0);
   std::optional<Placement> best;
   for (double center : BandCentres(r)) {
     const std::optional<Placement> p = PlaceWidth(r, choice, center);

@@ -27,10 +27,6 @@ std::string Hz(double f) {
   return TrimBlanks(FormatFrequency(f));
 }
 
-bool Highpass(const SynthRequest& r) {
-  return r.response == SynthResponse::Highpass;
-}
-
 // A candidate waiting for its yield, with what measures it.
 struct Pending {
   int id = 0;
@@ -100,8 +96,7 @@ class Search {
   // ((n - 1) / 2 of them), a band's resonators two parts each; at least
   // every other element an inductor. A higher order never has fewer.
   int LeastCount(const FamilyInfo& f, int n) const {
-    const int band =
-        r_.response == SynthResponse::Bandpass || r_.response == SynthResponse::Bandstop ? 2 : 1;
+    const int band = ResponseOf(r_.response).band ? 2 : 1;
     if (r_.goal.prefer == SynthPreference::Inductors) return band * (n / 2);
     return band * (n + (f.resonantArms ? (n - 1) / 2 : 0));
   }
@@ -251,7 +246,8 @@ class Search {
       if (r_.mask.passResume > 0)
         edge = "pass edges at " + Hz(r_.mask.passEdge) + " and " + Hz(r_.mask.passResume);
       std::snprintf(text, sizeof text, "No %s design up to order %d gives %g dB at %s with %s.",
-                    ResponseWord(r_.response), top, s.depth, Hz(s.frequency).c_str(), edge.c_str());
+                    ResponseOf(r_.response).word, top, s.depth, Hz(s.frequency).c_str(),
+                    edge.c_str());
       return text;
     }
     const SynthCandidate& best = *std::max_element(
@@ -279,17 +275,18 @@ class Search {
 
 std::string SynthRequestFault(const SynthRequest& r) {
   const Mask& m = r.mask;
-  const bool band = r.response == SynthResponse::Bandpass || r.response == SynthResponse::Bandstop;
+  const ResponseInfo& response = ResponseOf(r.response);
+  const bool band = response.band;
   if (!(m.passEdge > 0)) return "--pass-edge: the passband edge is missing.";
   if (band && !(m.passStart > 0) && !(m.passResume > 0))
-    return std::string("--pass-edge: a ") + ResponseWord(r.response) +
+    return std::string("--pass-edge: a ") + response.word +
            " needs two, its lower and its upper edge.";
   if (!band && (m.passStart > 0 || m.passResume > 0))
-    return std::string("--pass-edge: a ") + ResponseWord(r.response) + " takes one.";
+    return std::string("--pass-edge: a ") + response.word + " takes one.";
   if (!m.passRl && !m.passIl)
     return "--pass-rl or --pass-il: the passband needs a least return loss or a most loss.";
   if (m.stops.empty()) return "--stop: the mask needs a stopband to design for.";
-  if (std::string fault = MaskFault(m, Highpass(r)); !fault.empty()) return fault;
+  if (std::string fault = MaskFault(m, response.highpass); !fault.empty()) return fault;
   for (const PrototypeStop& s : PrototypeMaskOf(r).stops)
     if (!(s.omega > 1)) return "--stop: a stopband check lies inside the passband the edges give.";
   const SynthBuild& b = r.build;
@@ -310,10 +307,10 @@ std::string SynthRequestFault(const SynthRequest& r) {
     const TopologyInfo* info = FindTopology(t);
     if (!info) return "--topologies: no topology is called '" + t + "'.";
     if (!TopologyOf(*info, r.response))
-      return "--topologies: " + t + " is not a " + ResponseWord(r.response) + " topology.";
+      return "--topologies: " + t + " is not a " + response.word + " topology.";
   }
   if (SearchTopologies(r).empty())
-    return "--topologies: none for a " + std::string(ResponseWord(r.response)) + ".";
+    return "--topologies: none for a " + std::string(response.word) + ".";
   if (SearchFamilies(g).empty()) return "--families: none to search.";
   return {};
 }
