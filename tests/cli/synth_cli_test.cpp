@@ -78,5 +78,19 @@ TEST(SynthCli, RefusesAnUnusableMaskAndSaysWhenNothingMeetsIt) {
   EXPECT_EQ(Drenik("synth --pass-edge 14M --pass-rl 18 --stop 28M:50 --order 5").status, 2);
 }
 
+// A band design's mask by its two edges, lower then upper: a bandstop's
+// passband below the first and above the second, whatever the design's own.
+TEST(SynthCli, ToleranceTakesABandsTwoPassEdges) {
+  const auto r = Drenik(
+      "tolerance --family chebyshev --order 3 --topology Cinbandstop --center 97.5M "
+      "--bandwidth 40M --values exact --pass-edge 70M --pass-edge 130M --pass-rl 10 "
+      "--stop 88M:108M:20 --trials 10 --json");
+  ASSERT_EQ(r.status, 0) << r.err;
+  const Json& mask = ParseJson(r.out)["mask"];
+  EXPECT_EQ(mask["pass_edge"].AsDouble(), 70e6);
+  EXPECT_EQ(mask["pass_resume"].AsDouble(), 130e6);
+  EXPECT_EQ(Drenik("tolerance --pass-edge 1M --pass-edge 2M --pass-edge 3M --pass-rl 3").status, 2);
+}
+
 }  // namespace
 }  // namespace drenik

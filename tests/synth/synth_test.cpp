@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <optional>
 
 #include "synth/candidate_design.h"
 #include "synth/centring.h"
+#include "synth/mask_bands.h"
 #include "synth/order_bounds.h"
 #include "synth/ranking.h"
 #include "synth/search_space.h"
@@ -124,6 +126,58 @@ TEST(Synth, OrderBoundsAreTheLowestNominalOrders) {
         EXPECT_FALSE(CentreInMask(r, c)) << FamilyName(family) << " " << ripple << " " << depth;
       }
   }
+}
+
+// The centred cutoff leaves the response room to slide by its slide factor
+// either way and still meet the mask nominally, and no more: a little past
+// it one side breaks. Each side of a bandpass's skirts and a bandstop's
+// notch becomes the chooser's stopband, the passband lies between (or
+// outside) the pass edges.
+TEST(Synth, CentringLeavesEqualRoomAndMaskBandsFollowTheMask) {
+  const SynthRequest r = SmallRequest(SynthResponse::Lowpass, 1e6, 2.2e6, 35);
+  DesignChoice c{.family = kChebyshev, .order = 5, .ripple = 0.0875};
+  const std::optional<Placement> place = CentreInMask(r, c);
+  ASSERT_TRUE(place);
+  ASSERT_GT(place->slide, 1.01);
+  auto worstAt = [&](double width) {
+    c.width = width;
+    DesignRecord d;
+    EXPECT_TRUE(SynthRecord(r, c, d).Ok());
+    return NominalMargins(ToleranceDesignOf(d), r.mask);
+  };
+  const double inside = std::pow(place->slide, 0.98), beyond = std::pow(place->slide, 1.05);
+  EXPECT_GE(worstAt(place->width * inside).Worst(), 0);
+  EXPECT_GE(worstAt(place->width / inside).Worst(), 0);
+  EXPECT_LT(worstAt(place->width * beyond).stop, 0);
+  EXPECT_LT(worstAt(place->width / beyond).pass, 0);
+
+  Mask bandpass{.passEdge = 7.3e6, .passStart = 7e6, .stops = {{5.5e6, 30, true}, {9.5e6, 30}}};
+  Bands b = BandsOfMask(bandpass, false);
+  EXPECT_TRUE(b.band && !b.bandstop);
+  EXPECT_EQ(b.f1, 7e6);
+  EXPECT_EQ(b.f2, 7.3e6);
+  EXPECT_EQ(b.stopLow, 5.5e6);
+  EXPECT_EQ(b.stopHigh, 9.5e6);
+  Mask notch{.passEdge = 70e6, .passResume = 130e6, .stops = {{88e6, 30, false, 108e6}}};
+  b = BandsOfMask(notch, false);
+  EXPECT_TRUE(b.band && b.bandstop);
+  EXPECT_EQ(b.stopLow, 88e6);
+  EXPECT_EQ(b.stopHigh, 108e6);
+  b = BandsOfMask({.passEdge = 3.5e6, .stops = {{1.7e6, 40}}}, true);
+  EXPECT_EQ(b.cutoff, 3.5e6);
+  EXPECT_EQ(b.stopEdge, 1.7e6);
+}
+
+// Cancelling stops the search at once with nothing chosen.
+TEST(Synth, CancelStopsTheSearch) {
+  SynthResult result;
+  int calls = 0;
+  ASSERT_TRUE(RunSynth(SmallRequest(SynthResponse::Lowpass, 1e6, 2.2e6, 35), result, [&](double) {
+                return ++calls < 3;
+              }).Ok());
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_EQ(result.chosen, -1);
+  EXPECT_EQ(calls, 3);
 }
 
 }  // namespace
