@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <utility>
 
 #include "core/formatters.h"
 #include "synth/candidate_design.h"
@@ -32,13 +33,15 @@ struct Pending {
   int id = 0;
   SynthCandidate candidate;
   ToleranceDesign design;
+  bool stockPartsDue = false;  // the design holds the exact values yet
   YieldMeasure measure;
 };
 
 class Search {
  public:
   Search(const SynthRequest& r, SynthResult& result, const SynthProgress& progress)
-      : r_(r), result_(result), progress_(progress), topologies_(SearchTopologies(r)) {
+      : r_(r), exact_(r), result_(result), progress_(progress), topologies_(SearchTopologies(r)) {
+    exact_.build.parts.reset();
     const PrototypeMask pm = PrototypeMaskOf(r);
     for (const FamilyInfo* f : SearchFamilies(r.goal)) {
       const int last = std::min<int>({r.goal.maxOrder, f->maxOrder, kMaxOrder});
@@ -123,11 +126,14 @@ class Search {
           p.id = nextId_++;
           p.candidate.choice = c;
           DesignRecord d;
-          if (!SynthRecord(r_, c, d).Ok()) continue;
+          // The exact values first: stock parts are chosen only for the
+          // candidates the search comes to measure.
+          if (!SynthRecord(exact_, c, d).Ok()) continue;
           p.design = ToleranceDesignOf(d);
           const Margins m = NominalMargins(p.design, r_.mask);
           if (m.Worst() < 0) continue;  // lossy parts took it out of the mask
           p.candidate.marginPassDb = m.pass, p.candidate.marginStopDb = m.stop;
+          p.stockPartsDue = r_.build.parts.has_value();
           CountParts(d, p.candidate.inductors, p.candidate.capacitors);
           p.candidate.words = ChoiceWords(c, r_.build);
           pool_.push_back(std::move(p));
@@ -168,6 +174,7 @@ class Search {
     const int first = YieldStages(r_.goal.trials).front();
     const ToleranceSetup setup = SynthSetup(r_, r_.goal.trials);
     for (Pending& p : level) {
+      if (EngineReport e = ChooseStockParts(p); !e.Ok()) return e;
       if (EngineReport e = MeasureYield(p.design, setup, first, target, false, p.measure, spent_);
           !e.Ok())
         return e;
@@ -198,6 +205,18 @@ class Search {
       c.meetsTarget = c.trials > 0 && c.yield >= target && c.trials == r_.goal.trials;
     }
     if (chosenId_ >= 0) result_.chosen = 0;  // placed by Finish
+    return {};
+  }
+
+  // With stock parts: the candidate's design and nominal margins with the
+  // parts the chooser picks for the mask.
+  EngineReport ChooseStockParts(Pending& p) {
+    if (!std::exchange(p.stockPartsDue, false)) return {};
+    DesignRecord d;
+    if (EngineReport e = SynthRecord(r_, p.candidate.choice, d); !e.Ok()) return e;
+    p.design = ToleranceDesignOf(d);
+    const Margins m = NominalMargins(p.design, r_.mask);
+    p.candidate.marginPassDb = m.pass, p.candidate.marginStopDb = m.stop;
     return {};
   }
 
@@ -262,6 +281,7 @@ class Search {
   }
 
   const SynthRequest& r_;
+  SynthRequest exact_;  // the request without stock parts
   SynthResult& result_;
   const SynthProgress& progress_;
   std::vector<std::string> topologies_;

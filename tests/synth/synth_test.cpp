@@ -99,6 +99,12 @@ TEST(Synth, ChoosesWhatAnExhaustiveSearchOfTheSameSpaceChooses) {
     EXPECT_EQ(c.trials, r.goal.trials);
     EXPECT_TRUE(c.meetsTarget);
     // Every simpler candidate listed falls short.
+    // The same request and seed give the same answer.
+    SynthResult again;
+    ASSERT_TRUE(RunSynth(r, again).Ok());
+    ASSERT_EQ(again.candidates.size(), result.candidates.size());
+    EXPECT_EQ(again.candidates.at(again.chosen).words, c.words);
+    EXPECT_EQ(again.candidates.at(again.chosen).passed, c.passed);
     for (const SynthCandidate& other : result.candidates) {
       if (Simpler(other, c, r.goal.prefer)) {
         EXPECT_FALSE(other.meetsTarget);
