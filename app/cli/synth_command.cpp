@@ -251,7 +251,11 @@ std::string SynthHelp() {
          "  --topologies LIST       e.g. Cinlowpass (every one of the response)\n"
          "  --max-order N           2..15 (15)\n"
          "  --trials N              the most trials a candidate gets (10000)\n"
-         "Exits 0 when a design meets the target, 1 when none does.\n";
+         "  --seed N                a whole number (1); the same inputs and seed give the\n"
+         "                          same answer\n"
+         "  --impedance 50|TEXT     both terminations, ohms (50)\n"
+         "  --json                  \"candidates\" (each with its \"choices\") and \"chosen\"\n"
+         "Exits 0 when a design meets the target, 1 when none does (naming what fails).\n";
 }
 
 int RunSynthCommand(const CliOptions& o, const DesignResult& design, std::ostream& out,
