@@ -101,14 +101,18 @@ TableRanges RangesOfTable() {
   return t;
 }
 
-int ReadOrder(const std::string& value) {
+}  // namespace
+
+int ReadOrder(const std::string& value, const std::string& option) {
   const TableRanges t = RangesOfTable();
   const std::optional<uint64_t> n = ReadWholeNumber(value);
   if (!n || *n < static_cast<uint64_t>(t.lowestOrder) || *n > static_cast<uint64_t>(t.highestOrder))
-    throw UsageError("--order: expected an order from " + std::to_string(t.lowestOrder) + " to " +
+    throw UsageError(option + ": expected an order from " + std::to_string(t.lowestOrder) + " to " +
                      std::to_string(t.highestOrder) + ", got '" + value + "'");
   return static_cast<int>(*n);
 }
+
+namespace {
 
 // A ripple or stopband depth in dB within what some family takes.
 double ReadDecibels(const std::string& option, const char* what, const std::string& value,

@@ -127,4 +127,8 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args);
 
 std::string UsageText();
 
+// An order as --order and synth's --max-order take it: a whole number in
+// the widest range any family takes. Throws UsageError naming `option`.
+int ReadOrder(const std::string& value, const std::string& option = "--order");
+
 }  // namespace drenik::cli

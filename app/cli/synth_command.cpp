@@ -212,7 +212,7 @@ bool ParseSynthOption(const std::string& name, const std::function<std::string()
   } else if (name == "--topologies") {
     o.topologies = CommaList(name, value());
   } else if (name == "--max-order") {
-    o.maxOrder = static_cast<int>(ReadCount(name, value(), 2, kMaxOrder));
+    o.maxOrder = ReadOrder(value(), name);
   } else {
     return false;
   }

@@ -5,6 +5,8 @@
 
 #include <span>
 
+#include "core/box_ranges.h"
+
 namespace drenik {
 
 struct RippleChoice {
@@ -33,13 +35,6 @@ inline constexpr StopbandChoice kStopbandChoices[] = {{"optAstop30", "30 dB", 30
                                                       {"optAstop50", "50 dB", 50},
                                                       {"optAstop60", "60 dB", 60}};
 
-// What the design page's boxes take: a typed value beyond a bound is
-// clamped to it. Bandwidth in Hz, impedance in ohms.
-struct BoxRange {
-  float low, high;
-};
-inline constexpr BoxRange kBandwidthRange{0.1f, 1e10f};
-inline constexpr BoxRange kImpedanceRange{0.1f, 1e6f};
 // The least inductor Q the Q box takes (no upper bound: 1e6 and above is
 // infinite).
 inline constexpr float kLeastQ = 2;

@@ -10,6 +10,7 @@
 #include <limits>
 #include <utility>
 
+#include "core/box_ranges.h"
 #include "core/formatters.h"
 #include "synth/candidate_design.h"
 #include "synth/centring.h"
@@ -307,6 +308,25 @@ std::string SynthRequestFault(const SynthRequest& r) {
     return "--pass-rl or --pass-il: the passband needs a least return loss or a most loss.";
   if (m.stops.empty()) return "--stop: the mask needs a stopband to design for.";
   if (std::string fault = MaskFault(m, response.highpass); !fault.empty()) return fault;
+  // A candidate's cutoff, centre and width lie between the mask's
+  // frequencies (a band's width at least its passband's, or its notch's),
+  // so a mask within the design page's range gives words every other
+  // command takes as they are, never clamped.
+  auto beyond = [](double f) { return f < kBandwidthRange.low || f > kBandwidthRange.high; };
+  const std::string range = " the program designs from " + Hz(kBandwidthRange.low) + " to " +
+                            Hz(kBandwidthRange.high) + ".";
+  for (double edge : {m.passStart, m.passEdge, m.passResume})
+    if (edge > 0 && beyond(edge)) return "--pass-edge: " + Hz(edge) + " is beyond what" + range;
+  for (const StopCheck& s : m.stops) {
+    if (beyond(s.frequency) || (s.to > 0 && beyond(s.to)))
+      return "--stop: " + Hz(s.frequency) + " is beyond what" + range;
+    if (s.to > 0 && s.to - s.frequency < kBandwidthRange.low)
+      return "--stop: a notch narrower than " + Hz(kBandwidthRange.low) + ".";
+  }
+  if (band && m.passStart > 0 && m.passEdge - m.passStart < kBandwidthRange.low)
+    return "--pass-edge: a passband narrower than " + Hz(kBandwidthRange.low) + ".";
+  if (!(r.rsource >= kImpedanceRange.low && r.rsource <= kImpedanceRange.high))
+    return "--impedance: from 0.1 to 1M ohms.";
   for (const PrototypeStop& s : PrototypeMaskOf(r).stops)
     if (!(s.omega > 1)) return "--stop: a stopband check lies inside the passband the edges give.";
   const SynthBuild& b = r.build;

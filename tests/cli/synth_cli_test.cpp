@@ -64,7 +64,9 @@ TEST(SynthCli, RefusesAnUnusableMaskAndSaysWhenNothingMeetsIt) {
       << impossible.err;
   for (const char* line : {"synth --pass-rl 18 --stop 28.7M:50",
                            "synth --response bandpass --pass-edge 7M --pass-rl 18 --stop 8M:30",
-                           "tolerance --pass-edge 1M --pass-edge 2M --pass-rl 10"}) {
+                           "tolerance --pass-edge 1M --pass-edge 2M --pass-rl 10",
+                           // beyond the page's range: its words would be clamped elsewhere
+                           "synth --pass-edge 50G --pass-rl 18 --stop 100G:50"}) {
     const auto r = Drenik(line);
     EXPECT_EQ(r.status, 2) << line;
     EXPECT_NE(r.err.find("--pass-edge"), std::string::npos) << r.err;
