@@ -156,9 +156,12 @@ void WriteTable(const SynthRequest& r, const SynthResult& result, std::ostream& 
         << Padded(c.choice.topology, 15) << Padded(EdgesText(c), 19)
         << Padded(std::to_string(c.inductors), 2) << Padded(std::to_string(c.capacitors), 2)
         << Padded(Fixed(c.marginPassDb, "%.2f"), 7) << Padded(Fixed(c.marginStopDb, "%.2f"), 7)
-        << Padded(Fixed(100 * c.yield, "%.2f%%"), 7)
-        << Fixed(100 * c.yieldLow, "%.2f") + "-" + Fixed(100 * c.yieldHigh, "%.2f%%") << " ("
-        << c.trials << " trials)\n";
+        << (c.trials > 0
+                ? Padded(Fixed(100 * c.yield, "%.2f%%"), 7) + Fixed(100 * c.yieldLow, "%.2f") +
+                      "-" + Fixed(100 * c.yieldHigh, "%.2f%%") + " (" + std::to_string(c.trials) +
+                      " trials)"
+                : Padded("-", 7) + "(misses the mask nominally)")
+        << "\n";
     out << "       " << Joined(c.words) << "\n";
   }
 }
@@ -182,8 +185,12 @@ void WriteJson(const SynthResult& result, std::ostream& out) {
         << ", \"capacitors\": " << c.capacitors
         << ", \"margin_pass_db\": " << JsonOrNull(c.marginPassDb)
         << ", \"margin_stop_db\": " << JsonOrNull(c.marginStopDb)
-        << ", \"yield_pct\": " << JsonOrNull(100 * c.yield) << ", \"yield_ci95\": ["
-        << JsonOrNull(100 * c.yieldLow) << ", " << JsonOrNull(100 * c.yieldHigh) << "]}";
+        << ", \"yield_pct\": " << (c.trials > 0 ? JsonOrNull(100 * c.yield) : "null")
+        << ", \"yield_ci95\": "
+        << (c.trials > 0
+                ? "[" + JsonOrNull(100 * c.yieldLow) + ", " + JsonOrNull(100 * c.yieldHigh) + "]"
+                : "null")
+        << "}";
   }
   out << (result.candidates.empty() ? "" : "\n  ")
       << "],\n  \"chosen\": " << (result.chosen >= 0 ? std::to_string(result.chosen) : "null")

@@ -14,6 +14,7 @@
 #include "core/formatters.h"
 #include "synth/candidate_design.h"
 #include "synth/centring.h"
+#include "synth/near_misses.h"
 #include "synth/order_bounds.h"
 #include "synth/ranking.h"
 #include "synth/search_space.h"
@@ -28,6 +29,9 @@ namespace {
 std::string Hz(double f) {
   return TrimBlanks(FormatFrequency(f));
 }
+
+// The nearest designs listed when none meets the mask even nominally.
+constexpr size_t kNearMisses = 3;
 
 // A candidate waiting for its yield, with what measures it.
 struct Pending {
@@ -242,6 +246,7 @@ class Search {
     RankCandidates(result_.candidates, r_.goal.prefer, chosen);
     result_.chosen = chosen;
     if (chosen < 0) result_.failure = FailureText();
+    if (result_.candidates.empty()) result_.candidates = NearMisses(r_, kNearMisses);
     if (progress_) progress_(1);
   }
 
