@@ -21,6 +21,7 @@
 #include "core/design_record.h"
 #include "core/platform.h"
 #include "pages/controls.h"
+#include "pages/mask_boxes.h"
 #include "pages/value_stages.h"
 #include "plot/canvas.h"
 #include "plot/recording_canvas.h"
@@ -41,12 +42,6 @@ class ToleranceHost {
   virtual std::string SavePicture(const RecordingCanvas& paper, const std::string& path);
   virtual void Close() {}
 };
-
-// Which mask the page's boxes enter: a passband to or from one edge (a
-// lowpass or highpass), or a band's: a bandpass's passband between two
-// edges with a skirt either side, a bandstop's passbands below and above
-// its notch.
-enum class MaskShape { Edge, Bandpass, Bandstop };
 
 class TolerancePage {
  public:
@@ -124,9 +119,6 @@ class TolerancePage {
   // The controls as a setup; false (after a message naming the box, unless
   // quiet) when a box does not hold a usable value.
   bool ReadSetup(ToleranceSetup& setup, bool quiet);
-  // A band's edges and stop rows into the mask; the message naming the
-  // boxes when they do not make one.
-  std::string ReadBandMask(Mask& mask);
   void ShowShape();
   void Redraw();
   void DrawFigures(Canvas& canvas) const;
