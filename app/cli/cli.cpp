@@ -8,6 +8,7 @@
 #include "cli/progress_line.h"
 #include "cli/run_design.h"
 #include "cli/stress_command.h"
+#include "cli/synth_command.h"
 #include "cli/table_output.h"
 #include "cli/time_command.h"
 #include "cli/tolerance_command.h"
@@ -151,6 +152,8 @@ int RunCommandLine(const std::vector<std::string>& args, std::ostream& out, std:
       return RunTimeCommand(o, *result, ValuesTitle(o.values), out, err);
     case Command::Stress:
       return RunStressCommand(o, *result, ValuesTitle(o.values), out, err);
+    case Command::Synth:
+      return RunSynthCommand(o, *result, out, err, errIsTerminal && !o.quiet);
     default:
       return 0;
   }

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "cli/number_reader.h"
+#include "cli/synth_command.h"
 #include "cli/time_command.h"
 #include "cli/tolerance_command.h"
 #include "core/formatters.h"
@@ -350,10 +351,10 @@ std::string ExportLines() {
 std::string ToleranceLines() {
   return "  drenik tolerance [choices] [--values ...] [--ctol PCT] [--ltol PCT]"
          " [--dist uniform|normal]\n"
-         "                   [--trials N] [--seed N] [--pass-edge FREQ] [--pass-rl DB]"
-         " [--pass-il DB]\n"
-         "                   [--stop FREQ:DB]... [--stop-below FREQ:DB]... [--tighten PCT]\n"
-         "                   [--json] [--quiet]\n";
+         "                   [--trials N] [--seed N] [--pass-edge FREQ [--pass-edge FREQ]]\n"
+         "                   [--pass-rl DB] [--pass-il DB] [--stop FREQ:DB]..."
+         " [--stop-below FREQ:DB]...\n"
+         "                   [--tighten PCT] [--json] [--quiet]\n";
 }
 std::string PartsLines() {
   return "  drenik parts [choices] [--cseries SERIES] [--lseries exact|SERIES] [--pairs]"
@@ -375,6 +376,15 @@ std::string WindingLines() {
 std::string StressLines() {
   return "  drenik stress [choices] [--values exact|5c|5l|chosen] --power W [--vswr S]"
          " [--band FROM:TO] [--json]\n";
+}
+
+// The design choices, which `synth` makes itself.
+bool SynthRefuses(const std::string& name) {
+  for (const char* option :
+       {"--family", "--order", "--topology", "--ripple", "--stopband", "--bandwidth", "--center",
+        "--f1", "--f2", "--sweep", "--resonator-l", "--values"})
+    if (name == option) return true;
+  return false;
 }
 
 std::string CommandHelp(std::string (*lines)(), const char* what) {
@@ -402,7 +412,8 @@ std::string ToleranceHelp() {
       "  --dist uniform|normal  how part values spread (uniform)\n"
       "  --trials N             1..1,000,000, such as 2000, 10,000 or 10k (2000)\n"
       "  --seed N               a whole number (1)\n"
-      "  --pass-edge FREQ       the passband edge (the cutoff)\n"
+      "  --pass-edge FREQ       the passband edge (the cutoff); a band design may give\n"
+      "                         two, its lower and upper edge\n"
       "  --pass-rl DB, --pass-il DB   least return loss, most loss in the passband\n"
       "  --stop FREQ:DB         least attenuation from FREQ on (away from the passband)\n"
       "  --stop FROM:TO:DB      least attenuation from FROM to TO (a bandstop's notch)\n"
@@ -457,6 +468,7 @@ constexpr CommandInfo kCommands[] = {
      .usageLines = WindingLines,
      .help = WindingHelp},
     {.word = "stress", .command = Command::Stress, .usageLines = StressLines, .help = StressHelp},
+    {.word = "synth", .command = Command::Synth, .usageLines = SynthLines, .help = SynthHelp},
 };
 
 // The commands, for the complaint about a missing or unknown one.
@@ -521,7 +533,10 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       if (target.empty()) throw UsageError(name + ": needs a file name");
     };
     Choices& ch = o.choices;
-    if (name == "--family") {
+    if (o.command == Command::Synth && SynthRefuses(name))
+      throw UsageError(name + ": not for 'synth', which chooses the design");
+    if (o.command == Command::Synth && ParseSynthOption(name, value, o.synth)) {
+    } else if (name == "--family") {
       ch.familyOption = FamilyOption(value());
     } else if (name == "--order") {
       ch.order = ReadOrder(value());
@@ -561,6 +576,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
       o.former = name == "--core" ? CoreOption(name, value()) : AirCoreOption(name, value());
     } else if (ParsePartsOption(name, value, o.command == Command::Parts || name != "--bom",
                                 o.parts)) {
+      if (o.command == Command::Synth) o.synth.stockParts = true;
       if (o.command != Command::Parts && partsOption.empty()) partsOption = name;
     } else if (name == "--values") {
       if (o.command == Command::Parts) throw UsageError(name + ": not for 'parts'");
@@ -579,14 +595,15 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
     } else if (name == "--json") {
       if (o.command != Command::Parts && o.command != Command::Tolerance &&
           o.command != Command::Winding && o.command != Command::Time &&
-          o.command != Command::Stress)
+          o.command != Command::Stress && o.command != Command::Synth)
         only(Command::Design, "design");
       o.json = true;
     } else if (name == "--quiet") {
-      if (o.command != Command::Parts) only(Command::Tolerance, "tolerance' or 'parts");
+      if (o.command != Command::Parts && o.command != Command::Synth)
+        only(Command::Tolerance, "tolerance' or 'parts");
       o.quiet = true;
     } else if (IsToleranceOption(name)) {
-      only(Command::Tolerance, "tolerance");
+      if (o.command != Command::Synth || name == "--tighten") only(Command::Tolerance, "tolerance");
       ParseToleranceOption(name, value(), o.tolerance);
     } else if (IsStressOption(name)) {
       if (name == "--band" || o.command != Command::Parts)
@@ -624,7 +641,7 @@ CliOptions ParseCommandLine(const std::vector<std::string>& args) {
   }
   CheckBand(o.choices);
   CheckFamilyRanges(o.choices);
-  if (!partsOption.empty() && o.values != ValueStage::Chosen)
+  if (!partsOption.empty() && o.values != ValueStage::Chosen && o.command != Command::Synth)
     throw UsageError(partsOption + ": only for 'parts' or --values chosen");
   if (o.command == Command::Render && o.renderFile.empty() && o.smithFile.empty() &&
       o.stepFile.empty()) {

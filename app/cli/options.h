@@ -32,6 +32,7 @@ enum class Command {
   Winding,
   Time,
   Stress,
+  Synth,
   Help,
   Version
 };
@@ -71,8 +72,22 @@ struct ToleranceOptions {
   std::optional<int> trials;
   std::optional<uint64_t> seed;
   std::optional<double> passEdge;  // Hz
+  // A band's second --pass-edge: the first is then its lower edge, this
+  // its upper one.
+  std::optional<double> passEdgeUpper;
   std::optional<double> passRl, passIl;
   std::vector<StopCheck> stops;
+};
+
+// What `drenik synth` asks for beyond the mask and the build (which it
+// reads as `tolerance` and `parts` do).
+struct SynthOptions {
+  std::string response = "lowpass";
+  std::optional<double> yieldPercent;
+  std::string prefer = "parts";
+  std::vector<std::string> families, topologies;  // command-line words
+  std::optional<int> maxOrder;
+  bool stockParts = false;  // a series or former was asked for
 };
 
 // What `drenik time` asks for beyond the design.
@@ -104,6 +119,7 @@ struct CliOptions {
   std::vector<std::string> notices;
   TimeOptions time;
   StressOptions stress;  // stress, and parts' ratings
+  SynthOptions synth;
 };
 
 // Throws UsageError.

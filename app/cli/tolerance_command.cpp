@@ -249,7 +249,9 @@ void ParseToleranceOption(const std::string& name, const std::string& value, Tol
   } else if (name == "--seed") {
     o.seed = ReadCount(name, value, 0, std::numeric_limits<uint64_t>::max());
   } else if (name == "--pass-edge") {
-    o.passEdge = Frequency(name, value);
+    // A band design's two edges come as two: lower, then upper.
+    if (o.passEdgeUpper) throw UsageError(name + ": at most two, a band's lower and upper edge");
+    (o.passEdge ? o.passEdgeUpper : o.passEdge) = Frequency(name, value);
   } else if (name == "--pass-rl") {
     o.passRl = Decibels(name, value);
   } else if (name == "--pass-il") {
@@ -283,12 +285,21 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
   s.distribution = t.distribution.value_or(s.distribution);
   s.trials = t.trials.value_or(s.trials);
   s.seed = t.seed.value_or(s.seed);
+  if (t.passEdgeUpper && !d.band) {
+    err << "drenik: --pass-edge: a lowpass or highpass design takes one (see drenik --help)\n";
+    return 2;
+  }
   if (t.passRl || t.passIl || !t.stops.empty()) {
     s.mask.passEdge = t.passEdge.value_or(d.cutoff);
     // A band design's passband: between its edges (a bandpass), or below
     // the lower and above the upper (a bandstop).
     if (d.band && d.bandstop) s.mask.passEdge = t.passEdge.value_or(d.f1), s.mask.passResume = d.f2;
     if (d.band && !d.bandstop) s.mask.passEdge = t.passEdge.value_or(d.f2), s.mask.passStart = d.f1;
+    // Two edges given: the band the mask says, not the design's own.
+    if (t.passEdgeUpper && d.bandstop)
+      s.mask.passEdge = *t.passEdge, s.mask.passResume = *t.passEdgeUpper;
+    if (t.passEdgeUpper && !d.bandstop)
+      s.mask.passStart = *t.passEdge, s.mask.passEdge = *t.passEdgeUpper;
     s.mask.passRl = t.passRl;
     s.mask.passIl = t.passIl;
     s.mask.stops = t.stops;

@@ -7,6 +7,7 @@
 #include "core/formatters.h"
 #include "pages/display_page.h"
 #include "parts/figures.h"
+#include "synthesis/design_edges.h"
 
 namespace drenik {
 

@@ -23,17 +23,6 @@
 
 namespace drenik {
 
-void SetDisplaySweep(DesignRecord& d) {
-  d.Fstart = static_cast<float>(static_cast<double>(d.Width) * 0.2);
-  d.NrIntervals = kSweepIntervals;
-  d.Fstop = static_cast<float>(static_cast<double>(d.Width) * 5);
-  if (IsBandDesign(d) && d.Center > 0) {
-    const double k = BandSweepSpan(d);
-    d.Fstart = static_cast<float>(d.Center / k);
-    d.Fstop = static_cast<float>(d.Center * k);
-  }
-}
-
 DisplayPage::DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host)
     : d_(d), platform_(platform), canvas_(canvas), host_(host), controls_(platform) {
   Build();

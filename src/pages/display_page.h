@@ -30,11 +30,6 @@ struct DataReadout {
 // NrIntervals + 1 slices, one per sweep point.
 DataReadout ComputeReadout(const DesignRecord& d, float x, float y);
 
-// The display page's sweep: 1001 points from a fifth of the cutoff to five
-// times it, or for a band design over the span about its centre that
-// BandSweepSpan (synthesis/design_edges.h) gives.
-void SetDisplaySweep(DesignRecord& d);
-
 class DisplayPage {
  public:
   DisplayPage(DesignRecord& d, Platform& platform, Canvas& canvas, PageHost& host);

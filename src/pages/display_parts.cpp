@@ -11,6 +11,7 @@
 #include "plot/legends.h"
 #include "plot/response_plot.h"
 #include "synthesis/denormalize.h"
+#include "synthesis/design_edges.h"
 
 namespace drenik {
 

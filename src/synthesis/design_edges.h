@@ -72,6 +72,21 @@ inline double BandSweepSpan(const DesignRecord& d) {
   return d.SweepSpan > 1 ? d.SweepSpan : OwnBandSweepSpan(d);
 }
 
+// The display page's sweep: 1001 points from a fifth of the cutoff to five
+// times it, or for a band design over the span about its centre that
+// BandSweepSpan gives. Every analysis that must judge a design as the
+// display page shows it (a tolerance run, a search over designs) sweeps so.
+inline void SetDisplaySweep(DesignRecord& d) {
+  d.Fstart = static_cast<float>(static_cast<double>(d.Width) * 0.2);
+  d.NrIntervals = kSweepIntervals;
+  d.Fstop = static_cast<float>(static_cast<double>(d.Width) * 5);
+  if (IsBandDesign(d) && d.Center > 0) {
+    const double k = BandSweepSpan(d);
+    d.Fstart = static_cast<float>(d.Center / k);
+    d.Fstop = static_cast<float>(d.Center * k);
+  }
+}
+
 // The points of a band design's own sweep, as the display page makes them,
 // while the user's span differs; empty otherwise. The stage figures and the
 // tolerance mask judge the band at these too, so that a sweep widened to
