@@ -1,0 +1,461 @@
+#include "pages/synth_page.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+#include "core/formatters.h"
+#include "core/number_text.h"
+#include "core/whole_number.h"
+#include "pages/design_choices.h"
+#include "pages/opening_page.h"
+#include "pages/synth_table.h"
+#include "pages/tolerance_drawing.h"
+#include "parts/trade_note.h"
+#include "synth/candidate_design.h"
+#include "synthesis/families.h"
+#include "synthesis/topologies.h"
+#include "tolerance/tolerance_text.h"
+
+namespace drenik {
+
+namespace {
+
+struct ResponseOption {
+  SynthResponse response;
+  const char* option;
+  const char* caption;
+};
+constexpr ResponseOption kResponses[] = {
+    {SynthResponse::Lowpass, "optLowpass", "Lowpass"},
+    {SynthResponse::Highpass, "optHighpass", "Highpass"},
+    {SynthResponse::Bandpass, "optBandpass", "Bandpass"},
+    {SynthResponse::Bandstop, "optBandstop", "Bandstop"},
+};
+
+struct PreferOption {
+  SynthPreference prefer;
+  const char* option;
+  const char* caption;
+};
+constexpr PreferOption kPreferences[] = {
+    {SynthPreference::Parts, "optParts", "Fewest parts"},
+    {SynthPreference::Inductors, "optInductors", "Fewest inductors"},
+    {SynthPreference::Margin, "optMargin", "Widest margin"},
+};
+
+// The families the search takes: those whose order the user chooses.
+bool InSearch(const FamilyInfo& f) {
+  return f.orderChoice;
+}
+
+bool OfResponse(const TopologyInfo& t, SynthResponse r) {
+  switch (r) {
+    case SynthResponse::Lowpass:
+      return !t.band && !t.highpass;
+    case SynthResponse::Highpass:
+      return !t.band && t.highpass;
+    case SynthResponse::Bandpass:
+      return t.band && !t.bandstop;
+    case SynthResponse::Bandstop:
+      return t.band && t.bandstop;
+  }
+  return false;
+}
+
+SynthResponse ResponseOf(const DesignRecord& d) {
+  const TopologyInfo* t = FindTopology(d.Topology);
+  if (!t) return SynthResponse::Lowpass;
+  if (t->band) return t->bandstop ? SynthResponse::Bandstop : SynthResponse::Bandpass;
+  return t->highpass ? SynthResponse::Highpass : SynthResponse::Lowpass;
+}
+
+std::string Number(double v) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", v);
+  return text;
+}
+
+std::string Trimmed(const std::string& text) {
+  const size_t a = text.find_first_not_of(" \t");
+  if (a == std::string::npos) return {};
+  return text.substr(a, text.find_last_not_of(" \t") - a + 1);
+}
+
+// The part models the build takes from the design, in one line.
+std::string ModelsText(const SynthBuild& b) {
+  std::string text = "Part models of the design: ";
+  text += b.qind >= kInfiniteQind ? "ideal inductors" : "inductor Q " + GeneralText(b.qind);
+  text += b.capacitorQ >= kInfiniteQcap ? ", ideal capacitors"
+                                        : ", capacitor Q " + GeneralText(b.capacitorQ);
+  if (b.windingCapacitance > 0)
+    text += ", winding " + TrimBlanks(FormatCapacitance(b.windingCapacitance));
+  if (b.capacitorEsl > 0) text += ", ESL " + TrimBlanks(FormatInductance(b.capacitorEsl));
+  return text;
+}
+
+DesignChoice ChoiceOf(const DesignRecord& d) {
+  return {.family = d.Family,
+          .order = d.Order,
+          .ripple = d.Apass,
+          .depth = d.Astop,
+          .topology = d.Topology,
+          .width = d.Width,
+          .center = IsBandDesign(d) ? d.Center : 0,
+          .rsource = d.Rsource,
+          .resonatorL = d.ResonatorL};
+}
+
+constexpr PlotArea kPlot{kSynthPlotLeft, kSynthPlotTop, kSynthPlotRight, kSynthPlotBottom};
+constexpr PlotArea kStatus{3450, kSynthStatusTop, 6650, kSynthStatusTop + 300};
+
+}  // namespace
+
+// One search on the worker thread. The page reads `done` and `finished`
+// while it runs and everything else only after joining the thread.
+struct SynthPage::Job {
+  SynthRequest request;
+  std::atomic<double> done{0};
+  std::atomic<bool> cancel{false};
+  std::atomic<bool> finished{false};
+  SynthResult result;
+  EngineReport report;
+  double seconds = 0;
+};
+
+SynthPage::SynthPage(Platform& platform, Canvas& canvas, PageHost& pages)
+    : platform_(platform),
+      canvas_(canvas),
+      pages_(pages),
+      controls_(platform),
+      caption_(std::string(kProgramTitle) + " - Design from a mask"),
+      host_(&noHost_) {
+  Build();
+}
+
+SynthPage::~SynthPage() {
+  if (job_) job_->cancel = true;
+  if (worker_.joinable()) worker_.join();
+}
+
+void SynthPage::Build() {
+  ControlSet& c = controls_;
+  Frame& filter = c.AddFrame("frmResponse", "Filter");
+  for (const ResponseOption& r : kResponses)
+    c.AddOption(r.option, r.caption, &filter).SetHandler([this, &r] {
+      SelectResponse(r.response);
+    });
+  c.AddLabel("lblImpedance", "Impedance, ohms");
+  c.AddTextBox("txtImpedance", "50");
+  AddMaskBoxes(c);
+  c.AddLabel("lblTrials", "Trials");
+  c.AddTextBox("txtTrials", std::to_string(SynthGoal{}.trials));
+  c.AddLabel("lblSeed", "Seed");
+  c.AddTextBox("txtSeed", std::to_string(SynthGoal{}.seed));
+
+  Frame& build = c.AddFrame("frmBuild", "Build");
+  c.AddLabel("lblCtol", "Capacitors, +-%");
+  c.AddTextBox("txtCtol", Number(SynthBuild{}.ctolPercent));
+  c.AddLabel("lblLtol", "Inductors, +-%");
+  c.AddTextBox("txtLtol", Number(SynthBuild{}.ltolPercent));
+  c.AddOption("optUniform", "Uniform", &build).SetSelectedQuietly(true);
+  c.AddOption("optNormal", "Normal, 3 sigma", &build);
+  c.AddLabel("lblModels", ModelsText(models_));
+  c.AddCheckBox("chkStock", "Stock parts", false).SetHandler([this] { ShowStock(); });
+  c.AddButton("cmdStock", "Series...").SetHandler([this] {
+    controls_.RunEvent([this] { OnStockSeries(); });
+  });
+  c.AddLabel("lblStock", "");
+
+  Frame& goal = c.AddFrame("frmGoal", "Goal");
+  c.AddLabel("lblYield", "Yield at least, %");
+  c.AddTextBox("txtYield", Number(SynthGoal{}.yieldPercent));
+  c.AddLabel("lblMaxOrder", "Highest order");
+  c.AddTextBox("txtMaxOrder", std::to_string(SynthGoal{}.maxOrder));
+  for (const PreferOption& p : kPreferences) c.AddOption(p.option, p.caption, &goal);
+  c.FindOption("optParts")->SetSelectedQuietly(true);
+
+  c.AddFrame("frmSpace", "Search space");
+  for (const FamilyInfo& f : Families())
+    if (InSearch(f)) c.AddCheckBox(std::string("chk") + f.cliWord, f.name, true);
+  for (const TopologyInfo& t : Topologies())
+    c.AddCheckBox(std::string("chk") + t.name, t.caption, true);
+
+  c.AddButton("cmdSearch", "Search").SetHandler([this] {
+    controls_.RunEvent([this] { OnSearch(); });
+  });
+  c.AddButton("cmdCancel", "Cancel").SetHandler([this] { OnCancel(); });
+  c.AddLabel("lblFault", "");
+  c.AddTable("tblCandidates", SynthHeadings()).SetHandler([this] { OnRowSelected(); });
+  c.AddButton("cmdUse", "Use this design").SetHandler([this] {
+    controls_.RunEvent([this] { OnUse(); });
+  });
+  c.AddButton("cmdClose", "Close").SetHandler([this] { OnClose(); });
+
+  // Before a search the plot follows the mask as it is typed.
+  for (const std::string& box : MaskBoxNames())
+    c.FindTextBox(box)->SetChangeHandler([this] {
+      if (hasResult_ || Running()) return;
+      Mask mask;
+      if (ReadMaskBoxes(controls_, Shape(), mask).empty()) {
+        shownSetup_.mask = mask;
+        Redraw();
+      }
+    });
+  SetRunning(false);
+  ShowStock();
+  SelectResponse(SynthResponse::Lowpass);
+}
+
+MaskShape SynthPage::Shape() const {
+  return response_ == SynthResponse::Bandpass   ? MaskShape::Bandpass
+         : response_ == SynthResponse::Bandstop ? MaskShape::Bandstop
+                                                : MaskShape::Edge;
+}
+
+void SynthPage::SelectResponse(SynthResponse response) {
+  response_ = response;
+  for (const ResponseOption& r : kResponses)
+    controls_.FindOption(r.option)->SetSelectedQuietly(r.response == response);
+  for (const TopologyInfo& t : Topologies())
+    controls_.Find(std::string("chk") + t.name)->SetEnabled(OfResponse(t, response));
+  ShowMaskShape(controls_, Shape(), response == SynthResponse::Highpass);
+  host_->Reshaped();
+}
+
+void SynthPage::Load(const DesignRecord& d) {
+  models_.qind = d.Qind > 0 ? d.Qind : kInfiniteQind;
+  models_.qLaw = d.InductorQLaw;
+  models_.capacitorQ = d.CapacitorQ;
+  models_.windingCapacitance = d.WindingCapacitance;
+  models_.capacitorEsl = d.CapacitorEsl;
+  controls_.FindLabel("lblModels")->SetCaption(ModelsText(models_));
+  if (!loaded_) Prefill(d);
+  loaded_ = true;
+}
+
+// The design's response, impedance and edges, and the mask the tolerance
+// window fills in for it (its nominal figures less a margin).
+void SynthPage::Prefill(const DesignRecord& d) {
+  SelectResponse(ResponseOf(d));
+  if (d.Rsource > 0) controls_.FindTextBox("txtImpedance")->SetText(GeneralText(d.Rsource));
+  DesignRecord swept;
+  if (!SynthRecord(ChoiceOf(d), models_, swept).Ok()) return;
+  shown_ = swept;
+  shownName_ = "The design the pages hold, with the mask";
+  std::string none;
+  const Mask mask = DefaultMask(ToleranceDesignOf(swept), 0, &none);
+  FillMaskBoxes(controls_, Shape(), mask);
+  Redraw();
+}
+
+void SynthPage::ShowStock() {
+  const bool stock = controls_.FindCheckBox("chkStock")->Checked();
+  controls_.FindButton("cmdStock")->SetEnabled(stock && !Running());
+  controls_.FindLabel("lblStock")
+      ->SetCaption(stock ? PartsWords(parts_)
+                         : "Without stock parts: the exact values at their tolerances");
+}
+
+void SynthPage::OnStockSeries() {
+  PartsRequest request = parts_;
+  if (!pages_.AskPartsRequest(request, "")) return;
+  parts_ = request;
+  ShowStock();
+}
+
+std::string SynthPage::ReadRequest(SynthRequest& r) const {
+  auto box = [&](const char* name, double& value) { return ReadNumberBox(controls_, name, value); };
+  auto whole = [&](const char* name) {
+    return ReadWholeNumber(Trimmed(controls_.FindTextBox(name)->Text()));
+  };
+  r.response = response_;
+  if (!box("txtImpedance", r.rsource) || r.rsource < kImpedanceRange.low ||
+      r.rsource > kImpedanceRange.high)
+    return "The impedance must be 0.1 to 1M ohms.";
+  if (std::string why = ReadMaskBoxes(controls_, Shape(), r.mask); !why.empty()) return why;
+  r.build = models_;
+  for (const auto& [name, value, what] : {std::tuple{"txtCtol", &r.build.ctolPercent, "capacitor"},
+                                          std::tuple{"txtLtol", &r.build.ltolPercent, "inductor"}})
+    if (!box(name, *value) || *value < 0 || *value > kMaxTolerancePercent)
+      return std::string("The ") + what + " tolerance must be 0 to 50 %.";
+  r.build.distribution =
+      controls_.FindOption("optNormal")->Selected() ? Distribution::Normal : Distribution::Uniform;
+  if (controls_.FindCheckBox("chkStock")->Checked()) r.build.parts = parts_;
+
+  if (!box("txtYield", r.goal.yieldPercent) || !(r.goal.yieldPercent > 0) ||
+      !(r.goal.yieldPercent < 100))
+    return "The yield must be above 0 and below 100 %.";
+  for (const PreferOption& p : kPreferences)
+    if (controls_.FindOption(p.option)->Selected()) r.goal.prefer = p.prefer;
+  for (const FamilyInfo& f : Families())
+    if (InSearch(f) && controls_.FindCheckBox(std::string("chk") + f.cliWord)->Checked())
+      r.goal.families.push_back(f.code);
+  if (r.goal.families.empty()) return "Tick at least one family to search.";
+  for (const TopologyInfo& t : Topologies())
+    if (OfResponse(t, response_) && controls_.FindCheckBox(std::string("chk") + t.name)->Checked())
+      r.goal.topologies.push_back(t.name);
+  if (r.goal.topologies.empty()) return "Tick at least one topology to search.";
+  const auto order = whole("txtMaxOrder");
+  if (!order || *order < 2 || *order > static_cast<uint64_t>(kMaxOrder))
+    return "The highest order must be a whole number from 2 to " + std::to_string(kMaxOrder) + ".";
+  r.goal.maxOrder = static_cast<int>(*order);
+  // Counts are whole: "10,000" is ten thousand here, never ten.
+  const auto trials = whole("txtTrials");
+  if (!trials || *trials < 1 || *trials > static_cast<uint64_t>(kMaxTrials))
+    return "The number of trials must be a whole number from 1 to 1,000,000 (such as 10,000 or "
+           "10k).";
+  r.goal.trials = static_cast<int>(*trials);
+  const auto seed = whole("txtSeed");
+  if (!seed) return "The seed must be a whole number of 0 or more.";
+  r.goal.seed = *seed;
+  return SynthRequestFault(r);
+}
+
+void SynthPage::ShowFault(const std::string& text) {
+  controls_.FindLabel("lblFault")->SetCaption(text);
+}
+
+void SynthPage::OnSearch() {
+  if (Running()) return;
+  SynthRequest request;
+  const std::string why = ReadRequest(request);
+  ShowFault(why);
+  if (!why.empty()) return;
+  auto job = std::make_shared<Job>();
+  job->request = std::move(request);
+  job_ = job;
+  worker_ = std::thread([job] {
+    const auto start = std::chrono::steady_clock::now();
+    job->report = RunSynth(job->request, job->result, [&job = *job](double done) {
+      job.done = done;
+      return !job.cancel;
+    });
+    job->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    job->finished = true;
+  });
+  SetRunning(true);
+  DrawRunStatus(canvas_, 0, "Searching: 0%", kStatus);
+  host_->RunStarted();
+}
+
+void SynthPage::OnCancel() {
+  if (job_) job_->cancel = true;
+}
+
+void SynthPage::Poll() {
+  if (!job_) return;
+  if (!job_->finished) {
+    const double done = job_->done;
+    DrawRunStatus(canvas_, done,
+                  (job_->cancel ? "Cancelling: " : "Searching: ") +
+                      std::to_string(static_cast<int>(100 * done)) + "%",
+                  kStatus);
+    return;
+  }
+  Finish();
+}
+
+void SynthPage::Wait() {
+  if (worker_.joinable()) worker_.join();
+  Poll();
+}
+
+void SynthPage::Finish() {
+  if (worker_.joinable()) worker_.join();
+  const std::shared_ptr<Job> job = std::move(job_);
+  SetRunning(false);
+  if (!job->report.Ok()) {
+    status_ = "Not searched";
+    ShowFault(job->report.fault);
+  } else if (job->result.cancelled) {
+    status_ = "Cancelled";
+  } else {
+    result_ = std::move(job->result);
+    searched_ = std::move(job->request);
+    hasResult_ = true;
+    char text[80];
+    std::snprintf(text, sizeof text, "%zu candidates in %.2f s", result_.candidates.size(),
+                  job->seconds);
+    status_ = text;
+    ShowFault(result_.chosen < 0 ? result_.failure : "");
+    std::vector<std::vector<std::string>> rows;
+    for (size_t k = 0; k < result_.candidates.size(); ++k)
+      rows.push_back(SynthRow(result_.candidates[k], static_cast<int>(k) + 1,
+                              static_cast<int>(k) == result_.chosen));
+    TableList& table = *controls_.FindTable("tblCandidates");
+    drawn_ = -1;
+    table.SetRows(std::move(rows), result_.chosen);
+    // The chosen design, or the nearest when none meets the target.
+    table.Select(result_.candidates.empty() ? -1 : std::max(result_.chosen, 0));
+  }
+  controls_.FindButton("cmdUse")->SetEnabled(drawn_ >= 0);
+  Redraw();
+}
+
+void SynthPage::SetRunning(bool running) {
+  controls_.FindButton("cmdSearch")->SetEnabled(!running);
+  controls_.FindButton("cmdCancel")->SetEnabled(running);
+  controls_.FindButton("cmdUse")->SetEnabled(!running && drawn_ >= 0);
+  controls_.FindButton("cmdStock")
+      ->SetEnabled(!running && controls_.FindCheckBox("chkStock")->Checked());
+}
+
+// The selected candidate as built: its nominal response and the envelope of
+// trials drawn within the tolerances searched with.
+void SynthPage::OnRowSelected() {
+  const int row = controls_.FindTable("tblCandidates")->Selected();
+  if (!hasResult_ || row < 0 || row >= static_cast<int>(result_.candidates.size())) return;
+  const SynthCandidate& c = result_.candidates[static_cast<size_t>(row)];
+  drawn_ = row;
+  controls_.FindButton("cmdUse")->SetEnabled(!Running());
+  hasEnvelope_ = false;
+  shownName_ = "#" + std::to_string(row + 1) + " " + SynthCandidateName(c);
+  // Enough trials for the envelope's outline; the yield is the search's.
+  shownSetup_ = SynthSetup(searched_, std::clamp(c.trials, 200, 2000));
+  if (EngineReport r = SynthRecord(c.choice, searched_.build, shown_); !r.Ok()) {
+    ShowFault(r.fault);
+  } else {
+    hasEnvelope_ = RunTolerance(ToleranceDesignOf(shown_), shownSetup_, envelope_).Ok() &&
+                   !envelope_.cancelled;
+  }
+  Redraw();
+}
+
+void SynthPage::Redraw() {
+  canvas_.Clear();
+  canvas_.FilledBox(6700, 1480, kPageWidth, 5200, kWhite);
+  canvas_.SetFont("Arial", 8, true);
+  canvas_.SetForeColor(kBlack);
+  canvas_.SetTextPosition(6800, 1520);
+  canvas_.Print(shownName_);
+  if (drawn_ >= 0 && hasResult_) {
+    const SynthCandidate& c = result_.candidates[static_cast<size_t>(drawn_)];
+    canvas_.SetFont("Arial", 8, false);
+    canvas_.SetTextPosition(6800, 1730);
+    canvas_.Print(c.trials > 0 ? "Yield " + PercentText(c.yield) + " (95% interval " +
+                                     PercentText(c.yieldLow) + " to " + PercentText(c.yieldHigh) +
+                                     ") of " + std::to_string(c.trials) + " trials"
+                               : "Screened out on its nominal response");
+  }
+  if (shown_.NrIntervals > 0) {
+    ToleranceFigures f;
+    f.stage = &shown_;
+    f.setup = &shownSetup_;
+    f.result = hasEnvelope_ ? &envelope_ : nullptr;
+    DrawMaskedResponse(f, canvas_, kPlot);
+  }
+  DrawRunStatus(canvas_, -1, status_, kStatus);
+}
+
+void SynthPage::OnUse() {
+  if (!hasResult_ || drawn_ < 0 || !use_) return;
+  use_(result_.candidates[static_cast<size_t>(drawn_)], searched_.build.parts);
+}
+
+void SynthPage::OnClose() {
+  if (job_) job_->cancel = true;
+  host_->Close();
+}
+
+}  // namespace drenik
