@@ -15,7 +15,6 @@
 #include "synth/candidate_design.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
-#include "tolerance/tolerance_text.h"
 
 namespace drenik {
 
@@ -104,6 +103,22 @@ DesignChoice ChoiceOf(const DesignRecord& d) {
           .center = IsBandDesign(d) ? d.Center : 0,
           .rsource = d.Rsource,
           .resonatorL = d.ResonatorL};
+}
+
+// The engine names the command line's option first ("--stop: the mask
+// needs a stopband"), and at times in brackets after; beside the boxes the
+// rest says it, as a sentence.
+std::string PlainWords(std::string fault) {
+  if (fault.starts_with("--")) {
+    const size_t colon = fault.find(": ");
+    if (colon != std::string::npos) fault.erase(0, colon + 2);
+  }
+  if (const size_t option = fault.find(" (--"); option != std::string::npos)
+    fault.erase(option, fault.find(')', option) + 1 - option);
+  if (!fault.empty() && fault[0] >= 'a' && fault[0] <= 'z')
+    fault[0] = static_cast<char>(fault[0] - 'a' + 'A');
+  if (!fault.empty() && fault.back() != '.') fault += '.';
+  return fault;
 }
 
 constexpr PlotArea kPlot{kSynthPlotLeft, kSynthPlotTop, kSynthPlotRight, kSynthPlotBottom};
@@ -309,7 +324,7 @@ std::string SynthPage::ReadRequest(SynthRequest& r) const {
   const auto seed = whole("txtSeed");
   if (!seed) return "The seed must be a whole number of 0 or more.";
   r.goal.seed = *seed;
-  return SynthRequestFault(r);
+  return PlainWords(SynthRequestFault(r));
 }
 
 void SynthPage::ShowFault(const std::string& text) {
@@ -367,7 +382,7 @@ void SynthPage::Finish() {
   SetRunning(false);
   if (!job->report.Ok()) {
     status_ = "Not searched";
-    ShowFault(job->report.fault);
+    ShowFault(PlainWords(job->report.fault));
   } else if (job->result.cancelled) {
     status_ = "Cancelled";
   } else {
@@ -433,8 +448,8 @@ void SynthPage::Redraw() {
     const SynthCandidate& c = result_.candidates[static_cast<size_t>(drawn_)];
     canvas_.SetFont("Arial", 8, false);
     canvas_.SetTextPosition(6800, 1730);
-    canvas_.Print(c.trials > 0 ? "Yield " + PercentText(c.yield) + " (95% interval " +
-                                     PercentText(c.yieldLow) + " to " + PercentText(c.yieldHigh) +
+    canvas_.Print(c.trials > 0 ? "Yield " + SynthPercent(c.yield) + " (95% interval " +
+                                     SynthPercent(c.yieldLow) + " to " + SynthPercent(c.yieldHigh) +
                                      ") of " + std::to_string(c.trials) + " trials"
                                : "Screened out on its nominal response");
   }

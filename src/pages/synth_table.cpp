@@ -7,7 +7,6 @@
 #include "synthesis/band_transform.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
-#include "tolerance/tolerance_text.h"
 
 namespace drenik {
 
@@ -31,6 +30,12 @@ const char* TopologyCaption(const std::string& name) {
 }
 
 }  // namespace
+
+std::string SynthPercent(double fraction) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f%%", 100 * fraction);
+  return text;
+}
 
 std::vector<std::string> SynthHeadings() {
   return {
@@ -59,8 +64,8 @@ std::vector<std::string> SynthRow(const SynthCandidate& c, int rank, bool chosen
           std::to_string(c.capacitors),
           Margin(c.marginPassDb),
           Margin(c.marginStopDb),
-          measured ? PercentText(c.yield) : "-",
-          measured ? PercentText(c.yieldLow) + " to " + PercentText(c.yieldHigh) : "-",
+          measured ? SynthPercent(c.yield) : "-",
+          measured ? SynthPercent(c.yieldLow) + " to " + SynthPercent(c.yieldHigh) : "-",
           chosen          ? "chosen"
           : !measured     ? "screened out"
           : c.meetsTarget ? "meets"

@@ -4,6 +4,7 @@
 // into the pages.
 #include <QDir>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QTableWidget>
 
 #include "fixture.h"
@@ -59,6 +60,14 @@ TEST_F(SynthWindowTest, SearchesFillsTheTableDrawsTheSelectedRowAndUsesIt) {
   Click(Button(view, "cmdSearch"));
   EXPECT_FALSE(page.Running());
   EXPECT_NE(Widget<QLabel>(view, "lblFault")->text().indexOf("passband edge"), -1);
+  // So is one that contradicts itself (a stopband inside the passband), in
+  // words, not the command line's options.
+  TwentyMetres(view, "2000");
+  Type(view, "txtStopFreq1", "10M");
+  Click(Button(view, "cmdSearch"));
+  EXPECT_FALSE(page.Running() || page.HasResult());
+  EXPECT_TRUE(Widget<QLabel>(view, "lblFault")->text().contains(QRegularExpression("^[A-Z]")));
+  EXPECT_FALSE(Widget<QLabel>(view, "lblFault")->text().contains("--"));
 
   TwentyMetres(view, "2000");
   Click(Button(view, "cmdSearch"));
