@@ -3,9 +3,11 @@
 // as the "Other order and ripple" dialog takes them (so any the family
 // allows, on the buttons or beyond them), then its responses on the display
 // page, with the stock parts chosen in the series it was searched with.
+#include "core/formatters.h"
 #include "pages/application.h"
 #include "pages/other_design.h"
 #include "synthesis/families.h"
+#include "synthesis/topologies.h"
 
 namespace drenik {
 
@@ -28,6 +30,12 @@ void Application::UseDesign(const DesignChoice& c, const std::optional<PartsRequ
   // it shows.
   std::string why;
   const bool designed = design_.Controls().RunEvent([&] {
+    // The cutoff exactly, as the load writes a band's: the page's own five
+    // figures (which the load has just read back) would move the design the
+    // search measured.
+    const float width = static_cast<float>(c.width);
+    if (!IsBandDesign(d))
+      design_.Box("txtBandwidth").SetText(ExactEntry(width, FormatFrequency(width)));
     why = design_.ChooseOtherDesign(
         {.family = FindFamily(c.family), .order = c.order, .ripple = c.ripple, .depth = c.depth});
   });

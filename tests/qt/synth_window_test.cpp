@@ -105,7 +105,7 @@ TEST_F(SynthWindowTest, SearchesFillsTheTableDrawsTheSelectedRowAndUsesIt) {
   EXPECT_EQ(D().Family, c.family);
   EXPECT_EQ(D().Order, c.order);
   EXPECT_EQ(D().Topology, c.topology);
-  EXPECT_NEAR(D().Width, c.width, c.width * 1e-4);
+  EXPECT_EQ(D().Width, static_cast<float>(c.width));
   const FamilyInfo& family = *FindFamily(c.family);
   EXPECT_NEAR(D().Apass, family.ripple.Offered() ? c.ripple : D().Apass, 1e-6);
   EXPECT_NEAR(D().Astop, family.depth.Offered() ? c.depth : D().Astop, 1e-4);
