@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "cli/number_reader.h"
+#include "cli/tolerance_command.h"
 #include "core/number_text.h"
 #include "pages/application.h"
 #include "pages/design_choices.h"
 #include "pages/other_design.h"
+#include "synth/mask_bands.h"
 #include "synthesis/families.h"
 
 namespace drenik::cli {
@@ -146,7 +148,16 @@ std::unique_ptr<DesignResult> RunDesign(const CliOptions& options, ConsolePlatfo
   if (options.values == ValueStage::FiveL) app.Display().OnInductors();
   Fail(platform);
   if (options.command == Command::Parts || options.values == ValueStage::Chosen) {
-    app.Display().SetPartsRequest(options.parts.request);
+    PartsRequest request = options.parts.request;
+    // A tolerance run against a mask checks parts chosen for that mask, as
+    // the design-from-a-mask search measures them.
+    if (options.command == Command::Tolerance) {
+      const ToleranceDesign design = ToleranceDesignOf(result->exact);
+      const std::optional<Mask> mask = GivenMask(options.tolerance, design);
+      if (mask && MaskFault(*mask, design.highpass).empty())
+        request.bands = BandsOfMask(*mask, design.highpass);
+    }
+    app.Display().SetPartsRequest(request);
     app.Display().SetPartsProgress(partsProgress);
     app.Display().OnChosenParts();
     Fail(platform);

@@ -128,10 +128,10 @@ std::string Joined(const std::vector<std::string>& words) {
 }
 
 void WriteTable(const SynthRequest& r, const SynthResult& result, std::ostream& out) {
-  out << "Design from a mask: " << kResponses[static_cast<int>(r.response)].word << ";";
+  out << "Design from a mask: " << kResponses[static_cast<int>(r.response)].word;
   const std::vector<float> none;
   for (const MaskCheck& c : MaskChecks(r.mask, none, r.response == SynthResponse::Highpass))
-    out << " " << c.name << ";";
+    out << "; " << c.name;
   out << "\nBuild: capacitors +-" << r.build.ctolPercent << "%, inductors +-" << r.build.ltolPercent
       << "%, " << (r.build.distribution == Distribution::Normal ? "normal" : "uniform") << ", "
       << (r.build.parts ? "stock parts" : "exact values") << "; target " << r.goal.yieldPercent
@@ -214,7 +214,7 @@ bool ParseSynthOption(const std::string& name, const std::function<std::string()
 }
 
 std::string SynthLines() {
-  return "  drenik synth --response lowpass|highpass|bandpass|bandstop --pass-edge FREQ"
+  return "  drenik synth [--response lowpass|highpass|bandpass|bandstop] --pass-edge FREQ"
          " [--pass-edge FREQ]\n"
          "               (--pass-rl DB | --pass-il DB) --stop FREQ:DB... [--stop-below"
          " FREQ:DB]...\n"

@@ -222,6 +222,25 @@ void WriteSummary(const DesignRecord& d, const ToleranceSetup& s, const Toleranc
 
 }  // namespace
 
+std::optional<Mask> GivenMask(const ToleranceOptions& t, const ToleranceDesign& d) {
+  if (!t.passRl && !t.passIl && t.stops.empty()) return std::nullopt;
+  Mask mask;
+  mask.passEdge = t.passEdge.value_or(d.cutoff);
+  // A band design's passband: between its edges (a bandpass), or below
+  // the lower and above the upper (a bandstop).
+  if (d.band && d.bandstop) mask.passEdge = t.passEdge.value_or(d.f1), mask.passResume = d.f2;
+  if (d.band && !d.bandstop) mask.passEdge = t.passEdge.value_or(d.f2), mask.passStart = d.f1;
+  // Two edges given: the band the mask says, not the design's own.
+  if (t.passEdgeUpper && d.band && d.bandstop)
+    mask.passEdge = *t.passEdge, mask.passResume = *t.passEdgeUpper;
+  if (t.passEdgeUpper && d.band && !d.bandstop)
+    mask.passStart = *t.passEdge, mask.passEdge = *t.passEdgeUpper;
+  mask.passRl = t.passRl;
+  mask.passIl = t.passIl;
+  mask.stops = t.stops;
+  return mask;
+}
+
 bool IsToleranceOption(const std::string& name) {
   for (const char* option : {"--ctol", "--ltol", "--dist", "--trials", "--seed", "--pass-edge",
                              "--pass-rl", "--pass-il", "--stop", "--stop-below", "--tighten"})
@@ -289,20 +308,8 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
     err << "drenik: --pass-edge: a lowpass or highpass design takes one (see drenik --help)\n";
     return 2;
   }
-  if (t.passRl || t.passIl || !t.stops.empty()) {
-    s.mask.passEdge = t.passEdge.value_or(d.cutoff);
-    // A band design's passband: between its edges (a bandpass), or below
-    // the lower and above the upper (a bandstop).
-    if (d.band && d.bandstop) s.mask.passEdge = t.passEdge.value_or(d.f1), s.mask.passResume = d.f2;
-    if (d.band && !d.bandstop) s.mask.passEdge = t.passEdge.value_or(d.f2), s.mask.passStart = d.f1;
-    // Two edges given: the band the mask says, not the design's own.
-    if (t.passEdgeUpper && d.bandstop)
-      s.mask.passEdge = *t.passEdge, s.mask.passResume = *t.passEdgeUpper;
-    if (t.passEdgeUpper && !d.bandstop)
-      s.mask.passStart = *t.passEdge, s.mask.passEdge = *t.passEdgeUpper;
-    s.mask.passRl = t.passRl;
-    s.mask.passIl = t.passIl;
-    s.mask.stops = t.stops;
+  if (std::optional<Mask> given = GivenMask(t, d)) {
+    s.mask = *given;
   } else {
     std::string none;
     s.mask = DefaultMask(d, t.passEdge.value_or(0), &none);

@@ -2,13 +2,19 @@
 // `drenik tolerance`: the Monte Carlo tolerance analysis of the design at
 // its value stage, as a readable summary or one JSON object.
 
+#include <optional>
 #include <ostream>
 #include <string>
 
 #include "cli/options.h"
 #include "cli/run_design.h"
+#include "tolerance/tolerance.h"
 
 namespace drenik::cli {
+
+// The mask the options give, its pass edges defaulting to the design's;
+// nothing when they give no limit (the design's default mask applies).
+std::optional<Mask> GivenMask(const ToleranceOptions& t, const ToleranceDesign& d);
 
 // Whether `name` is one of the options only `tolerance` takes.
 bool IsToleranceOption(const std::string& name);

@@ -236,7 +236,7 @@ EngineReport ChooseParts(const DesignRecord& design, const PartsRequest& request
   for (auto step : {&NearestParts, &CapsRetuneInductors})
     if (EngineReport r = step(standard); !r.Ok()) return r;
   if (EngineReport r = AnalyzeSweep(standard); !r.Ok()) return r;
-  const Bands bands = BandsOf(exact);
+  const Bands bands = request.bands ? *request.bands : BandsOf(exact);
   choice.exact = FiguresOf(exact, bands);
   choice.standard = FiguresOf(standard, bands);
 

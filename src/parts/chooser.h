@@ -33,6 +33,10 @@ struct PartsRequest {
   // Whole turns on a toroid core or an air-core form: the inductors' values
   // in place of the series.
   std::optional<Former> former{};
+  // The bands the sets are judged over: a mask's passband and stopbands in
+  // place of the design's own (nothing: the design's), so that the parts
+  // keep what that mask asks rather than the whole designed response.
+  std::optional<Bands> bands{};
 };
 
 // Whether two requests ask for the same parts (a former by its name).

@@ -10,6 +10,7 @@
 #include "core/element_kinds.h"
 #include "core/number_text.h"
 #include "parts/chooser.h"
+#include "synth/mask_bands.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/e_series.h"
 #include "synthesis/families.h"
@@ -24,16 +25,20 @@ void ApplyBuild(const SynthBuild& build, DesignRecord& d) {
   d.CapacitorEsl = build.capacitorEsl;
 }
 
-EngineReport SynthRecord(const DesignChoice& choice, const SynthBuild& build, DesignRecord& d) {
+EngineReport SynthRecord(const SynthRequest& request, const DesignChoice& choice, DesignRecord& d) {
+  const SynthBuild& build = request.build;
   if (EngineReport r = DesignInto(choice, d); !r.Ok()) return r;
   ApplyBuild(build, d);
   SetDisplaySweep(d);
   if (EngineReport r = AnalyzeSweep(d); !r.Ok()) return r;
   if (!build.parts) return {};
   // The chooser starts from the exact design on the display page's sweep,
-  // as the display page's chosen-parts stage does.
+  // as the display page's chosen-parts stage does, and keeps what the mask
+  // asks.
+  PartsRequest asked = *build.parts;
+  asked.bands = BandsOfMask(request.mask, request.response == SynthResponse::Highpass);
   PartsChoice parts;
-  if (EngineReport r = ChooseParts(d, *build.parts, parts); !r.Ok()) return r;
+  if (EngineReport r = ChooseParts(d, asked, parts); !r.Ok()) return r;
   ApplyParts(parts, d);
   return AnalyzeSweep(d);
 }

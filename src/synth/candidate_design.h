@@ -20,9 +20,10 @@ void ApplyBuild(const SynthBuild& build, DesignRecord& d);
 
 // The candidate's record as `drenik design` leaves it for its choices with
 // the build's part models: the exact values (`--values exact`), or with
-// stock parts the chooser's (`--values chosen`); the display page's sweep
-// analysed.
-[[nodiscard]] EngineReport SynthRecord(const DesignChoice& choice, const SynthBuild& build,
+// stock parts the chooser's for the request's mask (`--values chosen`, as
+// `drenik tolerance` chooses them when given that mask); the display
+// page's sweep analysed.
+[[nodiscard]] EngineReport SynthRecord(const SynthRequest& request, const DesignChoice& choice,
                                        DesignRecord& d);
 
 // The Monte Carlo setup that measures a candidate's yield: the build's

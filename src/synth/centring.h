@@ -3,9 +3,10 @@
 // mask. A lowpass's cutoff (a highpass's, a band's width about the
 // passband's geometric centre) can lie anywhere between the lowest value
 // that keeps the passband inside its limits and the highest that keeps
-// every stopband check; part tolerances slide the whole response along the
+// every stopband check; part tolerances slide the response along the
 // frequency axis by about their own size, so the design goes where it can
-// slide furthest either way: the geometric middle of that range.
+// slide furthest either way: the geometric middle of that range for a
+// lowpass or highpass, the middle in hertz for a band.
 
 #include <optional>
 
@@ -17,7 +18,8 @@ struct Placement {
   double width = 0;   // the cutoff or the band's width, Hz
   double center = 0;  // a band's geometric centre, Hz; 0 otherwise
   // The factor the response may slide by, either way, before the nominal
-  // design breaks the mask (1: it just fits).
+  // design breaks the mask (1: it just fits); a band's, as a share of its
+  // centre, plus 1.
   double slide = 1;
 };
 

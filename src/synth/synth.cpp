@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 
 #include "core/formatters.h"
 #include "synth/candidate_design.h"
@@ -67,27 +68,46 @@ class Search {
     const FamilyInfo* family;
     int next, last;
     int feasibleOrders;  // orders that gave a nominal candidate so far
+    int quota = 0;       // with margin preferred: the feasible orders wanted
   };
 
-  // Every family keeps its next order in the pool, so the pool's simplest
-  // is the simplest not yet measured (a higher order never has fewer parts
-  // or inductors). With margin preferred, three feasible orders each.
+  // No family may hold back a candidate simpler than the pool's simplest:
+  // a family's next order is made while its least possible count (parts,
+  // or inductors) is no more than the pool's least. With margin preferred,
+  // three more feasible orders of each family at each call.
   EngineReport Generate() {
-    for (FamilyState& s : families_) {
-      const int wanted = r_.goal.prefer == SynthPreference::Margin ? 3 : 1;
-      auto pending = [&] {
-        return std::count_if(pool_.begin(), pool_.end(), [&](const Pending& p) {
-          return p.candidate.choice.family == s.family->code;
-        });
-      };
-      while (s.next <= s.last && (pending() == 0 || s.feasibleOrders < wanted)) {
+    const bool margin = r_.goal.prefer == SynthPreference::Margin;
+    for (FamilyState& s : families_) s.quota = s.feasibleOrders + 3;
+    for (bool grown = true; grown;) {
+      grown = false;
+      int least = std::numeric_limits<int>::max();
+      for (const Pending& p : pool_) least = std::min(least, Primary(p.candidate));
+      for (FamilyState& s : families_) {
+        const int bound = LeastCount(*s.family, s.next);
+        if (s.next > s.last || (margin ? s.feasibleOrders >= s.quota : bound > least)) continue;
         const size_t before = pool_.size();
         if (EngineReport e = GenerateOrder(*s.family, s.next++); !e.Ok()) return e;
         if (pool_.size() > before) ++s.feasibleOrders;
         if (!Report()) return {};
+        grown = true;
       }
     }
     return {};
+  }
+
+  // The fewest parts (or inductors) an order-n ladder of the family can
+  // have: n elements, each resonant arm of an elliptic ladder a part more
+  // ((n - 1) / 2 of them), a band's resonators two parts each; at least
+  // every other element an inductor. A higher order never has fewer.
+  int LeastCount(const FamilyInfo& f, int n) const {
+    const int band =
+        r_.response == SynthResponse::Bandpass || r_.response == SynthResponse::Bandstop ? 2 : 1;
+    if (r_.goal.prefer == SynthPreference::Inductors) return band * (n / 2);
+    return band * (n + (f.resonantArms ? (n - 1) / 2 : 0));
+  }
+
+  int Primary(const SynthCandidate& c) const {
+    return r_.goal.prefer == SynthPreference::Inductors ? c.inductors : c.inductors + c.capacitors;
   }
 
   EngineReport GenerateOrder(const FamilyInfo& f, int order) {
@@ -108,7 +128,7 @@ class Search {
           p.id = nextId_++;
           p.candidate.choice = c;
           DesignRecord d;
-          if (!SynthRecord(c, r_.build, d).Ok()) continue;
+          if (!SynthRecord(r_, c, d).Ok()) continue;
           p.design = ToleranceDesignOf(d);
           const Margins m = NominalMargins(p.design, r_.mask);
           if (m.Worst() < 0) continue;  // lossy parts took it out of the mask

@@ -1,10 +1,10 @@
 #pragma once
 // A candidate's yield measured in stages: a few hundred trials first, more
 // only while the 95% interval still straddles the target, all of them for a
-// candidate that may be chosen. The trials of each stage are the first ones
-// of the full run (each trial's parts come from the seed and its number),
-// so the last stage's figure is what `drenik tolerance` gives at that
-// number of trials.
+// candidate that may be chosen. Each stage runs on from the trials of the
+// last (each trial's parts come from the seed and its number alone), so
+// the last stage's figure is what `drenik tolerance` gives at that number
+// of trials, and costs no more.
 
 #include <vector>
 

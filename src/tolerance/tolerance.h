@@ -78,6 +78,10 @@ struct ToleranceSetup {
   Distribution distribution = Distribution::Uniform;
   int trials = kDefaultTrials;
   uint64_t seed = 1;
+  // The number of the first trial: a run that goes on from an earlier one
+  // of `firstTrial` trials draws the parts the longer run would, so the two
+  // together count as that run.
+  int firstTrial = 0;
   Mask mask;
   // Sensitivity: the tolerance (%) one part at a time is tightened to; 0
   // holds it at its nominal value.

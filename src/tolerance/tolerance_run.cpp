@@ -164,8 +164,8 @@ BatchValues BlockValues(const Ladder& ladder, const std::vector<VariedPart>& par
       const VariedPart& part = parts[i];
       const double tol = static_cast<int>(i) == tight ? tightTo : part.tolerance;
       const uint32_t stream = static_cast<uint32_t>(2 * part.position + (part.capacitor ? 1 : 0));
-      const double u =
-          Deviation(setup.seed, static_cast<uint64_t>(trial), stream, setup.distribution);
+      const double u = Deviation(setup.seed, static_cast<uint64_t>(setup.firstTrial + trial),
+                                 stream, setup.distribution);
       auto& slot = part.capacitor ? v.C[part.position][k] : v.L[part.position][k];
       slot = part.value * (1 + tol * u);
     }
@@ -260,6 +260,8 @@ std::string SetupFault(const ToleranceDesign& design, const ToleranceSetup& s) {
       return "Cannot run the tolerance analysis: a tolerance must be 0 to 50%.";
   if (s.trials < 1 || s.trials > kMaxTrials)
     return "Cannot run the tolerance analysis: the trials must be 1 to 1,000,000.";
+  if (s.firstTrial < 0 || s.firstTrial > kMaxTrials - s.trials)
+    return "Cannot run the tolerance analysis: the trials must lie within the first 1,000,000.";
   if (design.freq.empty()) return "Cannot run the tolerance analysis: the sweep has no points.";
   if (!s.mask.passRl && !s.mask.passIl && s.mask.stops.empty())
     return "Cannot run the tolerance analysis: the mask has no check, and every trial would pass "
