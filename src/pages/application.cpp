@@ -82,8 +82,7 @@ void Application::ShowStressPage() {
 }
 
 void Application::ShowSynthPage() {
-  synth_.SetPartsRequest(display_.GetPartsRequest());
-  synth_.Load(record_);
+  synth_.Load(record_, display_.GetPartsRequest());
   if (synthObserver_) synthObserver_(synth_);
 }
 

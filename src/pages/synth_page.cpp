@@ -238,14 +238,18 @@ void SynthPage::SelectResponse(SynthResponse response) {
   host_->Reshaped();
 }
 
-void SynthPage::Load(const DesignRecord& d) {
+void SynthPage::Load(const DesignRecord& d, const PartsRequest& parts) {
   models_.qind = d.Qind > 0 ? d.Qind : kInfiniteQind;
   models_.qLaw = d.InductorQLaw;
   models_.capacitorQ = d.CapacitorQ;
   models_.windingCapacitance = d.WindingCapacitance;
   models_.capacitorEsl = d.CapacitorEsl;
   controls_.FindLabel("lblModels")->SetCaption(ModelsText(models_));
-  if (!loaded_) Prefill(d);
+  if (!loaded_) {
+    parts_ = parts;
+    ShowStock();
+    Prefill(d);
+  }
   loaded_ = true;
 }
 
@@ -255,7 +259,9 @@ void SynthPage::Prefill(const DesignRecord& d) {
   SelectResponse(ResponseOf(d));
   if (d.Rsource > 0) controls_.FindTextBox("txtImpedance")->SetText(GeneralText(d.Rsource));
   DesignRecord swept;
-  if (!SynthRecord(ChoiceOf(d), models_, swept).Ok()) return;
+  SynthRequest exact;
+  exact.build = models_;
+  if (!SynthRecord(exact, ChoiceOf(d), swept).Ok()) return;
   shown_ = swept;
   shownName_ = "The design the pages hold, with the mask";
   std::string none;
@@ -428,7 +434,7 @@ void SynthPage::OnRowSelected() {
   shownName_ = "#" + std::to_string(row + 1) + " " + SynthCandidateName(c);
   // Enough trials for the envelope's outline; the yield is the search's.
   shownSetup_ = SynthSetup(searched_, std::clamp(c.trials, 200, 2000));
-  if (EngineReport r = SynthRecord(c.choice, searched_.build, shown_); !r.Ok()) {
+  if (EngineReport r = SynthRecord(searched_, c.choice, shown_); !r.Ok()) {
     ShowFault(r.fault);
   } else {
     hasEnvelope_ = RunTolerance(ToleranceDesignOf(shown_), shownSetup_, envelope_).Ok() &&

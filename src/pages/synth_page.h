@@ -60,14 +60,12 @@ class SynthPage {
   // the design and display pages.
   using UseHandler = std::function<void(const SynthCandidate&, const std::optional<PartsRequest>&)>;
   void SetUseHandler(UseHandler use) { use_ = std::move(use); }
-  // The stock parts offered first: those the display page would choose.
-  void SetPartsRequest(const PartsRequest& request) { parts_ = request; }
-
   // Opens on the design the record holds: its part models are the build's.
   // The first time, its response, impedance and cutoff or edges fill the
-  // boxes, with the tolerance window's mask for it; later the boxes keep
-  // what the user left in them.
-  void Load(const DesignRecord& d);
+  // boxes, with the tolerance window's mask for it, and the stock parts
+  // offered are `parts` (the display page's); later the boxes and the
+  // series keep what the user left in them.
+  void Load(const DesignRecord& d, const PartsRequest& parts);
 
   // Button events (the buttons of Controls() call these).
   void OnSearch();
