@@ -69,6 +69,16 @@ TEST_F(SynthWindowTest, SearchesFillsTheTableDrawsTheSelectedRowAndUsesIt) {
   EXPECT_TRUE(Widget<QLabel>(view, "lblFault")->text().contains(QRegularExpression("^[A-Z]")));
   EXPECT_FALSE(Widget<QLabel>(view, "lblFault")->text().contains("--"));
 
+  // A mask no design meets: the search's line saying what fails.
+  TwentyMetres(view, "2000");
+  Type(view, "txtStopFreq1", "14.4M");
+  Type(view, "txtStopDepth1", "80");
+  Click(Button(view, "cmdSearch"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !page.Running(); }, 60000));
+  EXPECT_EQ(page.Result().chosen, -1);
+  EXPECT_FALSE(page.Result().failure.empty());
+  EXPECT_EQ(Widget<QLabel>(view, "lblFault")->text().toStdString(), page.Result().failure);
+
   TwentyMetres(view, "2000");
   Click(Button(view, "cmdSearch"));
   ASSERT_TRUE(QTest::qWaitFor([&] { return !page.Running(); }, 60000));
