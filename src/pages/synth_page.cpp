@@ -13,6 +13,7 @@
 #include "pages/tolerance_drawing.h"
 #include "parts/trade_note.h"
 #include "synth/candidate_design.h"
+#include "synth/search_space.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
@@ -43,42 +44,11 @@ constexpr PreferOption kPreferences[] = {
     {SynthPreference::Margin, "optMargin", "Widest margin"},
 };
 
-// The families the search takes: those whose order the user chooses.
-bool InSearch(const FamilyInfo& f) {
-  return f.orderChoice;
-}
-
-bool OfResponse(const TopologyInfo& t, SynthResponse r) {
-  switch (r) {
-    case SynthResponse::Lowpass:
-      return !t.band && !t.highpass;
-    case SynthResponse::Highpass:
-      return !t.band && t.highpass;
-    case SynthResponse::Bandpass:
-      return t.band && !t.bandstop;
-    case SynthResponse::Bandstop:
-      return t.band && t.bandstop;
-  }
-  return false;
-}
-
 SynthResponse ResponseOf(const DesignRecord& d) {
   const TopologyInfo* t = FindTopology(d.Topology);
   if (!t) return SynthResponse::Lowpass;
   if (t->band) return t->bandstop ? SynthResponse::Bandstop : SynthResponse::Bandpass;
   return t->highpass ? SynthResponse::Highpass : SynthResponse::Lowpass;
-}
-
-std::string Number(double v) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%g", v);
-  return text;
-}
-
-std::string Trimmed(const std::string& text) {
-  const size_t a = text.find_first_not_of(" \t");
-  if (a == std::string::npos) return {};
-  return text.substr(a, text.find_last_not_of(" \t") - a + 1);
 }
 
 // The part models the build takes from the design, in one line.
@@ -170,9 +140,9 @@ void SynthPage::Build() {
 
   Frame& build = c.AddFrame("frmBuild", "Build");
   c.AddLabel("lblCtol", "Capacitors, +-%");
-  c.AddTextBox("txtCtol", Number(SynthBuild{}.ctolPercent));
+  c.AddTextBox("txtCtol", GeneralText(SynthBuild{}.ctolPercent));
   c.AddLabel("lblLtol", "Inductors, +-%");
-  c.AddTextBox("txtLtol", Number(SynthBuild{}.ltolPercent));
+  c.AddTextBox("txtLtol", GeneralText(SynthBuild{}.ltolPercent));
   c.AddOption("optUniform", "Uniform", &build).SetSelectedQuietly(true);
   c.AddOption("optNormal", "Normal, 3 sigma", &build);
   c.AddLabel("lblModels", ModelsText(models_));
@@ -184,15 +154,15 @@ void SynthPage::Build() {
 
   Frame& goal = c.AddFrame("frmGoal", "Goal");
   c.AddLabel("lblYield", "Yield at least, %");
-  c.AddTextBox("txtYield", Number(SynthGoal{}.yieldPercent));
+  c.AddTextBox("txtYield", GeneralText(SynthGoal{}.yieldPercent));
   c.AddLabel("lblMaxOrder", "Highest order");
   c.AddTextBox("txtMaxOrder", std::to_string(SynthGoal{}.maxOrder));
   for (const PreferOption& p : kPreferences) c.AddOption(p.option, p.caption, &goal);
   c.FindOption("optParts")->SetSelectedQuietly(true);
 
   c.AddFrame("frmSpace", "Search space");
-  for (const FamilyInfo& f : Families())
-    if (InSearch(f)) c.AddCheckBox(std::string("chk") + f.cliWord, f.name, true);
+  for (const FamilyInfo* f : SearchFamilies({}))
+    c.AddCheckBox(std::string("chk") + f->cliWord, f->name, true);
   for (const TopologyInfo& t : Topologies())
     c.AddCheckBox(std::string("chk") + t.name, t.caption, true);
 
@@ -233,7 +203,7 @@ void SynthPage::SelectResponse(SynthResponse response) {
   for (const ResponseOption& r : kResponses)
     controls_.FindOption(r.option)->SetSelectedQuietly(r.response == response);
   for (const TopologyInfo& t : Topologies())
-    controls_.Find(std::string("chk") + t.name)->SetEnabled(OfResponse(t, response));
+    controls_.Find(std::string("chk") + t.name)->SetEnabled(TopologyOf(t, response));
   ShowMaskShape(controls_, Shape(), response == SynthResponse::Highpass);
   host_->Reshaped();
 }
@@ -288,7 +258,7 @@ void SynthPage::OnStockSeries() {
 std::string SynthPage::ReadRequest(SynthRequest& r) const {
   auto box = [&](const char* name, double& value) { return ReadNumberBox(controls_, name, value); };
   auto whole = [&](const char* name) {
-    return ReadWholeNumber(Trimmed(controls_.FindTextBox(name)->Text()));
+    return ReadWholeNumber(TrimBlanks(controls_.FindTextBox(name)->Text()));
   };
   r.response = response_;
   if (!box("txtImpedance", r.rsource) || r.rsource < kImpedanceRange.low ||
@@ -309,12 +279,12 @@ std::string SynthPage::ReadRequest(SynthRequest& r) const {
     return "The yield must be above 0 and below 100 %.";
   for (const PreferOption& p : kPreferences)
     if (controls_.FindOption(p.option)->Selected()) r.goal.prefer = p.prefer;
-  for (const FamilyInfo& f : Families())
-    if (InSearch(f) && controls_.FindCheckBox(std::string("chk") + f.cliWord)->Checked())
-      r.goal.families.push_back(f.code);
+  for (const FamilyInfo* f : SearchFamilies({}))
+    if (controls_.FindCheckBox(std::string("chk") + f->cliWord)->Checked())
+      r.goal.families.push_back(f->code);
   if (r.goal.families.empty()) return "Tick at least one family to search.";
   for (const TopologyInfo& t : Topologies())
-    if (OfResponse(t, response_) && controls_.FindCheckBox(std::string("chk") + t.name)->Checked())
+    if (TopologyOf(t, response_) && controls_.FindCheckBox(std::string("chk") + t.name)->Checked())
       r.goal.topologies.push_back(t.name);
   if (r.goal.topologies.empty()) return "Tick at least one topology to search.";
   const auto order = whole("txtMaxOrder");

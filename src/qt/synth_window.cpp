@@ -7,18 +7,11 @@
 #include <cstring>
 
 #include "qt/mask_places.h"
-#include "synthesis/families.h"
-#include "synthesis/topologies.h"
+#include "synth/search_space.h"
 
 namespace drenik {
 
 namespace {
-
-bool OfResponse(const TopologyInfo& t, SynthResponse r) {
-  const bool band = r == SynthResponse::Bandpass || r == SynthResponse::Bandstop;
-  return t.band == band && (band ? t.bandstop == (r == SynthResponse::Bandstop)
-                                 : t.highpass == (r == SynthResponse::Highpass));
-}
 
 // Places for every control: a band's mask, and the topologies of every
 // response (each response's where the others' would be).
@@ -81,15 +74,14 @@ std::vector<ControlPlace> SynthPlaces(SynthResponse response) {
   // topologies of the response in a third, each as wide as its caption.
   p.push_back({"frmSpace", 6750, 100, 11850, 1460});
   int k = 0;
-  for (const FamilyInfo& f : Families()) {
-    if (!f.orderChoice) continue;
+  for (const FamilyInfo* f : SearchFamilies({})) {
     const float x = 6850 + 1650.f * static_cast<float>(k % 3), y = 340 + 360.f * (k / 3);
-    p.push_back({std::string("chk") + f.cliWord, x, y, x + 1600, y + 330, 7.5f, "frmSpace"});
+    p.push_back({std::string("chk") + f->cliWord, x, y, x + 1600, y + 330, 7.5f, "frmSpace"});
     ++k;
   }
   float x = 6850;
   for (const TopologyInfo& t : Topologies()) {
-    if (!OfResponse(t, response)) continue;
+    if (!TopologyOf(t, response)) continue;
     const float width = 350 + 85 * static_cast<float>(std::strlen(t.caption));
     p.push_back({std::string("chk") + t.name, x, 1060, x + width, 1390, 7.5f, "frmSpace"});
     x += width + 50;
