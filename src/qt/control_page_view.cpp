@@ -10,8 +10,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QResizeEvent>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QTableWidget>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
@@ -367,6 +369,17 @@ void ControlPageView::Relayout() {
       MirrorEntry(entry);
     }
   }
+}
+
+void HoldPageView(QWidget& window, ControlPageView& view, const std::string& caption,
+                  QWidget* parent) {
+  window.setWindowTitle(Q(caption));
+  auto* layout = new QVBoxLayout(&window);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(&view);
+  window.setMinimumSize(400, 300);
+  if (QScreen* screen = parent ? parent->screen() : window.screen())
+    window.resize(PageWindowSize(screen->availableGeometry()));
 }
 
 }  // namespace drenik

@@ -1,8 +1,6 @@
 #include "qt/synth_window.h"
 
 #include <QCloseEvent>
-#include <QScreen>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <cstring>
 
@@ -106,14 +104,7 @@ SynthWindow::SynthWindow(SynthPage& page, PageCanvas& drawing, QWidget* parent)
       // place for.
       view_(new ControlPageView(page.Controls(), drawing, EveryPlace(), this)),
       timer_(new QTimer(this)) {
-  setWindowTitle(QString::fromStdString(page.Caption()));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(view_);
-  setMinimumSize(400, 300);
-  // Sized to the screen it opens on (the designer's).
-  if (QScreen* screen = parent ? parent->screen() : this->screen())
-    resize(PageWindowSize(screen->availableGeometry()));
+  HoldPageView(*this, *view_, page.Caption(), parent);
   timer_->setInterval(kPollMs);
   connect(timer_, &QTimer::timeout, this, &SynthWindow::Tick);
   page_.SetHost(this);

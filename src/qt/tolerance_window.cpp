@@ -1,8 +1,6 @@
 #include "qt/tolerance_window.h"
 
 #include <QCloseEvent>
-#include <QScreen>
-#include <QVBoxLayout>
 
 #include "qt/mask_places.h"
 #include "qt/print_page.h"
@@ -53,14 +51,7 @@ ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platf
       // Made with every box a band needs; Reload() hides what a design does not.
       view_(new ControlPageView(page.Controls(), drawing, TolerancePlaces(true), this)),
       timer_(new QTimer(this)) {
-  setWindowTitle(QString::fromStdString(page.Caption()));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(view_);
-  setMinimumSize(400, 300);
-  // Sized to the screen it opens on (the designer's).
-  if (QScreen* screen = parent ? parent->screen() : this->screen())
-    resize(PageWindowSize(screen->availableGeometry()));
+  HoldPageView(*this, *view_, page.Caption(), parent);
   timer_->setInterval(kPollMs);
   connect(timer_, &QTimer::timeout, this, &ToleranceWindow::Tick);
   page_.SetHost(this);
