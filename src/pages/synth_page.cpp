@@ -13,6 +13,7 @@
 #include "pages/tolerance_drawing.h"
 #include "parts/trade_note.h"
 #include "synth/candidate_design.h"
+#include "synth/mask_bands.h"
 #include "synth/search_space.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
@@ -441,7 +442,12 @@ void SynthPage::Redraw() {
 
 void SynthPage::OnUse() {
   if (!hasResult_ || drawn_ < 0 || !use_) return;
-  use_(result_.candidates[static_cast<size_t>(drawn_)], searched_.build.parts);
+  // The stock parts in the series searched, judged over the mask as the
+  // search judged them: the display page then shows the parts it measured.
+  std::optional<PartsRequest> parts = searched_.build.parts;
+  if (parts)
+    parts->bands = BandsOfMask(searched_.mask, searched_.response == SynthResponse::Highpass);
+  use_(result_.candidates[static_cast<size_t>(drawn_)], parts);
 }
 
 void SynthPage::OnClose() {
