@@ -210,6 +210,7 @@ void SynthPage::SelectResponse(SynthResponse response) {
 }
 
 void SynthPage::Load(const DesignRecord& d, const PartsRequest& parts) {
+  // A record that has never been designed holds no Q: an ideal inductor.
   models_.qind = d.Qind > 0 ? d.Qind : kInfiniteQind;
   models_.qLaw = d.InductorQLaw;
   models_.capacitorQ = d.CapacitorQ;
@@ -235,9 +236,7 @@ void SynthPage::Prefill(const DesignRecord& d) {
   if (!SynthRecord(exact, ChoiceOf(d), swept).Ok()) return;
   shown_ = swept;
   shownName_ = "The design the pages hold, with the mask";
-  std::string none;
-  const Mask mask = DefaultMask(ToleranceDesignOf(swept), 0, &none);
-  FillMaskBoxes(controls_, Shape(), mask);
+  FillMaskBoxes(controls_, Shape(), DefaultMask(ToleranceDesignOf(swept)));
   Redraw();
 }
 
@@ -276,8 +275,8 @@ std::string SynthPage::ReadRequest(SynthRequest& r) const {
   if (controls_.FindCheckBox("chkStock")->Checked()) r.build.parts = parts_;
 
   if (!box("txtYield", r.goal.yieldPercent) || !(r.goal.yieldPercent > 0) ||
-      !(r.goal.yieldPercent < 100))
-    return "The yield must be above 0 and below 100 %.";
+      r.goal.yieldPercent > 100)
+    return "The yield must be above 0 and at most 100 %.";
   for (const PreferOption& p : kPreferences)
     if (controls_.FindOption(p.option)->Selected()) r.goal.prefer = p.prefer;
   for (const FamilyInfo* f : SearchFamilies({}))
