@@ -23,7 +23,7 @@ for entry in "${masks[@]}"; do
   table=$("$drenik" synth $mask $build $goal --quiet || true)
   end=$(date +%s.%N)
   echo "$table" | sed -n '4,$p' | grep -v '^       --' || true
-  printf 'search: %.2f s\n' "$(echo "$end - $start" | bc -l)"
+  awk -v a="$start" -v b="$end" 'BEGIN { printf "search: %.2f s\n", b - a }'
   # Each row: its parts count and its words (the next line).
   chosenParts=$(echo "$table" | awk '/^\* /{print $9 + $10; exit}')
   echo "$table" | awk '/^[* ] +[0-9]+ /{star = ($1 == "*"); off = star ? 1 : 0;

@@ -10,6 +10,7 @@
 #include "cli/progress_line.h"
 #include "core/formatters.h"
 #include "core/number_text.h"
+#include "synth/responses.h"
 #include "synth/synth.h"
 #include "synthesis/families.h"
 
@@ -20,10 +21,6 @@ struct Word {
   const char* word;
   int value;
 };
-constexpr Word kResponses[] = {{"lowpass", static_cast<int>(SynthResponse::Lowpass)},
-                               {"highpass", static_cast<int>(SynthResponse::Highpass)},
-                               {"bandpass", static_cast<int>(SynthResponse::Bandpass)},
-                               {"bandstop", static_cast<int>(SynthResponse::Bandstop)}};
 constexpr Word kPreferences[] = {{"parts", static_cast<int>(SynthPreference::Parts)},
                                  {"inductors", static_cast<int>(SynthPreference::Inductors)},
                                  {"margin", static_cast<int>(SynthPreference::Margin)}};
@@ -49,6 +46,14 @@ std::vector<std::string> CommaList(const std::string& name, const std::string& t
   return items;
 }
 
+const ResponseInfo& ResponseOfWord(const std::string& word) {
+  if (const ResponseInfo* info = ResponseNamed(word)) return *info;
+  std::string words;
+  for (const ResponseInfo& info : kResponses)
+    words += (words.empty() ? "" : "|") + std::string(info.word);
+  throw UsageError("--response: expected " + words + ", got '" + word + "'");
+}
+
 int16_t FamilyCode(const std::string& word) {
   for (const FamilyInfo& f : Families())
     if (word == f.cliWord) return f.code;
@@ -61,18 +66,18 @@ int16_t FamilyCode(const std::string& word) {
 SynthRequest RequestOf(const CliOptions& o, const DesignResult& design) {
   SynthRequest r;
   const SynthOptions& s = o.synth;
-  r.response = static_cast<SynthResponse>(WordValue(kResponses, "--response", s.response));
+  r.response = ResponseOfWord(s.response).response;
   const DesignRecord& d = design.exact;
   r.rsource = d.Rsource;
   const ToleranceOptions& t = o.tolerance;
   // A band's edges in the order given: lower, then upper.
-  const bool band = r.response == SynthResponse::Bandpass || r.response == SynthResponse::Bandstop;
+  const ResponseInfo& response = ResponseOf(r.response);
   r.mask.passEdge = t.passEdge.value_or(0);
-  if (t.passEdgeUpper && r.response == SynthResponse::Bandpass)
+  if (t.passEdgeUpper && response.band && !response.bandstop)
     r.mask.passStart = r.mask.passEdge, r.mask.passEdge = *t.passEdgeUpper;
-  if (t.passEdgeUpper && r.response == SynthResponse::Bandstop)
-    r.mask.passResume = *t.passEdgeUpper;
-  if (t.passEdgeUpper && !band) r.mask.passStart = *t.passEdgeUpper;  // refused as one too many
+  if (t.passEdgeUpper && response.bandstop) r.mask.passResume = *t.passEdgeUpper;
+  // Refused as one edge too many.
+  if (t.passEdgeUpper && !response.band) r.mask.passStart = *t.passEdgeUpper;
   r.mask.passRl = t.passRl;
   r.mask.passIl = t.passIl;
   r.mask.stops = t.stops;
@@ -128,14 +133,15 @@ std::string Joined(const std::vector<std::string>& words) {
 }
 
 void WriteTable(const SynthRequest& r, const SynthResult& result, std::ostream& out) {
-  out << "Design from a mask: " << kResponses[static_cast<int>(r.response)].word;
+  out << "Design from a mask: " << ResponseOf(r.response).word;
   const std::vector<float> none;
-  for (const MaskCheck& c : MaskChecks(r.mask, none, r.response == SynthResponse::Highpass))
+  for (const MaskCheck& c : MaskChecks(r.mask, none, ResponseOf(r.response).highpass))
     out << "; " << c.name;
   out << "\nBuild: capacitors +-" << r.build.ctolPercent << "%, inductors +-" << r.build.ltolPercent
       << "%, " << (r.build.distribution == Distribution::Normal ? "normal" : "uniform") << ", "
       << (r.build.parts ? "stock parts" : "exact values") << "; target " << r.goal.yieldPercent
       << "% yield, " << r.goal.trials << " trials, seed " << r.goal.seed << "\n\n";
+  if (result.candidates.empty()) return;
   out << "  " << Padded("#", 3) << Padded("Family", 11) << Padded("Order", 5) << Padded("Ripple", 7)
       << Padded("Depth", 5) << Padded("Topology", 15) << Padded("Edges", 19) << Padded("L", 2)
       << Padded("C", 2) << Padded("Pass dB", 7) << Padded("Stop dB", 7) << Padded("Yield", 7)
@@ -190,7 +196,7 @@ bool ParseSynthOption(const std::string& name, const std::function<std::string()
                       SynthOptions& o) {
   if (name == "--response") {
     o.response = value();
-    WordValue(kResponses, name, o.response);
+    ResponseOfWord(o.response);
   } else if (name == "--yield") {
     const std::string v = value();
     const double y = ReadNumber(name, v);
@@ -245,7 +251,11 @@ std::string SynthHelp() {
          "  --topologies LIST       e.g. Cinlowpass (every one of the response)\n"
          "  --max-order N           2..15 (15)\n"
          "  --trials N              the most trials a candidate gets (10000)\n"
-         "Exits 0 when a design meets the target, 1 when none does.\n";
+         "  --seed N                a whole number (1); the same inputs and seed give the\n"
+         "                          same answer\n"
+         "  --impedance 50|TEXT     both terminations, ohms (50)\n"
+         "  --json                  \"candidates\" (each with its \"choices\") and \"chosen\"\n"
+         "Exits 0 when a design meets the target, 1 when none does (naming what fails).\n";
 }
 
 int RunSynthCommand(const CliOptions& o, const DesignResult& design, std::ostream& out,

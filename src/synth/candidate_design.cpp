@@ -11,6 +11,7 @@
 #include "core/number_text.h"
 #include "parts/chooser.h"
 #include "synth/mask_bands.h"
+#include "synth/responses.h"
 #include "synthesis/design_edges.h"
 #include "synthesis/e_series.h"
 #include "synthesis/families.h"
@@ -36,7 +37,7 @@ EngineReport SynthRecord(const SynthRequest& request, const DesignChoice& choice
   // as the display page's chosen-parts stage does, and keeps what the mask
   // asks.
   PartsRequest asked = *build.parts;
-  asked.bands = BandsOfMask(request.mask, request.response == SynthResponse::Highpass);
+  asked.bands = BandsOfMask(request.mask, ResponseOf(request.response).highpass);
   PartsChoice parts;
   if (EngineReport r = ChooseParts(d, asked, parts); !r.Ok()) return r;
   ApplyParts(parts, d);
@@ -106,9 +107,10 @@ std::string BoxText(double v) {
 
 std::vector<std::string> ChoiceWords(const DesignChoice& c, const SynthBuild& build) {
   const FamilyInfo* f = FindFamily(c.family);
-  std::vector<std::string> w = {"--family",   f ? f->cliWord : "",
-                                "--order",    std::to_string(c.order),
-                                "--topology", c.topology};
+  std::vector<std::string> w = {"--family", f ? f->cliWord : ""};
+  // A family of one order (Zelmar) takes no --order.
+  if (f && f->orderChoice) w.insert(w.end(), {"--order", std::to_string(c.order)});
+  w.insert(w.end(), {"--topology", c.topology});
   if (f && f->ripple.Offered()) w.insert(w.end(), {"--ripple", BoxText(c.ripple)});
   if (f && f->depth.Offered()) w.insert(w.end(), {"--stopband", BoxText(c.depth)});
   w.insert(w.end(), {"--impedance", c.rsource == 50 ? "50" : BoxText(c.rsource)});

@@ -10,6 +10,7 @@
 #include "analysis/ladder.h"
 #include "synth/candidate_design.h"
 #include "synth/order_bounds.h"
+#include "synth/responses.h"
 #include "synthesis/band_transform.h"
 #include "synthesis/denormalize.h"
 #include "synthesis/design_edges.h"
@@ -17,17 +18,6 @@
 
 namespace drenik {
 namespace {
-
-bool IsBand(SynthResponse r) {
-  return r == SynthResponse::Bandpass || r == SynthResponse::Bandstop;
-}
-
-// The passband gains as the width grows for a lowpass and a bandpass; it
-// loses for a highpass (the cutoff moves up into it) and a bandstop (the
-// notch widens into it).
-bool PassGrowsWithWidth(SynthResponse r) {
-  return r == SynthResponse::Lowpass || r == SynthResponse::Bandpass;
-}
 
 // The display page's sweep points, without the rest of its analysis.
 void SweepPoints(const DesignRecord& d, std::vector<float>& freq) {
@@ -60,7 +50,7 @@ class MarginsAtWidth {
     ToleranceDesign td;
     td.ladder = LadderOf(d_);
     td.ladder.reference = d_.Rsource;
-    td.highpass = r_.response == SynthResponse::Highpass;
+    td.highpass = ResponseOf(r_.response).highpass;
     SweepPoints(d_, td.freq);
     return NominalMargins(td, r_.mask);
   }
@@ -125,13 +115,19 @@ double RoundedFrequency(double f) {
   return std::strtod(text, nullptr);
 }
 
-std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice& choice) {
+namespace {
+
+// The width placed for a given centre (0 for a lowpass or highpass).
+std::optional<Placement> PlaceWidth(const SynthRequest& r, const DesignChoice& choice,
+                                    double center) {
   const Mask& m = r.mask;
-  const bool band = IsBand(r.response);
-  const double low = r.response == SynthResponse::Bandpass ? m.passStart : m.passEdge;
-  const double high = r.response == SynthResponse::Bandpass ? m.passEdge : m.passResume;
+  const ResponseInfo& response = ResponseOf(r.response);
+  const bool band = response.band;
+  // A band's edges, lower and upper.
+  const double low = band && !response.bandstop ? m.passStart : m.passEdge;
+  const double high = band && !response.bandstop ? m.passEdge : m.passResume;
   DesignChoice c = choice;
-  c.center = band ? RoundedFrequency(std::sqrt(low * high)) : 0;
+  c.center = center;
   // The passband's own size: where the search for the width starts.
   const double scale = band ? high - low : m.passEdge;
   c.width = scale;
@@ -141,7 +137,7 @@ std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice&
 
   // In terms of a "wider" that always helps the passband: the width itself
   // or its reciprocal.
-  const bool grows = PassGrowsWithWidth(r.response);
+  const bool grows = response.passGrowsWithWidth;
   auto width = [&](double u) { return grows ? scale * u : scale / u; };
   // The cutoff or width anywhere within about two decades of the passband's
   // own: no family needs more to meet a return loss. A band's width stays
@@ -179,6 +175,48 @@ std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice&
   p.width = RoundedFrequency(band ? (w1 + w2) / 2 : std::sqrt(w1 * w2));
   p.slide = band ? 1 + std::abs(w2 - w1) / (2 * c.center) : std::sqrt(uStop / uPass);
   return p;
+}
+
+// A band's centres worth trying: the passband's geometric centre, the
+// stopbands' (between the nearest stop frequencies on either side, where
+// the mask has both) and the geometric middle of the two. Asymmetric
+// skirts give more room on one side, which a centre moved that way uses.
+std::vector<double> BandCentres(const SynthRequest& r) {
+  const Mask& m = r.mask;
+  const bool bandpass = !ResponseOf(r.response).bandstop;
+  const double pass =
+      bandpass ? std::sqrt(m.passStart * m.passEdge) : std::sqrt(m.passEdge * m.passResume);
+  double below = 0, above = 0;
+  for (const StopCheck& s : m.stops) {
+    const double from = s.frequency, to = s.to > 0 ? s.to : s.frequency;
+    if (!bandpass) {
+      below = below > 0 ? std::min(below, from) : from;
+      above = std::max(above, to);
+    } else if (s.below) {
+      below = std::max(below, to);
+    } else {
+      above = above > 0 ? std::min(above, from) : from;
+    }
+  }
+  std::vector<double> centres = {RoundedFrequency(pass)};
+  if (below > 0 && above > below) {
+    const double stop = std::sqrt(below * above);
+    for (double f : {std::sqrt(pass * stop), stop})
+      if (std::abs(f / pass - 1) > 1e-4) centres.push_back(RoundedFrequency(f));
+  }
+  return centres;
+}
+
+}  // namespace
+
+std::optional<Placement> CentreInMask(const SynthRequest& r, const DesignChoice& choice) {
+  if (!ResponseOf(r.response).band) return PlaceWidth(r, choice, 0);
+  std::optional<Placement> best;
+  for (double center : BandCentres(r)) {
+    const std::optional<Placement> p = PlaceWidth(r, choice, center);
+    if (p && (!best || p->slide > best->slide)) best = p;
+  }
+  return best;
 }
 
 }  // namespace drenik

@@ -1,12 +1,14 @@
 #pragma once
 // Where a design of a given family, order, ripple and depth sits in the
-// mask. A lowpass's cutoff (a highpass's, a band's width about the
-// passband's geometric centre) can lie anywhere between the lowest value
-// that keeps the passband inside its limits and the highest that keeps
-// every stopband check; part tolerances slide the response along the
-// frequency axis by about their own size, so the design goes where it can
-// slide furthest either way: the geometric middle of that range for a
-// lowpass or highpass, the middle in hertz for a band.
+// mask. A lowpass's cutoff (a highpass's, a band's width about its
+// centre) can lie anywhere between the lowest value that keeps the
+// passband inside its limits and the highest that keeps every stopband
+// check; part tolerances slide the response along the frequency axis by
+// about their own size, so the design goes where it can slide furthest
+// either way: the geometric middle of that range for a lowpass or
+// highpass, the middle in hertz for a band. A band's centre is the
+// passband's geometric centre, the stopbands' or halfway, whichever leaves
+// the most room.
 
 #include <optional>
 

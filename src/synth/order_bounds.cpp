@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "synth/responses.h"
 #include "synthesis/families.h"
 
 namespace drenik {
@@ -40,18 +41,16 @@ double LossOfReturnLoss(double rl) {
   return -10 * std::log10(-std::expm1(-rl * std::log(10.0) / 10));
 }
 
-double ReturnLossOfLoss(double loss) {
-  return LossOfReturnLoss(loss);  // the relation is its own inverse
-}
-
 PrototypeMask PrototypeMaskOf(const SynthRequest& r) {
   PrototypeMask p;
   const Mask& m = r.mask;
   if (m.passRl) p.passLossDb = LossOfReturnLoss(*m.passRl);
   if (m.passIl) p.passLossDb = m.passRl ? std::min(p.passLossDb, *m.passIl) : *m.passIl;
-  const bool band = r.response == SynthResponse::Bandpass || r.response == SynthResponse::Bandstop;
-  const double low = r.response == SynthResponse::Bandpass ? m.passStart : m.passEdge;
-  const double high = r.response == SynthResponse::Bandpass ? m.passEdge : m.passResume;
+  const ResponseInfo& response = ResponseOf(r.response);
+  const bool band = response.band;
+  // A band's edges, lower and upper.
+  const double low = band && !response.bandstop ? m.passStart : m.passEdge;
+  const double high = band && !response.bandstop ? m.passEdge : m.passResume;
   const double f0 = band ? std::sqrt(low * high) : 0, bw = high - low;
   // |f/f0 - f0/f| f0 / B: where a bandpass's frequency lands on its
   // lowpass prototype; a bandstop's is the reciprocal.

@@ -25,9 +25,8 @@ struct PrototypeMask {
 };
 
 // The passband loss that leaves a return loss of `rl` dB in a lossless
-// ladder, and the other way round.
+// ladder.
 double LossOfReturnLoss(double rl);
-double ReturnLossOfLoss(double loss);
 
 // The band transform of the request's mask: a bandpass's edges about their
 // geometric centre, a bandstop's notch in the reciprocal variable.

@@ -22,34 +22,6 @@ double RoundedDown(double v) {
 
 }  // namespace
 
-bool TopologyOf(const TopologyInfo& t, SynthResponse r) {
-  switch (r) {
-    case SynthResponse::Lowpass:
-      return !t.band && !t.highpass;
-    case SynthResponse::Highpass:
-      return !t.band && t.highpass;
-    case SynthResponse::Bandpass:
-      return t.band && !t.bandstop;
-    case SynthResponse::Bandstop:
-      return t.band && t.bandstop;
-  }
-  return false;
-}
-
-const char* ResponseWord(SynthResponse r) {
-  switch (r) {
-    case SynthResponse::Lowpass:
-      return "lowpass";
-    case SynthResponse::Highpass:
-      return "highpass";
-    case SynthResponse::Bandpass:
-      return "bandpass";
-    case SynthResponse::Bandstop:
-      return "bandstop";
-  }
-  return "";
-}
-
 std::vector<const FamilyInfo*> SearchFamilies(const SynthGoal& g) {
   std::vector<const FamilyInfo*> out;
   for (const FamilyInfo& f : Families()) {

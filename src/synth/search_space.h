@@ -6,16 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "synth/responses.h"
 #include "synth/synth.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
 
 namespace drenik {
-
-// Whether the topology makes the response.
-bool TopologyOf(const TopologyInfo& t, SynthResponse r);
-// "lowpass", ...
-const char* ResponseWord(SynthResponse r);
 
 // The goal's families (every one that takes an order when it names none),
 // in the table's order.

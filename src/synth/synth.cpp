@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <utility>
 
 #include "core/formatters.h"
 #include "synth/candidate_design.h"
@@ -27,22 +28,20 @@ std::string Hz(double f) {
   return TrimBlanks(FormatFrequency(f));
 }
 
-bool Highpass(const SynthRequest& r) {
-  return r.response == SynthResponse::Highpass;
-}
-
 // A candidate waiting for its yield, with what measures it.
 struct Pending {
   int id = 0;
   SynthCandidate candidate;
   ToleranceDesign design;
+  bool stockPartsDue = false;  // the design holds the exact values yet
   YieldMeasure measure;
 };
 
 class Search {
  public:
   Search(const SynthRequest& r, SynthResult& result, const SynthProgress& progress)
-      : r_(r), result_(result), progress_(progress), topologies_(SearchTopologies(r)) {
+      : r_(r), exact_(r), result_(result), progress_(progress), topologies_(SearchTopologies(r)) {
+    exact_.build.parts.reset();
     const PrototypeMask pm = PrototypeMaskOf(r);
     for (const FamilyInfo* f : SearchFamilies(r.goal)) {
       const int last = std::min<int>({r.goal.maxOrder, f->maxOrder, kMaxOrder});
@@ -52,7 +51,7 @@ class Search {
 
   EngineReport Run() {
     while (true) {
-      if (EngineReport e = Generate(); !e.Ok()) return e;
+      if (EngineReport e = Generate(); !e.Ok() || result_.cancelled) return e;
       if (pool_.empty()) break;
       std::vector<Pending> level = NextLevel();
       if (EngineReport e = MeasureLevel(level); !e.Ok() || result_.cancelled) return e;
@@ -100,8 +99,7 @@ class Search {
   // ((n - 1) / 2 of them), a band's resonators two parts each; at least
   // every other element an inductor. A higher order never has fewer.
   int LeastCount(const FamilyInfo& f, int n) const {
-    const int band =
-        r_.response == SynthResponse::Bandpass || r_.response == SynthResponse::Bandstop ? 2 : 1;
+    const int band = ResponseOf(r_.response).band ? 2 : 1;
     if (r_.goal.prefer == SynthPreference::Inductors) return band * (n / 2);
     return band * (n + (f.resonantArms ? (n - 1) / 2 : 0));
   }
@@ -128,11 +126,14 @@ class Search {
           p.id = nextId_++;
           p.candidate.choice = c;
           DesignRecord d;
-          if (!SynthRecord(r_, c, d).Ok()) continue;
+          // The exact values first: stock parts are chosen only for the
+          // candidates the search comes to measure.
+          if (!SynthRecord(exact_, c, d).Ok()) continue;
           p.design = ToleranceDesignOf(d);
           const Margins m = NominalMargins(p.design, r_.mask);
           if (m.Worst() < 0) continue;  // lossy parts took it out of the mask
           p.candidate.marginPassDb = m.pass, p.candidate.marginStopDb = m.stop;
+          p.stockPartsDue = r_.build.parts.has_value();
           CountParts(d, p.candidate.inductors, p.candidate.capacitors);
           p.candidate.words = ChoiceWords(c, r_.build);
           pool_.push_back(std::move(p));
@@ -173,6 +174,7 @@ class Search {
     const int first = YieldStages(r_.goal.trials).front();
     const ToleranceSetup setup = SynthSetup(r_, r_.goal.trials);
     for (Pending& p : level) {
+      if (EngineReport e = ChooseStockParts(p); !e.Ok()) return e;
       if (EngineReport e = MeasureYield(p.design, setup, first, target, false, p.measure, spent_);
           !e.Ok())
         return e;
@@ -206,6 +208,18 @@ class Search {
     return {};
   }
 
+  // With stock parts: the candidate's design and nominal margins with the
+  // parts the chooser picks for the mask.
+  EngineReport ChooseStockParts(Pending& p) {
+    if (!std::exchange(p.stockPartsDue, false)) return {};
+    DesignRecord d;
+    if (EngineReport e = SynthRecord(r_, p.candidate.choice, d); !e.Ok()) return e;
+    p.design = ToleranceDesignOf(d);
+    const Margins m = NominalMargins(p.design, r_.mask);
+    p.candidate.marginPassDb = m.pass, p.candidate.marginStopDb = m.stop;
+    return {};
+  }
+
   // Progress: the trials run against about four full runs, which a search
   // rarely exceeds; false when the caller cancels.
   bool Report() {
@@ -235,20 +249,24 @@ class Search {
     const int top = r_.goal.maxOrder;
     if (result_.candidates.empty()) {
       // Nothing meets the mask even nominally: name the stop check that
-      // needs the highest order, beside the passband's edge.
+      // needs the highest order (by the elliptic degree equation, which no
+      // family beats), beside the passband's edges.
       const PrototypeMask pm = PrototypeMaskOf(r_);
       size_t worst = 0;
-      double worstOmega = 1e300;
-      for (size_t i = 0; i < pm.stops.size(); ++i)
-        if (pm.stops[i].omega / std::log10(10 + pm.stops[i].depth) < worstOmega)
-          worst = i, worstOmega = pm.stops[i].omega / std::log10(10 + pm.stops[i].depth);
+      int worstOrder = 0;
+      for (size_t i = 0; i < pm.stops.size(); ++i) {
+        const int n = LowestOrder(kCauer, {.passLossDb = pm.passLossDb, .stops = {pm.stops[i]}});
+        if (n > worstOrder) worst = i, worstOrder = n;
+      }
       const StopCheck& s = r_.mask.stops.at(worst);
-      std::string edge = Hz(r_.mask.passEdge);
-      if (r_.mask.passStart > 0) edge = Hz(r_.mask.passStart) + " and " + edge;
-      if (r_.mask.passResume > 0) edge += " and " + Hz(r_.mask.passResume);
-      std::snprintf(text, sizeof text,
-                    "No %s design up to order %d gives %g dB at %s with a pass edge at %s.",
-                    ResponseWord(r_.response), top, s.depth, Hz(s.frequency).c_str(), edge.c_str());
+      std::string edge = "a pass edge at " + Hz(r_.mask.passEdge);
+      if (r_.mask.passStart > 0)
+        edge = "pass edges at " + Hz(r_.mask.passStart) + " and " + Hz(r_.mask.passEdge);
+      if (r_.mask.passResume > 0)
+        edge = "pass edges at " + Hz(r_.mask.passEdge) + " and " + Hz(r_.mask.passResume);
+      std::snprintf(text, sizeof text, "No %s design up to order %d gives %g dB at %s with %s.",
+                    ResponseOf(r_.response).word, top, s.depth, Hz(s.frequency).c_str(),
+                    edge.c_str());
       return text;
     }
     const SynthCandidate& best = *std::max_element(
@@ -263,6 +281,7 @@ class Search {
   }
 
   const SynthRequest& r_;
+  SynthRequest exact_;  // the request without stock parts
   SynthResult& result_;
   const SynthProgress& progress_;
   std::vector<std::string> topologies_;
@@ -276,17 +295,18 @@ class Search {
 
 std::string SynthRequestFault(const SynthRequest& r) {
   const Mask& m = r.mask;
-  const bool band = r.response == SynthResponse::Bandpass || r.response == SynthResponse::Bandstop;
+  const ResponseInfo& response = ResponseOf(r.response);
+  const bool band = response.band;
   if (!(m.passEdge > 0)) return "--pass-edge: the passband edge is missing.";
   if (band && !(m.passStart > 0) && !(m.passResume > 0))
-    return std::string("--pass-edge: a ") + ResponseWord(r.response) +
+    return std::string("--pass-edge: a ") + response.word +
            " needs two, its lower and its upper edge.";
   if (!band && (m.passStart > 0 || m.passResume > 0))
-    return std::string("--pass-edge: a ") + ResponseWord(r.response) + " takes one.";
+    return std::string("--pass-edge: a ") + response.word + " takes one.";
   if (!m.passRl && !m.passIl)
     return "--pass-rl or --pass-il: the passband needs a least return loss or a most loss.";
   if (m.stops.empty()) return "--stop: the mask needs a stopband to design for.";
-  if (std::string fault = MaskFault(m, Highpass(r)); !fault.empty()) return fault;
+  if (std::string fault = MaskFault(m, response.highpass); !fault.empty()) return fault;
   for (const PrototypeStop& s : PrototypeMaskOf(r).stops)
     if (!(s.omega > 1)) return "--stop: a stopband check lies inside the passband the edges give.";
   const SynthBuild& b = r.build;
@@ -307,10 +327,10 @@ std::string SynthRequestFault(const SynthRequest& r) {
     const TopologyInfo* info = FindTopology(t);
     if (!info) return "--topologies: no topology is called '" + t + "'.";
     if (!TopologyOf(*info, r.response))
-      return "--topologies: " + t + " is not a " + ResponseWord(r.response) + " topology.";
+      return "--topologies: " + t + " is not a " + response.word + " topology.";
   }
   if (SearchTopologies(r).empty())
-    return "--topologies: none for a " + std::string(ResponseWord(r.response)) + ".";
+    return "--topologies: none for a " + std::string(response.word) + ".";
   if (SearchFamilies(g).empty()) return "--families: none to search.";
   return {};
 }

@@ -181,6 +181,17 @@ TEST(Tolerance, SameSeedSameResultOnEveryThreadCountAndVectorUnit) {
       EXPECT_TRUE(SameResult(r, reference)) << static_cast<int>(path) << " " << threads;
     }
   }
+  // A run that goes on from the first 100 trials draws what the whole run
+  // drew for the rest: the two together pass as many.
+  ToleranceResult first, rest;
+  s.trials = 100;
+  ASSERT_TRUE(RunTolerance(design, s, first).Ok());
+  s.firstTrial = 100, s.trials = 103;
+  ASSERT_TRUE(RunTolerance(design, s, rest).Ok());
+  EXPECT_EQ(first.passed + rest.passed, reference.passed);
+  EXPECT_EQ(first.worstReturnLoss[99], reference.worstReturnLoss[99]);
+  EXPECT_EQ(rest.worstReturnLoss[0], reference.worstReturnLoss[100]);
+  s.firstTrial = 0, s.trials = 203;
   s.seed = 100;
   ToleranceResult other;
   ASSERT_TRUE(RunTolerance(design, s, other).Ok());
