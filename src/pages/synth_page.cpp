@@ -14,6 +14,7 @@
 #include "parts/trade_note.h"
 #include "synth/candidate_design.h"
 #include "synth/mask_bands.h"
+#include "synth/responses.h"
 #include "synth/search_space.h"
 #include "synthesis/families.h"
 #include "synthesis/topologies.h"
@@ -21,18 +22,6 @@
 namespace drenik {
 
 namespace {
-
-struct ResponseOption {
-  SynthResponse response;
-  const char* option;
-  const char* caption;
-};
-constexpr ResponseOption kResponses[] = {
-    {SynthResponse::Lowpass, "optLowpass", "Lowpass"},
-    {SynthResponse::Highpass, "optHighpass", "Highpass"},
-    {SynthResponse::Bandpass, "optBandpass", "Bandpass"},
-    {SynthResponse::Bandstop, "optBandstop", "Bandstop"},
-};
 
 struct PreferOption {
   SynthPreference prefer;
@@ -45,11 +34,12 @@ constexpr PreferOption kPreferences[] = {
     {SynthPreference::Margin, "optMargin", "Widest margin"},
 };
 
-SynthResponse ResponseOf(const DesignRecord& d) {
+// The response of the design the pages hold.
+SynthResponse ResponseOfDesign(const DesignRecord& d) {
   const TopologyInfo* t = FindTopology(d.Topology);
-  if (!t) return SynthResponse::Lowpass;
-  if (t->band) return t->bandstop ? SynthResponse::Bandstop : SynthResponse::Bandpass;
-  return t->highpass ? SynthResponse::Highpass : SynthResponse::Lowpass;
+  for (const ResponseInfo& r : kResponses)
+    if (t && TopologyOf(*t, r.response)) return r.response;
+  return SynthResponse::Lowpass;
 }
 
 // The part models the build takes from the design, in one line.
@@ -95,7 +85,18 @@ std::string PlainWords(std::string fault) {
 constexpr PlotArea kPlot{kSynthPlotLeft, kSynthPlotTop, kSynthPlotRight, kSynthPlotBottom};
 constexpr PlotArea kStatus{3450, kSynthStatusTop, 6650, kSynthStatusTop + 300};
 
+// "Lowpass".
+std::string ResponseCaption(const ResponseInfo& r) {
+  std::string caption = r.word;
+  if (!caption.empty()) caption[0] = static_cast<char>(caption[0] - 'a' + 'A');
+  return caption;
+}
+
 }  // namespace
+
+std::string ResponseOption(SynthResponse response) {
+  return "opt" + ResponseCaption(ResponseOf(response));
+}
 
 // One search on the worker thread. The page reads `done` and `finished`
 // while it runs and everything else only after joining the thread.
@@ -127,8 +128,8 @@ SynthPage::~SynthPage() {
 void SynthPage::Build() {
   ControlSet& c = controls_;
   Frame& filter = c.AddFrame("frmResponse", "Filter");
-  for (const ResponseOption& r : kResponses)
-    c.AddOption(r.option, r.caption, &filter).SetHandler([this, &r] {
+  for (const ResponseInfo& r : kResponses)
+    c.AddOption(ResponseOption(r.response), ResponseCaption(r), &filter).SetHandler([this, &r] {
       SelectResponse(r.response);
     });
   c.AddLabel("lblImpedance", "Impedance, ohms");
@@ -194,18 +195,17 @@ void SynthPage::Build() {
 }
 
 MaskShape SynthPage::Shape() const {
-  return response_ == SynthResponse::Bandpass   ? MaskShape::Bandpass
-         : response_ == SynthResponse::Bandstop ? MaskShape::Bandstop
-                                                : MaskShape::Edge;
+  const ResponseInfo& r = ResponseOf(response_);
+  return !r.band ? MaskShape::Edge : r.bandstop ? MaskShape::Bandstop : MaskShape::Bandpass;
 }
 
 void SynthPage::SelectResponse(SynthResponse response) {
   response_ = response;
-  for (const ResponseOption& r : kResponses)
-    controls_.FindOption(r.option)->SetSelectedQuietly(r.response == response);
+  for (const ResponseInfo& r : kResponses)
+    controls_.FindOption(ResponseOption(r.response))->SetSelectedQuietly(r.response == response);
   for (const TopologyInfo& t : Topologies())
     controls_.Find(std::string("chk") + t.name)->SetEnabled(TopologyOf(t, response));
-  ShowMaskShape(controls_, Shape(), response == SynthResponse::Highpass);
+  ShowMaskShape(controls_, Shape(), ResponseOf(response).highpass);
   host_->Reshaped();
 }
 
@@ -228,7 +228,7 @@ void SynthPage::Load(const DesignRecord& d, const PartsRequest& parts) {
 // The design's response, impedance and edges, and the mask the tolerance
 // window fills in for it (its nominal figures less a margin).
 void SynthPage::Prefill(const DesignRecord& d) {
-  SelectResponse(ResponseOf(d));
+  SelectResponse(ResponseOfDesign(d));
   if (d.Rsource > 0) controls_.FindTextBox("txtImpedance")->SetText(GeneralText(d.Rsource));
   DesignRecord swept;
   SynthRequest exact;
@@ -444,8 +444,7 @@ void SynthPage::OnUse() {
   // The stock parts in the series searched, judged over the mask as the
   // search judged them: the display page then shows the parts it measured.
   std::optional<PartsRequest> parts = searched_.build.parts;
-  if (parts)
-    parts->bands = BandsOfMask(searched_.mask, searched_.response == SynthResponse::Highpass);
+  if (parts) parts->bands = BandsOfMask(searched_.mask, ResponseOf(searched_.response).highpass);
   use_(result_.candidates[static_cast<size_t>(drawn_)], parts);
 }
 

@@ -45,6 +45,9 @@ inline constexpr float kSynthPlotRight = 11750;
 inline constexpr float kSynthPlotBottom = 4450;
 inline constexpr float kSynthStatusTop = 5410;
 
+// The option button of a response: "optLowpass".
+std::string ResponseOption(SynthResponse response);
+
 class SynthPage {
  public:
   SynthPage(Platform& platform, Canvas& canvas, PageHost& pages);

@@ -5,21 +5,25 @@
 #include <cstring>
 
 #include "qt/mask_places.h"
+#include "synth/responses.h"
 #include "synth/search_space.h"
 
 namespace drenik {
 
 namespace {
 
-// Places for every control: a band's mask, and the topologies of every
-// response (each response's where the others' would be).
+// Places for every control: a band's mask (whose frame has every box), and
+// the topologies of every response, each where the others' would be.
 std::vector<ControlPlace> EveryPlace() {
-  std::vector<ControlPlace> every = SynthPlaces(SynthResponse::Bandpass);
-  for (SynthResponse r : {SynthResponse::Lowpass, SynthResponse::Highpass, SynthResponse::Bandstop})
-    for (const ControlPlace& place : SynthPlaces(r))
-      if (std::none_of(every.begin(), every.end(),
-                       [&](const ControlPlace& e) { return e.name == place.name; }))
-        every.push_back(place);
+  std::vector<ControlPlace> every;
+  for (bool band : {true, false})
+    for (const ResponseInfo& r : kResponses) {
+      if (r.band != band) continue;
+      for (const ControlPlace& place : SynthPlaces(r.response))
+        if (std::none_of(every.begin(), every.end(),
+                         [&](const ControlPlace& e) { return e.name == place.name; }))
+          every.push_back(place);
+    }
   return every;
 }
 
@@ -34,14 +38,14 @@ std::vector<ControlPlace> SynthPlaces(SynthResponse response) {
   };
   // The filter, two responses a row, and its mask.
   p.push_back({"frmResponse", 150, 100, 3350, 1460});
-  const char* responses[] = {"optLowpass", "optHighpass", "optBandpass", "optBandstop"};
-  for (int k = 0; k < 4; ++k) {
+  int k = 0;
+  for (const ResponseInfo& r : kResponses) {
     const float x = 300 + 1450.f * static_cast<float>(k % 2), y = 340 + 360.f * (k / 2);
-    p.push_back({responses[k], x, y, x + 1400, y + 330, 8, "frmResponse"});
+    p.push_back({ResponseOption(r.response), x, y, x + 1400, y + 330, 8, "frmResponse"});
+    ++k;
   }
   row("frmResponse", "lblImpedance", "txtImpedance", 150, 1060);
-  const bool band = response == SynthResponse::Bandpass || response == SynthResponse::Bandstop;
-  AddMaskPlaces(p, band, 1540);
+  AddMaskPlaces(p, ResponseOf(response).band, 1540);
 
   // The build and the goal, with the trials and the seed.
   p.push_back({"frmBuild", 3450, 100, 6650, 2650});
@@ -71,7 +75,7 @@ std::vector<ControlPlace> SynthPlaces(SynthResponse response) {
   // The search space over the plot: the families in two rows, the
   // topologies of the response in a third, each as wide as its caption.
   p.push_back({"frmSpace", 6750, 100, 11850, 1460});
-  int k = 0;
+  k = 0;
   for (const FamilyInfo* f : SearchFamilies({})) {
     const float x = 6850 + 1650.f * static_cast<float>(k % 3), y = 340 + 360.f * (k / 3);
     p.push_back({std::string("chk") + f->cliWord, x, y, x + 1600, y + 330, 7.5f, "frmSpace"});
