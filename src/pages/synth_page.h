@@ -77,6 +77,10 @@ class SynthPage {
   void OnStockSeries();
   void OnClose();
 
+  // The controls as a request; the message naming the box that holds no
+  // usable value (or what the search refuses in the request), or empty.
+  std::string ReadRequest(SynthRequest& request) const;
+
   // Takes up a search's progress and, once it has ended, its result.
   void Poll();
   bool Running() const { return job_ != nullptr; }
@@ -99,9 +103,6 @@ class SynthPage {
   void Build();
   void SelectResponse(SynthResponse response);
   void Prefill(const DesignRecord& d);
-  // The controls as a request; the message naming the box that holds no
-  // usable value, or empty.
-  std::string ReadRequest(SynthRequest& request) const;
   void ShowStock();
   void Finish();
   void SetRunning(bool running);
