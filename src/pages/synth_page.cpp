@@ -1,7 +1,6 @@
 #include "pages/synth_page.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 
 #include "core/formatters.h"
@@ -98,18 +97,6 @@ std::string ResponseOption(SynthResponse response) {
   return "opt" + ResponseCaption(ResponseOf(response));
 }
 
-// One search on the worker thread. The page reads `done` and `finished`
-// while it runs and everything else only after joining the thread.
-struct SynthPage::Job {
-  SynthRequest request;
-  std::atomic<double> done{0};
-  std::atomic<bool> cancel{false};
-  std::atomic<bool> finished{false};
-  SynthResult result;
-  EngineReport report;
-  double seconds = 0;
-};
-
 SynthPage::SynthPage(Platform& platform, Canvas& canvas, PageHost& pages)
     : platform_(platform),
       canvas_(canvas),
@@ -120,10 +107,7 @@ SynthPage::SynthPage(Platform& platform, Canvas& canvas, PageHost& pages)
   Build();
 }
 
-SynthPage::~SynthPage() {
-  if (job_) job_->cancel = true;
-  if (worker_.joinable()) worker_.join();
-}
+SynthPage::~SynthPage() = default;
 
 void SynthPage::Build() {
   ControlSet& c = controls_;
@@ -313,17 +297,8 @@ void SynthPage::OnSearch() {
   const std::string why = ReadRequest(request);
   ShowFault(why);
   if (!why.empty()) return;
-  auto job = std::make_shared<Job>();
-  job->request = std::move(request);
-  job_ = job;
-  worker_ = std::thread([job] {
-    const auto start = std::chrono::steady_clock::now();
-    job->report = RunSynth(job->request, job->result, [&job = *job](double done) {
-      job.done = done;
-      return !job.cancel;
-    });
-    job->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    job->finished = true;
+  run_.Start({.request = std::move(request)}, [](const Run::Progress& progress, RunOutcome& o) {
+    o.report = RunSynth(o.request, o.result, progress);
   });
   SetRunning(true);
   DrawRunStatus(canvas_, 0, "Searching: 0%", kStatus);
@@ -331,15 +306,15 @@ void SynthPage::OnSearch() {
 }
 
 void SynthPage::OnCancel() {
-  if (job_) job_->cancel = true;
+  run_.Cancel();
 }
 
 void SynthPage::Poll() {
-  if (!job_) return;
-  if (!job_->finished) {
-    const double done = job_->done;
+  if (!run_.Running()) return;
+  if (!run_.Finished()) {
+    const double done = run_.Done();
     DrawRunStatus(canvas_, done,
-                  (job_->cancel ? "Cancelling: " : "Searching: ") +
+                  (run_.Cancelling() ? "Cancelling: " : "Searching: ") +
                       std::to_string(static_cast<int>(100 * done)) + "%",
                   kStatus);
     return;
@@ -348,14 +323,15 @@ void SynthPage::Poll() {
 }
 
 void SynthPage::Wait() {
-  if (worker_.joinable()) worker_.join();
+  run_.Join();
   Poll();
 }
 
 void SynthPage::Finish() {
-  if (worker_.joinable()) worker_.join();
-  const std::shared_ptr<Job> job = std::move(job_);
+  double seconds = 0;
+  std::optional<RunOutcome> job = run_.Take(&seconds);
   SetRunning(false);
+  if (!job) return;
   if (!job->report.Ok()) {
     status_ = "Not searched";
     ShowFault(PlainWords(job->report.fault));
@@ -367,7 +343,7 @@ void SynthPage::Finish() {
     hasResult_ = true;
     char text[80];
     std::snprintf(text, sizeof text, "%zu candidates in %.2f s", result_.candidates.size(),
-                  job->seconds);
+                  seconds);
     status_ = text;
     ShowFault(result_.chosen < 0 ? result_.failure : "");
     std::vector<std::vector<std::string>> rows;
@@ -449,7 +425,7 @@ void SynthPage::OnUse() {
 }
 
 void SynthPage::OnClose() {
-  if (job_) job_->cancel = true;
+  run_.Cancel();
   host_->Close();
 }
 

@@ -8,18 +8,16 @@
 // its Monte Carlo trials under the mask, and "Use this design" hands it to
 // the design and display pages.
 
-#include <atomic>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 
 #include "core/design_record.h"
 #include "core/platform.h"
 #include "pages/controls.h"
 #include "pages/mask_boxes.h"
 #include "pages/page_host.h"
+#include "pages/worker_run.h"
 #include "plot/canvas.h"
 #include "synth/synth.h"
 #include "tolerance/tolerance.h"
@@ -83,7 +81,7 @@ class SynthPage {
 
   // Takes up a search's progress and, once it has ended, its result.
   void Poll();
-  bool Running() const { return job_ != nullptr; }
+  bool Running() const { return run_.Running(); }
   // Blocks until the search's thread has ended, then polls.
   void Wait();
 
@@ -99,7 +97,13 @@ class SynthPage {
   const ToleranceResult& Envelope() const { return envelope_; }
 
  private:
-  struct Job;
+  // A search's request and what it gives.
+  struct RunOutcome {
+    SynthRequest request;
+    SynthResult result{};
+    EngineReport report{};
+  };
+  using Run = WorkerRun<RunOutcome>;
   void Build();
   void SelectResponse(SynthResponse response);
   void Prefill(const DesignRecord& d);
@@ -137,8 +141,7 @@ class SynthPage {
   bool hasResult_ = false;
   int drawn_ = -1;
 
-  std::shared_ptr<Job> job_;
-  std::thread worker_;
+  Run run_;
 };
 
 }  // namespace drenik

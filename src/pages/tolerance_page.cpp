@@ -59,19 +59,6 @@ std::string ToleranceHost::SavePicture(const RecordingCanvas&, const std::string
   return "Saving pictures is available in the designer window.";
 }
 
-// One run on the worker thread. The page reads `done` and `finished` while
-// it runs and everything else only after joining the thread.
-struct TolerancePage::Job {
-  ToleranceDesign design;
-  ToleranceSetup setup;
-  std::atomic<double> done{0};
-  std::atomic<bool> cancel{false};
-  std::atomic<bool> finished{false};
-  ToleranceResult result;
-  EngineReport report;
-  double seconds = 0;
-};
-
 TolerancePage::TolerancePage(Platform& platform, Canvas& canvas)
     : platform_(platform),
       canvas_(canvas),
@@ -81,10 +68,7 @@ TolerancePage::TolerancePage(Platform& platform, Canvas& canvas)
   Build();
 }
 
-TolerancePage::~TolerancePage() {
-  if (job_) job_->cancel = true;
-  if (worker_.joinable()) worker_.join();
-}
+TolerancePage::~TolerancePage() = default;
 
 void TolerancePage::Build() {
   Frame* values = &controls_.AddFrame("frmValues", "Values");
@@ -200,9 +184,7 @@ bool TolerancePage::TakePending() {
 }
 
 void TolerancePage::Adopt(ValueStages stages) {
-  if (job_) job_->cancel = true;
-  if (worker_.joinable()) worker_.join();
-  job_.reset();
+  run_.Stop();
   pending_.reset();
   SetRunning(false);
   stages_ = std::move(stages);
@@ -363,34 +345,25 @@ void TolerancePage::OnRun() {
     platform_.ShowMessage(noMask_ + " Fill in the mask's limits.");
     return;
   }
-  auto job = std::make_shared<Job>();
-  job->design = ToleranceDesignOf(Stage());
-  job->setup = setup;
-  job_ = job;
-  worker_ = std::thread([job] {
-    const auto start = std::chrono::steady_clock::now();
-    job->report = RunTolerance(job->design, job->setup, job->result, [&job = *job](double done) {
-      job.done = done;
-      return !job.cancel;
-    });
-    job->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    job->finished = true;
-  });
+  run_.Start({.design = ToleranceDesignOf(Stage()), .setup = setup},
+             [](const Run::Progress& progress, RunOutcome& o) {
+               o.report = RunTolerance(o.design, o.setup, o.result, progress);
+             });
   SetRunning(true);
   DrawRunStatus(canvas_, 0, "Running: 0%");
   host_->RunStarted();
 }
 
 void TolerancePage::OnCancel() {
-  if (job_) job_->cancel = true;
+  run_.Cancel();
 }
 
 void TolerancePage::Poll() {
-  if (!job_) return;
-  if (!job_->finished) {
-    const double done = job_->done;
+  if (!run_.Running()) return;
+  if (!run_.Finished()) {
+    const double done = run_.Done();
     DrawRunStatus(canvas_, done,
-                  (job_->cancel ? "Cancelling: " : "Running: ") +
+                  (run_.Cancelling() ? "Cancelling: " : "Running: ") +
                       std::to_string(static_cast<int>(100 * done)) + "%");
     return;
   }
@@ -398,14 +371,15 @@ void TolerancePage::Poll() {
 }
 
 void TolerancePage::Wait() {
-  if (worker_.joinable()) worker_.join();
+  run_.Join();
   Poll();
 }
 
 void TolerancePage::Finish() {
-  if (worker_.joinable()) worker_.join();
-  const std::shared_ptr<Job> job = std::move(job_);
+  double seconds = 0;
+  std::optional<RunOutcome> job = run_.Take(&seconds);
   SetRunning(false);
+  if (!job) return;
   if (!job->report.Ok()) {
     status_ = "Not run";
     platform_.ShowMessage(job->report.fault);
@@ -416,7 +390,7 @@ void TolerancePage::Finish() {
     setup_ = job->setup;
     hasResult_ = true;
     char text[80];
-    std::snprintf(text, sizeof text, "%d trials in %.2f s", result_.trials, job->seconds);
+    std::snprintf(text, sizeof text, "%d trials in %.2f s", result_.trials, seconds);
     status_ = text;
   }
   Redraw();
@@ -471,7 +445,7 @@ void TolerancePage::OnSave() {
 }
 
 void TolerancePage::OnClose() {
-  if (job_) job_->cancel = true;
+  run_.Cancel();
   host_->Close();
 }
 
