@@ -98,8 +98,7 @@ std::string ResponseOption(SynthResponse response) {
 }
 
 SynthPage::SynthPage(Platform& platform, Canvas& canvas, PageHost& pages)
-    : platform_(platform),
-      canvas_(canvas),
+    : canvas_(canvas),
       pages_(pages),
       controls_(platform),
       caption_(std::string(kProgramTitle) + " - Design from a mask"),

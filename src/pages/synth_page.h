@@ -114,7 +114,6 @@ class SynthPage {
   void OnRowSelected();
   void Redraw();
 
-  Platform& platform_;
   Canvas& canvas_;
   PageHost& pages_;
   ControlSet controls_;
