@@ -11,12 +11,16 @@ Application::Application(Platform& platform, ApplicationOptions options)
       design_(record_, platform, designCanvas_, *this),
       display_(record_, platform, displayCanvas_, *this),
       tolerance_(platform, toleranceCanvas_),
-      stress_(platform, stressCanvas_) {
+      stress_(platform, stressCanvas_),
+      synth_(platform, synthCanvas_, *this) {
   display_.SetShownObserver([this] { FollowDisplay(); });
   // "Chosen" in the tolerance page's values: the display page's stage,
   // while that page shows the design.
   tolerance_.SetChosenSource([this] {
     if (current_ == PageId::Display) display_.ShowChosenParts();
+  });
+  synth_.SetUseHandler([this](const SynthCandidate& c, const std::optional<PartsRequest>& parts) {
+    UseDesign(c.choice, parts);
   });
 }
 
@@ -75,6 +79,11 @@ void Application::ShowTimePage() {
 void Application::ShowStressPage() {
   stress_.Load(record_);
   if (stressObserver_) stressObserver_(stress_);
+}
+
+void Application::ShowSynthPage() {
+  synth_.Load(record_, display_.GetPartsRequest());
+  if (synthObserver_) synthObserver_(synth_);
 }
 
 bool Application::PrintDisplayPage() {

@@ -17,6 +17,7 @@
 #include "pages/part_model_entries.h"
 #include "pages/spice_page.h"
 #include "pages/stress_page.h"
+#include "pages/synth_page.h"
 #include "pages/time_page.h"
 #include "pages/tolerance_page.h"
 #include "plot/recording_canvas.h"
@@ -105,6 +106,18 @@ class Application : public PageHost {
   void SetStressObserver(std::function<void(StressPage&)> observer) {
     stressObserver_ = std::move(observer);
   }
+  // The design-from-a-mask page and its drawing, opened from the opening
+  // and design pages on the design the record holds; the observer then
+  // shows it. Its "Use this design" loads the candidate into the design
+  // page and shows its responses on the display page (with its stock parts
+  // when the search chose them).
+  SynthPage& Synth() { return synth_; }
+  PageCanvas& SynthCanvas() { return synthCanvas_; }
+  void SetSynthObserver(std::function<void(SynthPage&)> observer) {
+    synthObserver_ = std::move(observer);
+  }
+  void UseDesign(const DesignChoice& choice, const std::optional<PartsRequest>& parts);
+
   // Prints the display page (the window's print dialog). Without a service
   // the display page's print button shows a message.
   void SetPrintService(std::function<void()> service) { printService_ = std::move(service); }
@@ -148,6 +161,7 @@ class Application : public PageHost {
   void ShowTolerancePage() override;
   void ShowTimePage() override;
   void ShowStressPage() override;
+  void ShowSynthPage() override;
 
  private:
   void Enter(PageId page);
@@ -161,12 +175,14 @@ class Application : public PageHost {
   PageCanvas displayCanvas_;
   PageCanvas toleranceCanvas_;
   PageCanvas stressCanvas_;
+  PageCanvas synthCanvas_;
   OpeningPage opening_;
   DesignPage design_;
   DisplayPage display_;
   TolerancePage tolerance_;
   TimePage time_;
   StressPage stress_;
+  SynthPage synth_;
   std::optional<SpicePage> spice_;
   PageId current_ = PageId::Opening;
   std::function<void(PageId)> pageObserver_;
@@ -181,6 +197,7 @@ class Application : public PageHost {
   std::function<void()> followObserver_;
   bool timeOpen_ = false, toleranceOpen_ = false;
   std::function<void(StressPage&)> stressObserver_;
+  std::function<void(SynthPage&)> synthObserver_;
 };
 
 }  // namespace drenik

@@ -91,6 +91,54 @@ bool CommandButton::Click() {
   return true;
 }
 
+void CheckBox::SetChecked(bool checked) {
+  if (checked == checked_) return;
+  SetCheckedQuietly(checked);
+  if (handler_) owner_.RunEvent(handler_);
+}
+
+void CheckBox::SetCheckedQuietly(bool checked) {
+  if (checked == checked_) return;
+  checked_ = checked;
+  Changed();
+}
+
+bool CheckBox::Click() {
+  if (!Enabled()) return false;
+  SetChecked(!checked_);
+  return true;
+}
+
+void CheckBox::ResetToDefault() {
+  Control::ResetToDefault();
+  SetCheckedQuietly(defaultChecked_);
+}
+
+void TableList::SetRows(std::vector<std::vector<std::string>> rows, int marked) {
+  rows_ = std::move(rows);
+  marked_ = marked >= 0 && marked < static_cast<int>(rows_.size()) ? marked : -1;
+  selected_ = -1;
+  Changed();
+}
+
+void TableList::Select(int row) {
+  if (row < -1 || row >= static_cast<int>(rows_.size()) || row == selected_) return;
+  selected_ = row;
+  Changed();
+  if (handler_) owner_.RunEvent(handler_);
+}
+
+bool TableList::Click(int row) {
+  if (!Enabled() || row < 0 || row >= static_cast<int>(rows_.size())) return false;
+  Select(row);
+  return true;
+}
+
+void TableList::ResetToDefault() {
+  Control::ResetToDefault();
+  SetRows({});
+}
+
 Frame& ControlSet::AddFrame(const std::string& name, const std::string& caption) {
   controls_.push_back(std::make_unique<Frame>(*this, name, caption));
   return static_cast<Frame&>(*controls_.back());
@@ -115,6 +163,17 @@ TextBox& ControlSet::AddTextBox(const std::string& name, const std::string& defa
 CommandButton& ControlSet::AddButton(const std::string& name, const std::string& caption) {
   controls_.push_back(std::make_unique<CommandButton>(*this, name, caption));
   return static_cast<CommandButton&>(*controls_.back());
+}
+
+CheckBox& ControlSet::AddCheckBox(const std::string& name, const std::string& caption,
+                                  bool checked) {
+  controls_.push_back(std::make_unique<CheckBox>(*this, name, caption, checked));
+  return static_cast<CheckBox&>(*controls_.back());
+}
+
+TableList& ControlSet::AddTable(const std::string& name, std::vector<std::string> headings) {
+  controls_.push_back(std::make_unique<TableList>(*this, name, std::move(headings)));
+  return static_cast<TableList&>(*controls_.back());
 }
 
 Control* ControlSet::Find(const std::string& name) const {
@@ -146,6 +205,13 @@ Frame* ControlSet::FindFrame(const std::string& name) const {
 }
 CommandButton* ControlSet::FindButton(const std::string& name) const {
   return FindAs<CommandButton>(*this, name, ControlKind::Button);
+}
+
+CheckBox* ControlSet::FindCheckBox(const std::string& name) const {
+  return FindAs<CheckBox>(*this, name, ControlKind::CheckBox);
+}
+TableList* ControlSet::FindTable(const std::string& name) const {
+  return FindAs<TableList>(*this, name, ControlKind::Table);
 }
 
 std::vector<OptionButton*> ControlSet::OptionsOf(const Frame* frame) const {

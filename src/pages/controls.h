@@ -1,7 +1,7 @@
 #pragma once
-// Models of the controls a page shows: option buttons, text boxes, labels,
-// frames and command buttons. The page logic works on these models only; a
-// window mirrors them (look a control up by its name, subscribe to changes)
+// Models of the controls a page shows: option buttons, check boxes, text
+// boxes, labels, frames, command buttons and tables of rows to pick from. The page logic works on
+// these models only; a window mirrors them (look a control up by its name, subscribe to changes)
 // and forwards the user's clicks and typing to them.
 //
 // Event rules:
@@ -9,7 +9,8 @@
 //   also when the option is already selected; Click() is the user's click and
 //   is refused while the option or its frame is disabled.
 // - SetText() runs the text box's change handler only when the text changes.
-// - Option buttons of one frame exclude each other.
+// - Option buttons of one frame exclude each other; check boxes stand alone.
+// - SetChecked() and a table's Select() run their handlers only on a change.
 // - The outermost event catches any error of the engine and shows its text
 //   through the platform; nested events let it travel to that outermost one.
 // - One event shows at most one message of the engine: the first notice or
@@ -28,7 +29,7 @@
 
 namespace drenik {
 
-enum class ControlKind { Option, TextBox, Label, Frame, Button };
+enum class ControlKind { Option, TextBox, Label, Frame, Button, CheckBox, Table };
 
 class ControlSet;
 
@@ -133,6 +134,55 @@ class CommandButton : public Control {
   std::function<void()> handler_;
 };
 
+class CheckBox : public Control {
+ public:
+  CheckBox(ControlSet& owner, std::string name, std::string caption, bool checked)
+      : Control(owner, std::move(name), ControlKind::CheckBox, std::move(caption)),
+        checked_(checked),
+        defaultChecked_(checked) {}
+
+  bool Checked() const { return checked_; }
+  // Runs the handler when the state changes.
+  void SetChecked(bool checked);
+  void SetCheckedQuietly(bool checked);
+  // The user's click turns it over; false while it is disabled.
+  bool Click();
+  void SetHandler(std::function<void()> handler) { handler_ = std::move(handler); }
+  void ResetToDefault() override;
+
+ private:
+  bool checked_;
+  bool defaultChecked_;
+  std::function<void()> handler_;
+};
+
+// Rows of text under column headings, of which the user picks one. One row
+// may be marked (shown in bold: the page's own pick among them).
+class TableList : public Control {
+ public:
+  TableList(ControlSet& owner, std::string name, std::vector<std::string> headings)
+      : Control(owner, std::move(name), ControlKind::Table, {}), headings_(std::move(headings)) {}
+
+  const std::vector<std::string>& Headings() const { return headings_; }
+  const std::vector<std::vector<std::string>>& Rows() const { return rows_; }
+  int Marked() const { return marked_; }
+  int Selected() const { return selected_; }  // -1: none
+  // New rows: none selected, none marked but `marked` (-1 for none).
+  void SetRows(std::vector<std::vector<std::string>> rows, int marked = -1);
+  // Selects a row (-1: none); runs the handler when the selection changes.
+  void Select(int row);
+  // The user's pick; false while the table is disabled or for no such row.
+  bool Click(int row);
+  void SetHandler(std::function<void()> handler) { handler_ = std::move(handler); }
+  void ResetToDefault() override;
+
+ private:
+  std::vector<std::string> headings_;
+  std::vector<std::vector<std::string>> rows_;
+  int marked_ = -1, selected_ = -1;
+  std::function<void()> handler_;
+};
+
 // The controls of one page, in creation order, with the event guard and the
 // change notification that a view follows.
 class ControlSet {
@@ -144,6 +194,8 @@ class ControlSet {
   OptionButton& AddOption(const std::string& name, const std::string& caption, Frame* frame);
   TextBox& AddTextBox(const std::string& name, const std::string& defaultText);
   CommandButton& AddButton(const std::string& name, const std::string& caption);
+  CheckBox& AddCheckBox(const std::string& name, const std::string& caption, bool checked);
+  TableList& AddTable(const std::string& name, std::vector<std::string> headings);
 
   // nullptr when the page has no control of that name (or not of that kind).
   Control* Find(const std::string& name) const;
@@ -152,6 +204,8 @@ class ControlSet {
   Label* FindLabel(const std::string& name) const;
   Frame* FindFrame(const std::string& name) const;
   CommandButton* FindButton(const std::string& name) const;
+  CheckBox* FindCheckBox(const std::string& name) const;
+  TableList* FindTable(const std::string& name) const;
   const std::vector<std::unique_ptr<Control>>& All() const { return controls_; }
   // The options that belong to a frame, in creation order.
   std::vector<OptionButton*> OptionsOf(const Frame* frame) const;

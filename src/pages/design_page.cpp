@@ -122,6 +122,7 @@ void DesignPage::Build() {
   c.AddTextBox("txtQother", "300").SetChangeHandler([this] { OnQotherChange(); });
 
   c.AddButton("cmdDesign", "Display responses").SetHandler([this] { OnDesign(); });
+  c.AddButton("cmdFromMask", "Design from a mask...").SetHandler([this] { host_.ShowSynthPage(); });
   c.AddButton("cmdExit", "Exit").SetHandler([this] { host_.EndProgram(true); });
   c.AddButton("cmdZelmarSoftware", "Zelmar Software").SetHandler([this] {
     OpenUserGuide(platform_, host_.UserGuideUrl());

@@ -32,6 +32,9 @@ OpeningPage::OpeningPage(DesignRecord& d, Platform& platform, Canvas& canvas, Pa
   controls_.AddLabel("lblVisit", "User guide");
   controls_.AddButton("cmdStart", "Start").SetHandler([this] { host_.ShowDesignPage(); });
   controls_.AddButton("cmdExit", "Exit").SetHandler([this] { host_.EndProgram(false); });
+  controls_.AddButton("cmdFromMask", "Design from a mask...").SetHandler([this] {
+    host_.ShowSynthPage();
+  });
 }
 
 void OpeningPage::Load() {

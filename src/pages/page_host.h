@@ -54,6 +54,8 @@ class PageHost {
   virtual void ShowTimePage() {}
   // The part stress of the design the record holds.
   virtual void ShowStressPage() {}
+  // The design-from-a-mask page, opened on the design the record holds.
+  virtual void ShowSynthPage() {}
 };
 
 }  // namespace drenik

@@ -84,28 +84,30 @@ void Outline(Canvas& c, float x1, float y1, float x2, float y2, int width = 1,
 // The dB scale of the response plot: 0 dB at the top, 10 dB a division,
 // deep enough for the mask's stopband with 10 dB to spare.
 struct DbScale {
+  PlotArea a;
   double bottomDb = -70;
   float Y(double db) const {
-    const double y = kTolPlotTop + (kTolPlotBottom - kTolPlotTop) * (db / bottomDb);
-    return static_cast<float>(std::clamp<double>(y, kTolPlotTop, kTolPlotBottom));
+    const double y = a.top + (a.bottom - a.top) * (db / bottomDb);
+    return static_cast<float>(std::clamp<double>(y, a.top, a.bottom));
   }
 };
 
-DbScale ScaleFor(const ToleranceSetup& setup) {
+DbScale ScaleFor(const ToleranceSetup& setup, const PlotArea& area) {
   double deepest = 60;
   for (const StopCheck& s : setup.mask.stops) deepest = std::max(deepest, s.depth);
   if (setup.mask.passRl) deepest = std::max(deepest, *setup.mask.passRl);
-  return {-10 * std::min(14.0, std::ceil((deepest + 10) / 10))};
+  return {area, -10 * std::min(14.0, std::ceil((deepest + 10) / 10))};
 }
 
 struct FrequencyScale {
   const DesignRecord& d;
+  PlotArea a;
   // x of a frequency, or of the nearest plot edge.
   float X(double f) const {
     double p = 0;
     if (!LogFraction(d, f, p)) p = f > d.Fstop ? 1 : 0;
     p = std::clamp(p, 0.0, 1.0);
-    return static_cast<float>(kTolPlotLeft + (kTolPlotRight - kTolPlotLeft) * p);
+    return static_cast<float>(a.left + (a.right - a.left) * p);
   }
 };
 
@@ -120,8 +122,8 @@ void Curve(Canvas& c, const FrequencyScale& fx, const DbScale& s, const std::vec
 
 // The spread of the trials: one box per step between points, from the
 // lower to the higher of the two points' extremes.
-void Band(Canvas& c, const FrequencyScale& fx, const DbScale& s, const std::vector<float>& freq,
-          const std::vector<float>& low, const std::vector<float>& high, int32_t color) {
+void Spread(Canvas& c, const FrequencyScale& fx, const DbScale& s, const std::vector<float>& freq,
+            const std::vector<float>& low, const std::vector<float>& high, int32_t color) {
   for (size_t i = 1; i < freq.size(); ++i) {
     const float top = s.Y(std::max(high[i - 1], high[i]));
     const float bottom = s.Y(std::min(low[i - 1], low[i]));
@@ -144,29 +146,31 @@ void LimitLine(Canvas& c, const FrequencyScale& fx, const DbScale& s, double f1,
   for (float x = x1; x + 50 <= x2; x += 150) c.Line(x, y, x + 50, y + tick);
 }
 
-void ResponsePlot(const ToleranceFigures& f, Canvas& c) {
+}  // namespace
+
+void DrawMaskedResponse(const ToleranceFigures& f, Canvas& c, const PlotArea& a) {
   const DesignRecord& d = *f.stage;
   const ToleranceSetup& setup = *f.setup;
   const ToleranceResult* r = f.result;
-  const DbScale s = ScaleFor(setup);
-  const FrequencyScale fx{d};
-  c.FilledBox(kTolPlotLeft, kTolPlotTop, kTolPlotRight, kTolPlotBottom, kWhite);
-  Text(c, kTolPlotLeft, kTolPlotTop - 300, "Transmission and reflection, dB", 8, true);
+  const DbScale s = ScaleFor(setup, a);
+  const FrequencyScale fx{d, a};
+  c.FilledBox(a.left, a.top, a.right, a.bottom, kWhite);
+  Text(c, a.left, a.top - 300, "Transmission and reflection, dB", 8, true);
 
   if (r) {
-    Band(c, fx, s, r->freq, r->transmissionMin, r->transmissionMax, kTransmissionBand);
-    Band(c, fx, s, r->freq, r->reflectionMin, r->reflectionMax, kReflectionBand);
+    Spread(c, fx, s, r->freq, r->transmissionMin, r->transmissionMax, kTransmissionBand);
+    Spread(c, fx, s, r->freq, r->reflectionMin, r->reflectionMax, kReflectionBand);
   }
   DesignRecord grid = d;
   BuildGridFrequencies(grid);
-  DrawGridLines(grid, c, kTolPlotLeft, kTolPlotRight, kTolPlotTop, kTolPlotBottom);
-  DrawFrequencyLabels(grid, c, kTolPlotLeft, kTolPlotRight, kTolPlotBottom + 60, 0.04f);
+  DrawGridLines(grid, c, a.left, a.right, a.top, a.bottom);
+  DrawFrequencyLabels(grid, c, a.left, a.right, a.bottom + 60, 0.04f);
   const int divisions = static_cast<int>(std::lround(-s.bottomDb / 10));
   for (int k = 0; k <= divisions; ++k) {
     const float y = s.Y(-10.0 * k);
     c.SetForeColor(kGridColor);
-    c.Line(kTolPlotLeft, y, kTolPlotRight, y);
-    TextLeftOf(c, kTolPlotLeft - 80, y - 100, std::to_string(-10 * k));
+    c.Line(a.left, y, a.right, y);
+    TextLeftOf(c, a.left - 80, y - 100, std::to_string(-10 * k));
   }
 
   // The mask: each check's limit over the points it covers.
@@ -197,12 +201,15 @@ void ResponsePlot(const ToleranceFigures& f, Canvas& c) {
     Curve(c, fx, s, freq, d.Transmission.data(), TransmissionColor(1));
     Curve(c, fx, s, freq, d.Reflection.data(), ReflectionColor(1));
   }
-  Outline(c, kTolPlotLeft, kTolPlotTop, kTolPlotRight, kTolPlotBottom, 2);
+  Outline(c, a.left, a.top, a.right, a.bottom, 2);
 
-  // Legend under the frequency labels.
-  float x = kTolPlotLeft;
-  const float y = kTolPlotBottom + 330;
+  // Legend under the frequency labels, on a second line where a narrow
+  // plot has no room for it on one.
+  float x = a.left;
+  float y = a.bottom + 330;
   auto sample = [&](int32_t color, bool box, const std::string& label) {
+    c.SetFont("Arial", 7, false);
+    if (x > a.left && x + 300 + c.TextWidth(label) > a.right) x = a.left, y += 200;
     if (box) {
       c.FilledBox(x, y + 40, x + 250, y + 150, color);
     } else {
@@ -223,6 +230,8 @@ void ResponsePlot(const ToleranceFigures& f, Canvas& c) {
   }
   sample(kMaskColor, false, "mask");
 }
+
+namespace {
 
 void YieldBlock(const ToleranceFigures& f, Canvas& c) {
   const ToleranceResult* r = f.result;
@@ -435,7 +444,7 @@ void DrawToleranceFigures(const ToleranceFigures& f, Canvas& c) {
       c.SetFont("Arial", size -= 0.5f, true);
     Text(c, 3600, 660, f.outOfDate, size, true, kMaskColor);
   }
-  ResponsePlot(f, c);
+  DrawMaskedResponse(f, c, {kTolPlotLeft, kTolPlotTop, kTolPlotRight, kTolPlotBottom});
   YieldBlock(f, c);
   Histograms(f, c);
   SensitivityTable(f, c);
@@ -487,15 +496,19 @@ void DrawToleranceSettings(Canvas& c, const ToleranceSetup& s, const std::string
 }
 
 void DrawRunStatus(Canvas& c, double fraction, const std::string& text) {
-  c.FilledBox(kStatusLeft - 20, kStatusTop - 20, kStatusRight + 20, kStatusBottom + 20, kWhite);
+  DrawRunStatus(c, fraction, text, {kStatusLeft, kStatusTop, kStatusRight, kStatusBottom});
+}
+
+void DrawRunStatus(Canvas& c, double fraction, const std::string& text, const PlotArea& a) {
+  c.FilledBox(a.left - 20, a.top - 20, a.right + 20, a.bottom + 20, kWhite);
   if (fraction >= 0) {
-    c.FilledBox(kStatusLeft, kStatusTop, kStatusRight, kStatusBottom, kWhite);
-    const float right = kStatusLeft + (kStatusRight - kStatusLeft) * std::clamp(fraction, 0.0, 1.0);
-    if (right > kStatusLeft) c.FilledBox(kStatusLeft, kStatusTop, right, kStatusBottom, 0xE0A060);
-    Outline(c, kStatusLeft, kStatusTop, kStatusRight, kStatusBottom, 1, kFrameGrey);
+    c.FilledBox(a.left, a.top, a.right, a.bottom, kWhite);
+    const float right = a.left + (a.right - a.left) * std::clamp(fraction, 0.0, 1.0);
+    if (right > a.left) c.FilledBox(a.left, a.top, right, a.bottom, 0xE0A060);
+    Outline(c, a.left, a.top, a.right, a.bottom, 1, kFrameGrey);
   }
   c.SetFont("Arial", 8, false);
-  Text(c, (kStatusLeft + kStatusRight - c.TextWidth(text)) / 2, kStatusTop + 40, text, 8);
+  Text(c, (a.left + a.right - c.TextWidth(text)) / 2, a.top + 40, text, 8);
   SetDefaultPageFont(c);
   c.SetForeColor(kBlack);
 }

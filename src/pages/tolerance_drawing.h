@@ -48,6 +48,17 @@ struct ToleranceFigures {
   std::string outOfDate;
 };
 
+// A rectangle of the page, page units.
+struct PlotArea {
+  float left, top, right, bottom;
+};
+
+// The response plot in `area`, with its title above it and its frequency
+// labels and legend under it (660 page units): the stage's nominal curves
+// (the result's, and the envelope of its trials, when there is one) and the
+// setup's mask as limit lines.
+void DrawMaskedResponse(const ToleranceFigures& f, Canvas& canvas, const PlotArea& area);
+
 // Everything right of the controls; before a run the nominal response of
 // the stage (its sweep) with the mask of the setup.
 void DrawToleranceFigures(const ToleranceFigures& f, Canvas& canvas);
@@ -60,5 +71,7 @@ void DrawToleranceSettings(Canvas& canvas, const ToleranceSetup& setup,
 // The progress bar filled to `fraction` (0..1) with a percentage, or, when
 // fraction is below 0, the status text alone.
 void DrawRunStatus(Canvas& canvas, double fraction, const std::string& text);
+// The same in another place of the page (300 page units tall).
+void DrawRunStatus(Canvas& canvas, double fraction, const std::string& text, const PlotArea& area);
 
 }  // namespace drenik

@@ -15,7 +15,6 @@ namespace drenik {
 
 namespace {
 
-constexpr int kStopRows = 3;
 // The mask frame's caption once the mask is the user's rather than filled in.
 constexpr const char* kOwnMask = "Mask (as you set it)";
 
@@ -29,44 +28,6 @@ std::string Number(double v) {
   char text[32];
   std::snprintf(text, sizeof text, "%g", v);
   return text;
-}
-
-std::string Row(const char* box, int row) {
-  return box + std::to_string(row);
-}
-
-std::string Hz(double f) {
-  return TrimBlanks(FormatFrequency(f));
-}
-
-// A box's number as the program reads its boxes; false when it holds no
-// digit (an empty box where a value may be left out).
-bool ReadBox(const ControlSet& controls, const std::string& box, double& value) {
-  std::string text = controls.FindTextBox(box)->Text();
-  if (text.find_first_of("0123456789") == std::string::npos) return false;
-  value = CheckEntry(text);
-  return true;
-}
-
-// The boxes only a band's mask uses.
-std::vector<std::string> BandBoxes() {
-  std::vector<std::string> names = {"lblPassEdge2", "txtPassEdge2", "lblStopTo"};
-  for (int row = 1; row <= kStopRows; ++row) names.push_back(Row("txtStopTo", row));
-  return names;
-}
-
-// The mask's boxes in the order the last-session file keeps them.
-std::vector<std::string> MaskBoxes() {
-  std::vector<std::string> names = {"txtPassEdge", "txtPassEdge2", "txtPassRl", "txtPassIl"};
-  for (int row = 1; row <= kStopRows; ++row)
-    for (const char* box : {"txtStopFreq", "txtStopTo", "txtStopDepth"})
-      names.push_back(Row(box, row));
-  return names;
-}
-
-// The boxes of MaskBoxes() that hold decibels; the others hold frequencies.
-bool DecibelBox(size_t k) {
-  return k == 2 || k == 3 || (k >= 4 && (k - 4) % 3 == 2);
 }
 
 constexpr ValueStage kStages[] = {ValueStage::Exact, ValueStage::FiveC, ValueStage::FiveL,
@@ -98,19 +59,6 @@ std::string ToleranceHost::SavePicture(const RecordingCanvas&, const std::string
   return "Saving pictures is available in the designer window.";
 }
 
-// One run on the worker thread. The page reads `done` and `finished` while
-// it runs and everything else only after joining the thread.
-struct TolerancePage::Job {
-  ToleranceDesign design;
-  ToleranceSetup setup;
-  std::atomic<double> done{0};
-  std::atomic<bool> cancel{false};
-  std::atomic<bool> finished{false};
-  ToleranceResult result;
-  EngineReport report;
-  double seconds = 0;
-};
-
 TolerancePage::TolerancePage(Platform& platform, Canvas& canvas)
     : platform_(platform),
       canvas_(canvas),
@@ -120,10 +68,7 @@ TolerancePage::TolerancePage(Platform& platform, Canvas& canvas)
   Build();
 }
 
-TolerancePage::~TolerancePage() {
-  if (job_) job_->cancel = true;
-  if (worker_.joinable()) worker_.join();
-}
+TolerancePage::~TolerancePage() = default;
 
 void TolerancePage::Build() {
   Frame* values = &controls_.AddFrame("frmValues", "Values");
@@ -150,30 +95,10 @@ void TolerancePage::Build() {
   controls_.AddTextBox("txtSeed", "1");
   controls_.AddLabel("lblTighten", "Sensitivity: tighten to, %");
   controls_.AddTextBox("txtTighten", "0");
-  controls_.AddFrame("frmMask", "Mask");
-  controls_.AddLabel("lblPassEdge", "Passband edge, Hz");
-  controls_.AddTextBox("txtPassEdge", "");
-  // A band's upper edge: a bandpass's passband ends there, a bandstop's
-  // upper passband starts there.
-  controls_.AddLabel("lblPassEdge2", "to, Hz");
-  controls_.AddTextBox("txtPassEdge2", "");
-  controls_.AddLabel("lblPassRl", "Return loss at least, dB");
-  controls_.AddTextBox("txtPassRl", "");
-  controls_.AddLabel("lblPassIl", "Loss at most, dB");
-  controls_.AddTextBox("txtPassIl", "");
-  controls_.AddLabel("lblStop", "Stopband from, Hz");
-  controls_.AddLabel("lblStopTo", "to, Hz");
-  controls_.AddLabel("lblStopDepth", "at least, dB");
-  for (int row = 1; row <= kStopRows; ++row) {
-    controls_.AddTextBox(Row("txtStopFreq", row), "");
-    // Where a band's stopband ends: a lower skirt has only this, a notch
-    // both.
-    controls_.AddTextBox(Row("txtStopTo", row), "");
-    controls_.AddTextBox(Row("txtStopDepth", row), "");
-  }
+  AddMaskBoxes(controls_);
   // Before a run the plot follows the mask as it is typed. A mask the user
   // typed is kept for later designs of its shape and the next start.
-  const std::vector<std::string> mask = MaskBoxes();
+  const std::vector<std::string> mask = MaskBoxNames();
   for (const auto& control : controls_.All()) {
     if (control->Kind() != ControlKind::TextBox) continue;
     const bool inMask = std::ranges::find(mask, control->Name()) != mask.end();
@@ -259,9 +184,7 @@ bool TolerancePage::TakePending() {
 }
 
 void TolerancePage::Adopt(ValueStages stages) {
-  if (job_) job_->cancel = true;
-  if (worker_.joinable()) worker_.join();
-  job_.reset();
+  run_.Stop();
   pending_.reset();
   SetRunning(false);
   stages_ = std::move(stages);
@@ -290,17 +213,7 @@ void TolerancePage::ShowShape() {
   shape_ = !design.band      ? MaskShape::Edge
            : design.bandstop ? MaskShape::Bandstop
                              : MaskShape::Bandpass;
-  const bool band = shape_ != MaskShape::Edge;
-  // A highpass's stopband lies below its frequency.
-  controls_.FindLabel("lblStop")->SetCaption(design.highpass ? "Stopband to, Hz"
-                                                             : "Stopband from, Hz");
-  controls_.FindLabel("lblPassEdge")
-      ->SetCaption(
-          !band ? "Passband edge, Hz"
-                : (shape_ == MaskShape::Bandpass ? "Passband from, Hz" : "Passbands to, Hz"));
-  controls_.FindLabel("lblPassEdge2")
-      ->SetCaption(shape_ == MaskShape::Bandstop ? "and from, Hz" : "to, Hz");
-  for (const std::string& name : BandBoxes()) controls_.Find(name)->SetEnabled(band);
+  ShowMaskShape(controls_, shape_, design.highpass);
 }
 
 void TolerancePage::PrefillSettings() {
@@ -324,30 +237,11 @@ void TolerancePage::PrefillMask() {
   maskSet_ = false;
   const ToleranceDesign design = ToleranceDesignOf(Stage());
   const Mask mask = DefaultMask(design, 0, &noMask_);
-  auto set = [&](const char* box, const std::string& text) {
-    controls_.FindTextBox(box)->SetText(text);
-  };
   // Which margin the filled-in mask keeps from the nominal design's figures.
   controls_.FindFrame("frmMask")->SetCaption(
       "Mask (filled in " + Number(kMaskMarginDb) + " dB inside the nominal" +
       (mask.passIl ? ", loss " + Number(kLossMarginDb) + " dB" : "") + ")");
-  // A band's boxes hold its lower edge first: where a bandpass's passband
-  // starts, where a bandstop's lower passband ends.
-  const bool band = shape_ != MaskShape::Edge, bandpass = shape_ == MaskShape::Bandpass;
-  set("txtPassEdge", Hz(bandpass ? mask.passStart : mask.passEdge));
-  set("txtPassEdge2", band ? Hz(bandpass ? mask.passEdge : mask.passResume) : "");
-  set("txtPassRl", mask.passRl ? Number(*mask.passRl) : "");
-  set("txtPassIl", mask.passIl ? Number(*mask.passIl) : "");
-  for (int row = 1; row <= kStopRows; ++row) {
-    const StopCheck* stop =
-        row <= static_cast<int>(mask.stops.size()) ? &mask.stops[row - 1] : nullptr;
-    // A band's lower skirt runs down to its frequency: a "to" alone.
-    const bool downTo = band && stop && stop->below;
-    const double to = !band || !stop ? 0 : (downTo ? stop->frequency : stop->to);
-    set(Row("txtStopFreq", row).c_str(), stop && !downTo ? Hz(stop->frequency) : "");
-    set(Row("txtStopTo", row).c_str(), to > 0 ? Hz(to) : "");
-    set(Row("txtStopDepth", row).c_str(), stop ? Number(stop->depth) : "");
-  }
+  FillMaskBoxes(controls_, shape_, mask);
   prefilling_ = false;
   ApplyKeptMask();
 }
@@ -357,10 +251,12 @@ void TolerancePage::PrefillMask() {
 void TolerancePage::ApplyKeptMask() {
   if (static_cast<int>(keptMask_[0]) != static_cast<int>(shape_) + 1) return;
   prefilling_ = true;
-  const std::vector<std::string> boxes = MaskBoxes();
+  const std::vector<std::string> boxes = MaskBoxNames();
   for (size_t k = 0; k < boxes.size(); ++k) {
     const float v = keptMask_[k + 1];
-    controls_.FindTextBox(boxes[k])->SetText(!(v > 0) ? "" : DecibelBox(k) ? Number(v) : Hz(v));
+    controls_.FindTextBox(boxes[k])->SetText(!(v > 0)            ? ""
+                                             : MaskDecibelBox(k) ? Number(v)
+                                                                 : TrimBlanks(FormatFrequency(v)));
   }
   prefilling_ = false;
   controls_.FindFrame("frmMask")->SetCaption(kOwnMask);
@@ -372,10 +268,10 @@ std::array<float, kKeptMaskFields> TolerancePage::KeptMask() const {
   if (!maskSet_) return keptMask_;
   std::array<float, kKeptMaskFields> kept{};
   kept[0] = static_cast<float>(static_cast<int>(shape_) + 1);
-  const std::vector<std::string> boxes = MaskBoxes();
+  const std::vector<std::string> boxes = MaskBoxNames();
   for (size_t k = 0; k < boxes.size(); ++k) {
     double v = 0;
-    if (ReadBox(controls_, boxes[k], v) && v > 0 && std::isfinite(v))
+    if (ReadNumberBox(controls_, boxes[k], v) && v > 0 && std::isfinite(v))
       kept[k + 1] = static_cast<float>(v);
   }
   return kept;
@@ -411,9 +307,8 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
     if (!quiet) platform_.ShowMessage(why);
     return false;
   };
-  auto read = [&](const std::string& box, double& value) { return ReadBox(controls_, box, value); };
   auto percent = [&](const char* box, double& value, const char* what) {
-    if (!read(box, value) || value < 0 || value > kMaxTolerancePercent)
+    if (!ReadNumberBox(controls_, box, value) || value < 0 || value > kMaxTolerancePercent)
       return fail(std::string("The ") + what + " must be 0 to 50 %.");
     return true;
   };
@@ -434,81 +329,10 @@ bool TolerancePage::ReadSetup(ToleranceSetup& out, bool quiet) {
   if (!seed) return fail("The seed must be a whole number of 0 or more.");
   s.seed = *seed;
 
-  double edge = 0;
-  if (shape_ == MaskShape::Edge && (!read("txtPassEdge", edge) || !(edge > 0)))
-    return fail("The passband edge must be a frequency above 0 Hz.");
-  s.mask.passEdge = edge;
-  double db = 0;
-  for (const auto& [box, limit, what] : {std::tuple{"txtPassRl", &s.mask.passRl, "return loss"},
-                                         std::tuple{"txtPassIl", &s.mask.passIl, "loss"}}) {
-    if (!read(box, db)) continue;
-    if (db < 0) return fail(std::string("The passband ") + what + " must be 0 dB or more.");
-    *limit = db;
-  }
-  if (shape_ != MaskShape::Edge) {
-    if (const std::string why = ReadBandMask(s.mask); !why.empty()) return fail(why);
-    out = s;
-    return true;
-  }
-  for (int row = 1; row <= kStopRows; ++row) {
-    double f = 0, depth = 0;
-    const bool hasF = read(Row("txtStopFreq", row), f);
-    const bool hasDepth = read(Row("txtStopDepth", row), depth);
-    if (!hasF && !hasDepth) continue;
-    if (!hasF || !hasDepth || !(f > 0) || depth < 0)
-      return fail(
-          "A stopband check needs a frequency above 0 Hz and an attenuation of 0 dB or "
-          "more (row " +
-          std::to_string(row) + ").");
-    s.mask.stops.push_back({f, depth});
-  }
+  if (const std::string why = ReadMaskBoxes(controls_, shape_, s.mask); !why.empty())
+    return fail(why);
   out = s;
   return true;
-}
-
-std::string TolerancePage::ReadBandMask(Mask& mask) {
-  const bool bandstop = shape_ == MaskShape::Bandstop;
-  const char* edgeBoxes = bandstop ? "(Passbands to, and from)" : "(Passband from, to)";
-  double lower = 0, upper = 0;
-  if (!ReadBox(controls_, "txtPassEdge", lower) || !ReadBox(controls_, "txtPassEdge2", upper) ||
-      !(lower > 0) || !(upper > lower))
-    return bandstop ? "The passbands need two edges above 0 Hz, where the lower one ends below "
-                      "where the upper one starts " +
-                          std::string(edgeBoxes) + "."
-                    : "The passband needs two edges above 0 Hz, the lower below the upper " +
-                          std::string(edgeBoxes) + ".";
-  if (bandstop)
-    mask.passEdge = lower, mask.passResume = upper;
-  else
-    mask.passStart = lower, mask.passEdge = upper;
-  const std::vector<Span> passbands = PassSpans(mask, false);
-  for (int row = 1; row <= kStopRows; ++row) {
-    double from = 0, to = 0, depth = 0;
-    const bool hasFrom = ReadBox(controls_, Row("txtStopFreq", row), from);
-    const bool hasTo = ReadBox(controls_, Row("txtStopTo", row), to);
-    const bool hasDepth = ReadBox(controls_, Row("txtStopDepth", row), depth);
-    if (!hasFrom && !hasTo && !hasDepth) continue;
-    const std::string where = " (row " + std::to_string(row) + ")";
-    if (!(hasFrom || hasTo) || !hasDepth || (hasFrom && !(from > 0)) || (hasTo && !(to > 0)) ||
-        depth < 0)
-      return "A stopband check needs where it starts (from), where it ends (to) or both, above "
-             "0 Hz, and an attenuation of 0 dB or more" +
-             where + ".";
-    if (hasFrom && hasTo && !(to > from))
-      return "A stopband check must end (to) above where it starts (from)" + where + ".";
-    // Up from a frequency, down to one, or between two.
-    const StopCheck stop = hasFrom
-                               ? StopCheck{.frequency = from, .depth = depth, .to = hasTo ? to : 0}
-                               : StopCheck{.frequency = to, .depth = depth, .below = true};
-    const Span span = StopSpan(stop, false);
-    for (const Span& pass : passbands)
-      if (Overlap(span, pass))
-        return "The stopband " + SpanText(span) + where + " reaches into the passband " +
-               SpanText(pass) + ": its from and to must lie clear of the passband's edges " +
-               edgeBoxes + ".";
-    mask.stops.push_back(stop);
-  }
-  return {};
 }
 
 void TolerancePage::OnRun() {
@@ -521,34 +345,25 @@ void TolerancePage::OnRun() {
     platform_.ShowMessage(noMask_ + " Fill in the mask's limits.");
     return;
   }
-  auto job = std::make_shared<Job>();
-  job->design = ToleranceDesignOf(Stage());
-  job->setup = setup;
-  job_ = job;
-  worker_ = std::thread([job] {
-    const auto start = std::chrono::steady_clock::now();
-    job->report = RunTolerance(job->design, job->setup, job->result, [&job = *job](double done) {
-      job.done = done;
-      return !job.cancel;
-    });
-    job->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    job->finished = true;
-  });
+  run_.Start({.design = ToleranceDesignOf(Stage()), .setup = setup},
+             [](const Run::Progress& progress, RunOutcome& o) {
+               o.report = RunTolerance(o.design, o.setup, o.result, progress);
+             });
   SetRunning(true);
   DrawRunStatus(canvas_, 0, "Running: 0%");
   host_->RunStarted();
 }
 
 void TolerancePage::OnCancel() {
-  if (job_) job_->cancel = true;
+  run_.Cancel();
 }
 
 void TolerancePage::Poll() {
-  if (!job_) return;
-  if (!job_->finished) {
-    const double done = job_->done;
+  if (!run_.Running()) return;
+  if (!run_.Finished()) {
+    const double done = run_.Done();
     DrawRunStatus(canvas_, done,
-                  (job_->cancel ? "Cancelling: " : "Running: ") +
+                  (run_.Cancelling() ? "Cancelling: " : "Running: ") +
                       std::to_string(static_cast<int>(100 * done)) + "%");
     return;
   }
@@ -556,14 +371,15 @@ void TolerancePage::Poll() {
 }
 
 void TolerancePage::Wait() {
-  if (worker_.joinable()) worker_.join();
+  run_.Join();
   Poll();
 }
 
 void TolerancePage::Finish() {
-  if (worker_.joinable()) worker_.join();
-  const std::shared_ptr<Job> job = std::move(job_);
+  double seconds = 0;
+  std::optional<RunOutcome> job = run_.Take(&seconds);
   SetRunning(false);
+  if (!job) return;
   if (!job->report.Ok()) {
     status_ = "Not run";
     platform_.ShowMessage(job->report.fault);
@@ -574,7 +390,7 @@ void TolerancePage::Finish() {
     setup_ = job->setup;
     hasResult_ = true;
     char text[80];
-    std::snprintf(text, sizeof text, "%d trials in %.2f s", result_.trials, job->seconds);
+    std::snprintf(text, sizeof text, "%d trials in %.2f s", result_.trials, seconds);
     status_ = text;
   }
   Redraw();
@@ -629,7 +445,7 @@ void TolerancePage::OnSave() {
 }
 
 void TolerancePage::OnClose() {
-  if (job_) job_->cancel = true;
+  run_.Cancel();
   host_->Close();
 }
 

@@ -10,18 +10,16 @@
 // sensitivity table.
 
 #include <array>
-#include <atomic>
-#include <chrono>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 
 #include "core/design_record.h"
 #include "core/platform.h"
 #include "pages/controls.h"
+#include "pages/mask_boxes.h"
 #include "pages/value_stages.h"
+#include "pages/worker_run.h"
 #include "plot/canvas.h"
 #include "plot/recording_canvas.h"
 #include "tolerance/tolerance.h"
@@ -41,12 +39,6 @@ class ToleranceHost {
   virtual std::string SavePicture(const RecordingCanvas& paper, const std::string& path);
   virtual void Close() {}
 };
-
-// Which mask the page's boxes enter: a passband to or from one edge (a
-// lowpass or highpass), or a band's: a bandpass's passband between two
-// edges with a skirt either side, a bandstop's passbands below and above
-// its notch.
-enum class MaskShape { Edge, Bandpass, Bandstop };
 
 class TolerancePage {
  public:
@@ -91,7 +83,7 @@ class TolerancePage {
 
   // Takes up a run's progress and, once it has ended, its result.
   void Poll();
-  bool Running() const { return job_ != nullptr; }
+  bool Running() const { return run_.Running(); }
   // Blocks until the run's thread has ended, then polls.
   void Wait();
 
@@ -107,7 +99,14 @@ class TolerancePage {
   RecordingCanvas PaperDrawing() const;
 
  private:
-  struct Job;
+  // A run's inputs and what it gives.
+  struct RunOutcome {
+    ToleranceDesign design;
+    ToleranceSetup setup;
+    ToleranceResult result{};
+    EngineReport report{};
+  };
+  using Run = WorkerRun<RunOutcome>;
   void Build();
   // Takes up the stages of another design (see Load).
   void Adopt(ValueStages stages);
@@ -124,9 +123,6 @@ class TolerancePage {
   // The controls as a setup; false (after a message naming the box, unless
   // quiet) when a box does not hold a usable value.
   bool ReadSetup(ToleranceSetup& setup, bool quiet);
-  // A band's edges and stop rows into the mask; the message naming the
-  // boxes when they do not make one.
-  std::string ReadBandMask(Mask& mask);
   void ShowShape();
   void Redraw();
   void DrawFigures(Canvas& canvas) const;
@@ -157,8 +153,7 @@ class TolerancePage {
   // Why the design has no default mask (empty when it has one).
   std::string noMask_;
 
-  std::shared_ptr<Job> job_;
-  std::thread worker_;
+  Run run_;
 };
 
 }  // namespace drenik

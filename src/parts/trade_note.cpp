@@ -12,14 +12,6 @@ std::string Db(double db) {
   return text;
 }
 
-std::string PartsWords(const PartsRequest& r) {
-  std::string words = std::string(InfoOf(r.capacitors).name) + " capacitors";
-  if (r.pairs) words += " (two in parallel where that comes nearer)";
-  if (r.former) return words + " and whole turns on " + r.former->Name();
-  if (r.inductors) return words + " and " + InfoOf(*r.inductors).name + " inductors";
-  return words + " with inductors wound to value";
-}
-
 // The next series up: more values a decade, so nearer the exact ones.
 const ESeriesInfo* Finer(ESeries s) {
   const size_t next = static_cast<size_t>(s) + 1;
@@ -55,6 +47,14 @@ std::vector<std::string> Remedies(const PartsRequest& r, double frequencyHz) {
 }
 
 }  // namespace
+
+std::string PartsWords(const PartsRequest& r) {
+  std::string words = std::string(InfoOf(r.capacitors).name) + " capacitors";
+  if (r.pairs) words += " (two in parallel where that comes nearer)";
+  if (r.former) return words + " and whole turns on " + r.former->Name();
+  if (r.inductors) return words + " and " + InfoOf(*r.inductors).name + " inductors";
+  return words + " with inductors wound to value";
+}
 
 std::string TradeNote(const PartsChoice& choice, double frequencyHz) {
   std::string note = PartsWords(choice.request) +

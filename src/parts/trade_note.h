@@ -10,6 +10,10 @@
 
 namespace drenik {
 
+// The parts a request asks for: "E24 capacitors with inductors wound to
+// value", "E12 capacitors and whole turns on T50-6".
+std::string PartsWords(const PartsRequest& r);
+
 // For a choice whose stopband fell short. `frequencyHz` is where the
 // filter works (a lowpass's or highpass's cutoff, a band's centre): a core
 // is suggested only from a mix whose range of best Q takes it in, where

@@ -1,14 +1,19 @@
 #include "qt/control_page_view.h"
 
+#include <QCheckBox>
 #include <QFocusEvent>
 #include <QFontMetrics>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QResizeEvent>
+#include <QScreen>
 #include <QSignalBlocker>
+#include <QTableWidget>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
@@ -26,6 +31,46 @@ QString Q(const std::string& s) {
 
 QString LinkText(const std::string& caption) {
   return QStringLiteral("<a href=\"#\">%1</a>").arg(Q(caption).toHtmlEscaped());
+}
+
+// Whether the widget already shows the model's headings and rows.
+bool SameRows(const QTableWidget& table, const TableList& list) {
+  const auto& rows = list.Rows();
+  const int columns = static_cast<int>(list.Headings().size());
+  if (table.rowCount() != static_cast<int>(rows.size()) || table.columnCount() != columns)
+    return false;
+  for (int r = 0; r < table.rowCount(); ++r) {
+    for (int c = 0; c < columns; ++c) {
+      const QTableWidgetItem* item = table.item(r, c);
+      const auto& row = rows[static_cast<size_t>(r)];
+      const QString text = c < static_cast<int>(row.size()) ? Q(row[static_cast<size_t>(c)]) : "";
+      if (!item || item->text() != text || item->font().bold() != (r == list.Marked()))
+        return false;
+    }
+  }
+  return true;
+}
+
+void FillTable(QTableWidget& table, const TableList& list) {
+  QSignalBlocker block(&table);
+  QStringList headings;
+  for (const std::string& h : list.Headings()) headings << Q(h);
+  table.setColumnCount(static_cast<int>(headings.size()));
+  table.setHorizontalHeaderLabels(headings);
+  const auto& rows = list.Rows();
+  table.setRowCount(static_cast<int>(rows.size()));
+  for (int r = 0; r < table.rowCount(); ++r) {
+    const auto& row = rows[static_cast<size_t>(r)];
+    for (int c = 0; c < table.columnCount(); ++c) {
+      auto* item = new QTableWidgetItem(
+          c < static_cast<int>(row.size()) ? Q(row[static_cast<size_t>(c)]) : "");
+      QFont font = table.font();
+      font.setBold(r == list.Marked());
+      item->setFont(font);
+      table.setItem(r, c, item);
+    }
+  }
+  table.resizeColumnsToContents();
 }
 
 }  // namespace
@@ -104,6 +149,32 @@ QWidget* ControlPageView::Create(Entry& entry) {
       auto* command = static_cast<CommandButton*>(control);
       connect(button, &QPushButton::clicked, this, [command] { command->Click(); });
       widget = button;
+      break;
+    }
+    case ControlKind::CheckBox: {
+      auto* check = new QCheckBox(parent);
+      auto* box = static_cast<CheckBox*>(control);
+      connect(check, &QCheckBox::clicked, this, [this, box] {
+        box->Click();
+        SyncAll();
+      });
+      widget = check;
+      break;
+    }
+    case ControlKind::Table: {
+      auto* table = new QTableWidget(parent);
+      table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+      table->setSelectionBehavior(QAbstractItemView::SelectRows);
+      table->setSelectionMode(QAbstractItemView::SingleSelection);
+      table->verticalHeader()->setVisible(false);
+      table->horizontalHeader()->setStretchLastSection(true);
+      auto* list = static_cast<TableList*>(control);
+      // Mouse and arrow keys both move the current row.
+      connect(table, &QTableWidget::currentCellChanged, this, [this, list](int row) {
+        if (row >= 0 && row != list->Selected()) list->Click(row);
+        SyncAll();
+      });
+      widget = table;
       break;
     }
   }
@@ -202,6 +273,32 @@ void ControlPageView::MirrorEntry(Entry& entry) {
       if (button->text() != Q(control.Caption())) button->setText(Q(control.Caption()));
       break;
     }
+    case ControlKind::CheckBox: {
+      auto* check = static_cast<QCheckBox*>(widget);
+      const auto& box = static_cast<const CheckBox&>(control);
+      if (check->text() != Q(control.Caption())) check->setText(Q(control.Caption()));
+      if (check->isChecked() != box.Checked()) {
+        QSignalBlocker block(check);
+        check->setChecked(box.Checked());
+      }
+      break;
+    }
+    case ControlKind::Table: {
+      auto* table = static_cast<QTableWidget*>(widget);
+      const auto& list = static_cast<const TableList&>(control);
+      if (!SameRows(*table, list)) FillTable(*table, list);
+      if (table->currentRow() != list.Selected()) {
+        QSignalBlocker block(table);
+        if (list.Selected() < 0) {
+          table->clearSelection();
+          table->setCurrentCell(-1, -1);
+        } else {
+          table->setCurrentCell(list.Selected(), 0);
+          table->selectRow(list.Selected());
+        }
+      }
+      break;
+    }
   }
 }
 
@@ -263,7 +360,26 @@ void ControlPageView::Relayout() {
         font.setPixelSize(font.pixelSize() - 1);
     }
     entry.widget->setFont(font);
+    // A table's rows and columns follow its font.
+    if (auto* table = qobject_cast<QTableWidget*>(entry.widget)) {
+      table->horizontalHeader()->setFont(font);
+      table->verticalHeader()->setMinimumSectionSize(1);
+      table->verticalHeader()->setDefaultSectionSize(font.pixelSize() * 3 / 2 + 2);
+      FillTable(*table, static_cast<const TableList&>(*entry.control));
+      MirrorEntry(entry);
+    }
   }
+}
+
+void HoldPageView(QWidget& window, ControlPageView& view, const std::string& caption,
+                  QWidget* parent) {
+  window.setWindowTitle(Q(caption));
+  auto* layout = new QVBoxLayout(&window);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(&view);
+  window.setMinimumSize(400, 300);
+  if (QScreen* screen = parent ? parent->screen() : window.screen())
+    window.resize(PageWindowSize(screen->availableGeometry()));
 }
 
 }  // namespace drenik

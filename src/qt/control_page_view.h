@@ -80,4 +80,10 @@ class ControlPageView : public QWidget {
   double scale_ = 0.1;
 };
 
+// A window of its own that shows one page view and nothing else, at 4:3 in
+// 80% of the screen it opens on (its parent's), titled with the page's
+// caption.
+void HoldPageView(QWidget& window, ControlPageView& view, const std::string& caption,
+                  QWidget* parent);
+
 }  // namespace drenik

@@ -47,6 +47,8 @@ std::vector<ControlPlace> OpeningPlaces() {
       {"lblVisit", 4000, 5300, 8000, 5700, 10, nullptr, "Arial", false, kCentred},
       {"cmdStart", 3600, 6700, 5600, 7300, 10},
       {"cmdExit", 6400, 6700, 8400, 7300, 10},
+      // The design from a mask: a way in beside Start, under the two.
+      {"cmdFromMask", 3600, 7500, 8400, 8000, 10},
   };
 }
 
@@ -117,6 +119,7 @@ std::vector<ControlPlace> DesignPlaces() {
   p.push_back({"txtF2", 8780, 5910, 9540, 6250, 8, "frmBandEdges"});
 
   p.push_back({"cmdDesign", 400, 8200, 3000, 8750, 9});
+  p.push_back({"cmdFromMask", 3300, 8200, 6400, 8750, 9});
   p.push_back({"cmdZelmarSoftware", 6700, 8200, 9000, 8750, 9});
   p.push_back({"cmdExit", 9300, 8200, 11600, 8750, 9});
   return p;
@@ -251,6 +254,14 @@ DesignerWindow::DesignerWindow(Application& app, QWidget* parent)
     stress_->show();
     stress_->raise();
     stress_->activateWindow();
+  });
+  // The design from a mask in its own window, made once.
+  app.SetSynthObserver([this](SynthPage& page) {
+    if (!synth_) synth_ = new SynthWindow(page, app_.SynthCanvas(), this);
+    synth_->Reload();
+    synth_->show();
+    synth_->raise();
+    synth_->activateWindow();
   });
   app.SetPageObserver([this](PageId page) { ShowPage(page); });
   ShowPage(app.CurrentPage());

@@ -8,6 +8,7 @@
 #include "pages/application.h"
 #include "qt/control_page_view.h"
 #include "qt/stress_window.h"
+#include "qt/synth_window.h"
 #include "qt/time_window.h"
 #include "qt/tolerance_window.h"
 
@@ -26,6 +27,7 @@ class DesignerWindow : public QWidget {
   ToleranceWindow* Tolerance() const { return tolerance_; }
   TimeWindow* Time() const { return time_; }
   StressWindow* Stress() const { return stress_; }
+  SynthWindow* Synth() const { return synth_; }
 
   // 80% of the available screen area, at 4:3.
   static QSize InitialSize(const QRect& available);
@@ -41,6 +43,7 @@ class DesignerWindow : public QWidget {
   ToleranceWindow* tolerance_ = nullptr;
   TimeWindow* time_ = nullptr;
   StressWindow* stress_ = nullptr;
+  SynthWindow* synth_ = nullptr;
 };
 
 // Page layouts, in tab order.

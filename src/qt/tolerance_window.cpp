@@ -1,9 +1,8 @@
 #include "qt/tolerance_window.h"
 
 #include <QCloseEvent>
-#include <QScreen>
-#include <QVBoxLayout>
 
+#include "qt/mask_places.h"
 #include "qt/print_page.h"
 #include "qt/render.h"
 
@@ -34,29 +33,10 @@ std::vector<ControlPlace> TolerancePlaces(bool band) {
   row("frmTrials", "lblSeed", "txtSeed", 2850);
   row("frmTrials", "lblTighten", "txtTighten", 3210);
 
-  // A band's mask is one row taller: its upper edge under the lower one.
-  const float extra = band ? 360 : 0;
-  p.push_back({"frmMask", 150, 3660, 3350, 6550 + extra});
-  row("frmMask", "lblPassEdge", "txtPassEdge", 3920);
-  if (band) row("frmMask", "lblPassEdge2", "txtPassEdge2", 4280);
-  row("frmMask", "lblPassRl", "txtPassRl", 4280 + extra);
-  row("frmMask", "lblPassIl", "txtPassIl", 4640 + extra);
-  // A band's stopbands have a from and a to side by side where a lowpass's
-  // frequency has the whole width.
-  const float fromRight = band ? 1250 : 2200;
-  p.push_back({"lblStop", 300, 5040 + extra, fromRight, 5370 + extra, 8, "frmMask"});
-  if (band) p.push_back({"lblStopTo", 1300, 5040 + extra, 2200, 5370 + extra, 8, "frmMask"});
-  p.push_back({"lblStopDepth", 2250, 5040 + extra, 3250, 5370 + extra, 8, "frmMask"});
-  for (int k = 1; k <= 3; ++k) {
-    const float y = 5000 + 360.f * k + extra;
-    const std::string n = std::to_string(k);
-    p.push_back({"txtStopFreq" + n, 300, y, fromRight, y + 330, 8, "frmMask"});
-    if (band) p.push_back({"txtStopTo" + n, 1300, y, 2200, y + 330, 8, "frmMask"});
-    p.push_back({"txtStopDepth" + n, 2250, y, 3200, y + 330, 8, "frmMask"});
-  }
-
-  p.push_back({"cmdRun", 150, 6700 + extra, 1700, 7150 + extra, 9});
-  p.push_back({"cmdCancel", 1800, 6700 + extra, 3350, 7150 + extra, 9});
+  // Run and Cancel under the mask, whose frame a band's makes taller.
+  const float mask = AddMaskPlaces(p, band, 3660);
+  p.push_back({"cmdRun", 150, mask + 150, 1700, mask + 600, 9});
+  p.push_back({"cmdCancel", 1800, mask + 150, 3350, mask + 600, 9});
   p.push_back({"cmdPrint", 150, 8350, 1100, 8750, 8});
   p.push_back({"cmdSave", 1150, 8350, 2300, 8750, 8});
   p.push_back({"cmdClose", 2350, 8350, 3350, 8750, 8});
@@ -71,14 +51,7 @@ ToleranceWindow::ToleranceWindow(TolerancePage& page, PageCanvas& drawing, Platf
       // Made with every box a band needs; Reload() hides what a design does not.
       view_(new ControlPageView(page.Controls(), drawing, TolerancePlaces(true), this)),
       timer_(new QTimer(this)) {
-  setWindowTitle(QString::fromStdString(page.Caption()));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(view_);
-  setMinimumSize(400, 300);
-  // Sized to the screen it opens on (the designer's).
-  if (QScreen* screen = parent ? parent->screen() : this->screen())
-    resize(PageWindowSize(screen->availableGeometry()));
+  HoldPageView(*this, *view_, page.Caption(), parent);
   timer_->setInterval(kPollMs);
   connect(timer_, &QTimer::timeout, this, &ToleranceWindow::Tick);
   page_.SetHost(this);

@@ -2,6 +2,7 @@
 // the plot for any design, scaling by one factor, and screenshots at 1280 x 960.
 #include <QDir>
 #include <QGroupBox>
+#include <QLabel>
 #include <QPixmap>
 
 #include <cmath>
@@ -15,11 +16,12 @@
 namespace drenik::testing {
 namespace {
 
-// Widgets laid directly on `parent`; a frame's contents are checked inside it.
+// Widgets shown directly on `parent`; a frame's contents are checked inside it.
 void ExpectNoOverlap(QWidget* parent) {
   std::vector<QWidget*> widgets;
   for (QWidget* w : parent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-    if (!qobject_cast<PageSurface*>(w) && !w->objectName().isEmpty()) widgets.push_back(w);
+    if (!qobject_cast<PageSurface*>(w) && !w->objectName().isEmpty() && !w->isHidden())
+      widgets.push_back(w);
   for (size_t i = 0; i < widgets.size(); ++i) {
     std::string name = widgets[i]->objectName().toStdString();
     EXPECT_TRUE(parent->rect().contains(widgets[i]->geometry())) << name << " leaves its parent";
@@ -278,6 +280,38 @@ TEST_F(WindowTest, CaptionsFitTheirButtonsFrom1024x700To1920x1080) {
     for (QPushButton* b : window->findChildren<QPushButton*>())
       EXPECT_LE(QFontMetrics(b->font()).horizontalAdvance(b->text()) + 8, b->width())
           << b->text().toStdString() << " at " << size.width() << "x" << size.height();
+  }
+}
+
+}  // namespace
+}  // namespace drenik::testing
+
+namespace drenik::testing {
+namespace {
+
+// The design-from-a-mask window on a 1366 x 768 laptop screen, for every
+// response: no two controls meet, and no caption, label or box is cut off.
+TEST_F(WindowTest, DesignFromAMaskWindowIsLegibleAt1366x768ForEveryResponse) {
+  Launch();
+  Click(Button(window->OpeningView(), "cmdFromMask"));
+  SynthWindow* synth = window->Synth();
+  ASSERT_TRUE(synth && synth->isVisible());
+  ControlPageView& view = synth->View();
+  synth->resize(PageWindowSize(QRect(0, 0, 1366, 728)));
+  for (const char* response : {"optLowpass", "optHighpass", "optBandpass", "optBandstop"}) {
+    Click(Widget<QRadioButton>(view, response));
+    QApplication::processEvents();
+    ExpectNoOverlap(&view);
+    for (QWidget* w : view.findChildren<QWidget*>()) {
+      if (!w->isVisibleTo(&view) || w->objectName().isEmpty()) continue;
+      const auto* label = qobject_cast<QLabel*>(w);
+      const auto* button = qobject_cast<QPushButton*>(w);
+      const int needed = button ? QFontMetrics(w->font()).horizontalAdvance(button->text()) + 8
+                         : qobject_cast<QAbstractButton*>(w) || (label && !label->wordWrap())
+                             ? w->sizeHint().width()
+                             : 0;
+      EXPECT_LE(needed, w->width() + 1) << w->objectName().toStdString() << " for " << response;
+    }
   }
 }
 
