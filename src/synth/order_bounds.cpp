@@ -96,4 +96,9 @@ int LowestOrder(int16_t family, const PrototypeMask& mask) {
   return std::max<int>(f->minOrder, static_cast<int>(std::ceil(order - 1e-9)));
 }
 
+bool LowestOrderIsExact(int16_t family) {
+  const FamilyInfo* f = FindFamily(family);
+  return f && (family == kButterworth || f->ripple.Offered());
+}
+
 }  // namespace drenik

@@ -36,4 +36,9 @@ PrototypeMask PrototypeMaskOf(const SynthRequest& request);
 // order: that order); above kMaxOrder when none up to it can.
 int LowestOrder(int16_t family, const PrototypeMask& mask);
 
+// Whether LowestOrder is the family's own least order (Butterworth's,
+// Chebyshev's and Cauer's formulas) rather than a bound under it (the
+// Chebyshev order, which no all-pole response beats, for the others).
+bool LowestOrderIsExact(int16_t family);
+
 }  // namespace drenik

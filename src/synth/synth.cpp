@@ -270,6 +270,23 @@ class Search {
         edge = "pass edges at " + Hz(r_.mask.passStart) + " and " + Hz(r_.mask.passEdge);
       if (r_.mask.passResume > 0)
         edge = "pass edges at " + Hz(r_.mask.passEdge) + " and " + Hz(r_.mask.passResume);
+      // Where some searched family's ideal ladder meets the selectivity
+      // within the orders allowed, the part models' losses and strays are
+      // what took every design out of the mask.
+      const SynthBuild& b = r_.build;
+      const bool idealParts = b.qind >= kInfiniteQind && b.capacitorQ >= kInfiniteQcap &&
+                              b.windingCapacitance == 0 && b.capacitorEsl == 0;
+      int ideal = std::numeric_limits<int>::max();
+      for (const FamilyState& f : families_)
+        if (LowestOrderIsExact(f.family->code))
+          ideal = std::min(ideal, LowestOrder(f.family->code, pm));
+      if (!idealParts && ideal <= top) {
+        std::snprintf(text, sizeof text,
+                      "No %s design up to order %d meets the mask with %s and these part models "
+                      "(with ideal parts, order %d would).",
+                      ResponseOf(r_.response).word, top, edge.c_str(), ideal);
+        return text;
+      }
       std::snprintf(text, sizeof text, "No %s design up to order %d gives %g dB at %s with %s.",
                     ResponseOf(r_.response).word, top, s.depth, Hz(s.frequency).c_str(),
                     edge.c_str());
