@@ -1,12 +1,11 @@
 #include "qt/other_design_dialog.h"
 
-#include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QSpinBox>
-#include <QVBoxLayout>
 
+#include "qt/form_dialog.h"
 #include "synthesis/families.h"
 
 namespace drenik {
@@ -56,13 +55,7 @@ OtherDesignDialog::OtherDesignDialog(const OtherDesign& design, QWidget* parent)
   form->addRow(QString("Order (%1 to %2):").arg(f.minOrder).arg(f.maxOrder), order_);
   form->addRow("Passband ripple (" + RangeText(f.ripple, "dB") + "):", ripple_);
   form->addRow("Stopband depth (" + RangeText(f.depth, "dB") + "):", depth_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(note);
-  layout->addLayout(form);
-  layout->addWidget(buttons);
+  LayOutFormDialog(*this, note, form);
 }
 
 OtherDesign OtherDesignDialog::Design() const {

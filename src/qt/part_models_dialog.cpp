@@ -1,13 +1,12 @@
 #include "qt/part_models_dialog.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QVBoxLayout>
 #include <algorithm>
 
+#include "qt/form_dialog.h"
 #include "qt/winding_box.h"
 
 namespace drenik {
@@ -50,13 +49,7 @@ PartModelsDialog::PartModelsDialog(const PartModelEntries& entries, QWidget* par
   form->addRow("Capacitor Q:", capacitorQ_);
   form->addRow("Capacitor lead inductance, H:", capacitorEsl_);
   form->addRow("Inductors wound on:", winding_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(note);
-  layout->addLayout(form);
-  layout->addWidget(buttons);
+  LayOutFormDialog(*this, note, form);
 }
 
 PartModelEntries PartModelsDialog::Entries() const {

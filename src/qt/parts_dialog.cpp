@@ -6,8 +6,8 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
+#include "qt/form_dialog.h"
 #include "qt/winding_box.h"
 
 namespace drenik {
@@ -47,17 +47,11 @@ PartsDialog::PartsDialog(const PartsRequest& request, const std::string& note, Q
   auto follow = [this] { inductors_->setEnabled(!winding_->Winding()); };
   connect(winding_, &WindingBox::Changed, this, follow);
   follow();
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  QDialogButtonBox* buttons = LayOutFormDialog(*this, note_, form);
   if (!note.empty()) {
     buttons->button(QDialogButtonBox::Ok)->setText("Choose again");
     buttons->button(QDialogButtonBox::Cancel)->setText("Keep these parts");
   }
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(note_);
-  layout->addLayout(form);
-  layout->addWidget(buttons);
 }
 
 PartsRequest PartsDialog::Request() const {
