@@ -20,6 +20,12 @@ class ProgressLine {
   ProgressLine& operator=(const ProgressLine&) = delete;
   // The share of the work done, 0..1.
   void Update(double done);
+  // The same, as a run that may be cancelled is told it: a command line
+  // run goes on to the end (an interrupt ends the process instead).
+  bool Continue(double done) {
+    Update(done);
+    return true;
+  }
 
  private:
   std::ostream& err_;

@@ -282,10 +282,7 @@ int RunSynthCommand(const CliOptions& o, const DesignResult& design, std::ostrea
   EngineReport report;
   {
     ProgressLine line(err, progress, "synth");
-    report = RunSynth(request, result, [&](double done) {
-      line.Update(done);
-      return true;
-    });
+    report = RunSynth(request, result, [&line](double done) { return line.Continue(done); });
   }
   if (!report.Ok()) {
     err << "drenik: " << report.fault << "\n";

@@ -327,10 +327,7 @@ int RunToleranceCommand(const CliOptions& o, const DesignResult& design,
   EngineReport report;
   {
     ProgressLine line(err, progress, "tolerance", s.trials);
-    report = RunTolerance(d, s, r, [&](double done) {
-      line.Update(done);
-      return true;
-    });
+    report = RunTolerance(d, s, r, [&line](double done) { return line.Continue(done); });
   }
   if (!report.Ok()) {
     err << "drenik: " << report.fault << "\n";
